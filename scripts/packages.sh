@@ -1,0 +1,26 @@
+# The one list of Debian packages that the project needs, by purpose. Sourced by ./run, ./test and
+# bench/run; nothing here is executed.
+
+packages_build=(
+  g++ cmake ninja-build pkg-config
+  libcairo2-dev libpango1.0-dev libglib2.0-dev
+  libxcb1-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-randr0-dev libxcb-icccm4-dev libxcb-ewmh-dev
+  libsystemd-dev libdbusmenu-glib-dev libicu-dev
+  nlohmann-json3-dev libfmt-dev libfast-float-dev
+  libgtk-3-dev
+)
+
+packages_run=(
+  at-spi2-core dbus
+  fonts-inter fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji
+  xdg-utils desktop-file-utils
+)
+
+# A session of its own where there is no display, and the tests' tools.
+packages_session=(
+  xvfb openbox picom libatk-adaptor xdotool wmctrl x11-utils imagemagick libglib2.0-bin
+)
+
+packages_test=(libgtest-dev libgmock-dev)
+
+packages_bench=(libbenchmark-dev libopencv-dev libatspi2.0-dev)

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace vellora {
+
+// Largest file that `readWholeFile` returns, in bytes.
+inline constexpr std::size_t largestReadableFile = std::size_t{16} * 1024 * 1024;
+
+// The whole content of a regular file, or nothing when it cannot be read: missing, not permitted, a
+// folder, a FIFO, a device, or larger than `largestReadableFile`. Follows symbolic links. Never
+// waits for a writer. Any thread.
+std::optional<std::string> readWholeFile(const std::filesystem::path& path);
+
+// Replaces `path` in one step: writes a temporary file in the same folder, syncs it, and renames it
+// over the destination (a symbolic link is replaced, not followed). The folder is never created. On
+// failure the result is false, the old file is untouched and no temporary file stays behind. The new
+// file has the permissions of an ordinary new file. Any thread.
+bool writeFileAtomically(const std::filesystem::path& path, std::string_view bytes);
+
+// Whether anything exists at `path`, symbolic links followed.
+bool fileExists(const std::filesystem::path& path);
+
+// Removes the file, failures ignored. The result says whether it is gone by this call.
+bool removeFile(const std::filesystem::path& path);
+
+}  // namespace vellora

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/rect.h"
+
+namespace vellora {
+
+// One lyric row as the player shows it. Accessibility coordinates: points, origin at the top left of
+// the primary screen, y downward.
+struct MusicRow {
+  std::string text;  // never empty
+  Rect frame;        // of positive width and height
+};
+
+// One reading of the player's window, in the same coordinates.
+struct MusicLayout {
+  Rect window;
+  Rect viewport;               // visible part of the lyrics' scroll area; zero when there is none
+  std::string title;           // of what plays; empty when it was not met
+  std::vector<MusicRow> rows;  // top first
+};
+
+}  // namespace vellora
