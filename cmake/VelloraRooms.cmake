@@ -6,6 +6,7 @@
 # relative to src/ (for instance "matching" or "platform/clock.h").
 function(vellora_expose target)
   set(farm "${CMAKE_BINARY_DIR}/rooms/${target}")
+  file(REMOVE_RECURSE "${farm}")  # links go, what they point to stays
   foreach(path IN LISTS ARGN)
     get_filename_component(parent "${farm}/${path}" DIRECTORY)
     file(MAKE_DIRECTORY "${parent}")
