@@ -17,8 +17,8 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& path);
 
 // Replaces `path` in one step: writes a temporary file in the same folder, syncs it, and renames it
 // over the destination (a symbolic link is replaced, not followed). The folder is never created. On
-// failure the result is false, the old file is untouched and no temporary file stays behind. The new
-// file has the permissions of an ordinary new file. Any thread.
+// failure the result is false, the old file is untouched and no temporary file stays behind. The
+// new file has the permissions of an ordinary new file. Any thread.
 bool writeFileAtomically(const std::filesystem::path& path, std::string_view bytes);
 
 // Whether anything exists at `path`, symbolic links followed.

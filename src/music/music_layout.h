@@ -7,8 +7,8 @@
 
 namespace vellora {
 
-// One lyric row as the player shows it. Accessibility coordinates: points, origin at the top left of
-// the primary screen, y downward.
+// One lyric row as the player shows it. Accessibility coordinates: points, origin at the top left
+// of the primary screen, y downward.
 struct MusicRow {
   std::string text;  // never empty
   Rect frame;        // of positive width and height

@@ -56,8 +56,9 @@ class Application {
   // `label` names the queue's thread.
   virtual std::unique_ptr<SerialQueue> makeSerialQueue(std::string_view label) = 0;
 
-  // The hand-off: runs `work` on the main thread's event loop, later than this call. Any thread; the
-  // function returned may be kept and called after the Application is gone, then it does nothing.
+  // The hand-off: runs `work` on the main thread's event loop, later than this call. Any thread;
+  // the function returned may be kept and called after the Application is gone, then it does
+  // nothing.
   virtual std::function<void(std::function<void()> work)> mainHandOff() = 0;
 
   // Ends the program with exit status 0, now or as soon as the event loop has the word. Does not

@@ -79,8 +79,8 @@ class CaptionPainter {
   // The caption, sharp; null when it cannot be painted (no memory, for instance).
   virtual std::shared_ptr<const CaptionImage> paint(const CaptionDrawing& drawing) = 0;
 
-  // A copy blurred by a Gaussian of standard deviation `radius` pixels, transparent outside, cropped
-  // to the image's own bounds; null when that fails.
+  // A copy blurred by a Gaussian of standard deviation `radius` pixels, transparent outside,
+  // cropped to the image's own bounds; null when that fails.
   virtual std::shared_ptr<const CaptionImage> blur(const CaptionImage& image, double radius) = 0;
 };
 

@@ -28,8 +28,8 @@ struct ScriptOutcome {
   std::optional<std::string> errorDescription;  // as the platform words it
 };
 
-// Runs requests in the player. Main thread; returns when the player has answered or the backend gave
-// up on it.
+// Runs requests in the player. Main thread; returns when the player has answered or the backend
+// gave up on it.
 class MusicScripting {
  public:
   virtual ~MusicScripting() = default;

@@ -14,9 +14,9 @@
 
 namespace vellora {
 
-// Makes the seams. Making any of them shows nothing, starts no timer and works without a display and
-// without a bus. Every result but the status item is never null. The platform outlives all that it
-// made. Main thread.
+// Makes the seams. Making any of them shows nothing, starts no timer and works without a display
+// and without a bus. Every result but the status item is never null. The platform outlives all that
+// it made. Main thread.
 class Platform {
  public:
   virtual ~Platform() = default;

@@ -1,7 +1,5 @@
 #include "golden/golden_table.h"
 
-#include <gtest/gtest.h>
-
 #include <bit>
 #include <charconv>
 #include <cstdint>
@@ -11,6 +9,8 @@
 #include <limits>
 #include <sstream>
 #include <stdexcept>
+
+#include <gtest/gtest.h>
 
 namespace vellora::golden {
 

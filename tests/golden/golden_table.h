@@ -10,15 +10,16 @@ namespace vellora::golden {
 
 using Row = std::vector<std::string>;
 
-// Reads a table (tab-separated; lines that begin with "# " are comments) from the folder named by the
-// environment variable VELLORA_GOLDENS, else from tests/golden, and calls `check` with each row.
-// `check` returns what is wrong, or an empty text. Fails the running test for a table that cannot be
-// read, has no rows, or has a row with fewer than `columns` columns, and for each wrong row (the
-// first twenty are printed). Says how many rows were checked.
+// Reads a table (tab-separated; lines that begin with "# " are comments) from the folder named by
+// the environment variable VELLORA_GOLDENS, else from tests/golden, and calls `check` with each
+// row. `check` returns what is wrong, or an empty text. Fails the running test for a table that
+// cannot be read, has no rows, or has a row with fewer than `columns` columns, and for each wrong
+// row (the first twenty are printed). Says how many rows were checked.
 void everyRow(const std::string& table, std::size_t columns,
               const std::function<std::string(const Row&)>& check);
 
-// The fields' forms. Each throws std::runtime_error on a field of another form, which fails the row.
+// The fields' forms. Each throws std::runtime_error on a field of another form, which fails the
+// row.
 std::string fromBase64(std::string_view field);
 // "0041 0300" as UTF-8; an empty field is the empty text.
 std::string fromCodePoints(std::string_view field);

@@ -1,16 +1,17 @@
 #include "golden/golden_table.h"
 
-#include <gtest/gtest-spi.h>
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
+#include <gtest/gtest-spi.h>
+#include <gtest/gtest.h>
+
 namespace vellora::golden {
 namespace {
 
-// The reader itself: a table that cannot be read, or has no rows, must never pass for a checked one.
+// The reader itself: a table that cannot be read, or has no rows, must never pass for a checked
+// one.
 class GoldenTableTest : public testing::Test {
  protected:
   void SetUp() override {

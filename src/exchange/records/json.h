@@ -8,10 +8,11 @@
 
 namespace vellora {
 
-// Records to and from JSON, one object a file. Keys are the field names. Written compactly with every
-// field in declaration order and "/" as "\/"; encoding fails, with no text at all, when a number is
-// not finite. Read strictly (RFC 8259): unknown keys are ignored, the first of repeated keys counts,
-// a required key that is missing, null or of another type fails the whole record. Any thread.
+// Records to and from JSON, one object a file. Keys are the field names. Written compactly with
+// every field in declaration order and "/" as "\/"; encoding fails, with no text at all, when a
+// number is not finite. Read strictly (RFC 8259): unknown keys are ignored, the first of repeated
+// keys counts, a required key that is missing, null or of another type fails the whole record. Any
+// thread.
 std::optional<std::string> encode(const OverlaySnapshot& record);
 std::optional<std::string> encode(const NowPlayingTrack& record);
 std::optional<std::string> encode(const SyncRequest& record);

@@ -8,8 +8,8 @@
 #include <vector>
 
 // The records that Vellora and Tessaly exchange as small JSON files, with their freshness rules.
-// All times are wall-clock seconds since 1970, positions are seconds. Plain values; texts compare by
-// canonical equivalence, numbers numerically. Every predicate is false for a time that is not a
+// All times are wall-clock seconds since 1970, positions are seconds. Plain values; texts compare
+// by canonical equivalence, numbers numerically. Every predicate is false for a time that is not a
 // number.
 namespace vellora {
 

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/rect.h"
+
+namespace vellora::witness {
+
+struct SeenRow {
+  std::string text;
+  Rect frame;  // screen coordinates
+  bool operator==(const SeenRow&) const = default;
+};
+
+// What an accessibility client of its own, which shares no code with the overlay, sees of a player.
+struct SeenPlayer {
+  std::string title;  // of the now-playing element
+  Rect window;
+  Rect viewport;  // the lyrics' scroll area, clipped to the window
+  std::vector<SeenRow> rows;
+  bool operator==(const SeenPlayer&) const = default;
+};
+
+// Reads the first window of the application of that name on the accessibility bus, one plain
+// synchronous question after the other (org.a11y.atspi.Accessible, .Component). Nothing when there
+// is no such application or it does not answer within a second a question.
+std::optional<SeenPlayer> readPlayer(const std::string& application);
+
+}  // namespace vellora::witness

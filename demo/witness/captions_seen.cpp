@@ -1,0 +1,56 @@
+#include "witness/captions_seen.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace vellora::witness {
+
+namespace {
+
+// Height in points that a one-line caption of this font needs at the most, with the gap above it
+// and the margin below it; a two-line caption may need twice the text.
+double roomForOneLine(double font) { return 2 + std::ceil(font * 1.35) + 8 + 3; }
+double roomForTwoLines(double font) { return 2 + std::ceil(font * 2.6) + 8 + 3; }
+
+bool hasTranslation(const OverlaySnapshot& snapshot, const std::string& text) {
+  return std::any_of(snapshot.lines.begin(), snapshot.lines.end(), [&](const OverlayLine& line) {
+    return line.source == text && line.translation.find_first_not_of(" \t\n") != std::string::npos;
+  });
+}
+
+}  // namespace
+
+CaptionsVerdict judgeCaptions(const SeenPlayer& player, const OverlaySnapshot& snapshot,
+                              const Picture& screen, const Picture& window) {
+  CaptionsVerdict verdict;
+  verdict.right = true;
+  const double font = std::clamp(snapshot.fontSize * 0.65, 12.0, 32.0);
+  const Rect& viewport = player.viewport;
+  for (std::size_t i = 0; i < player.rows.size(); ++i) {
+    const Rect& row = player.rows[i].frame;
+    if (!row.intersects(viewport) || row.isEmpty()) continue;
+    RowVerdict one;
+    one.text = player.rows[i].text;
+    double below = viewport.maxY();
+    if (i + 1 < player.rows.size()) below = std::min(below, player.rows[i + 1].frame.minY());
+    const double room = below - row.maxY() - snapshot.verticalOffset;
+    const double left = std::max(row.minX(), viewport.minX()) + 2;
+    one.band = {left, row.maxY() + 2 + snapshot.verticalOffset, viewport.maxX() - 22 - left,
+                std::min(room - 4, std::ceil(font * 1.35) + 8)};
+    const bool middleInside = viewport.contains(Point{row.midX(), row.midY()});
+    one.expected = hasTranslation(snapshot, one.text) && middleInside;
+    one.undecided = one.band.height < 8 ||
+                    (one.expected && room < std::max(roomForOneLine(font), roomForTwoLines(font)));
+    one.seen = difference(screen, window, one.band);
+    // A plate covers its whole band; a neighbour's blur spills over no more than an edge of it.
+    const bool caption = one.seen.pixels > 0 && one.seen.changed * 2 > one.seen.pixels;
+    one.right = one.undecided || caption == one.expected;
+    if (one.expected && caption) ++verdict.captions;
+    verdict.right = verdict.right && one.right;
+    verdict.rows.push_back(std::move(one));
+  }
+  verdict.right = verdict.right && verdict.captions > 0;
+  return verdict;
+}
+
+}  // namespace vellora::witness

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/rect.h"
+
+namespace vellora::witness {
+
+// Pixels as 0x00RRGGBB, row by row from the top.
+struct Picture {
+  int width = 0;
+  int height = 0;
+  std::vector<std::uint32_t> pixels;
+
+  std::uint32_t at(int x, int y) const {
+    return pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                  static_cast<std::size_t>(x)];
+  }
+  bool writePng(const std::string& path) const;
+};
+
+// The X screen as a client with its eyes open sees it. One thread.
+class Screen {
+ public:
+  // Null without a display.
+  static std::unique_ptr<Screen> open();
+  ~Screen();
+
+  // What a person sees: everything that the compositor put on the screen.
+  std::optional<Picture> whole() const;
+
+  // The screen as it would be without the windows above the program's: the window's own picture, as
+  // the compositor is handed it (X Composite), put where the window stands, on black. Nothing
+  // without a compositor or without a window of that class.
+  std::optional<Picture> windowAlone(const std::string& windowClass) const;
+
+ private:
+  struct Impl;
+  explicit Screen(std::unique_ptr<Impl> impl);
+  std::unique_ptr<Impl> impl;
+};
+
+// How many pixels of `area` (screen coordinates) differ by more than 6 of 255 in some channel, and
+// how many pixels that part of the pictures has.
+struct Difference {
+  std::size_t changed = 0;
+  std::size_t pixels = 0;
+};
+Difference difference(const Picture& a, const Picture& b, const Rect& area);
+
+}  // namespace vellora::witness

@@ -1,0 +1,133 @@
+// Looks at the screen as a stranger would, and says whether each visible lyric row has its caption
+// where it belongs. Shares no code with the overlay's own reading and drawing.
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include <poll.h>
+
+#include "base/files.h"
+#include "exchange/records/json.h"
+#include "witness/accessible_rows.h"
+#include "witness/captions_seen.h"
+#include "witness/screen.h"
+
+namespace {
+
+using namespace vellora;
+using namespace vellora::witness;
+
+constexpr std::string_view usage =
+    "usage: vellora-demo-witness --snapshot FILE [--screenshot FILE.png] [--wait SECONDS]\n"
+    "\n"
+    "Reads the player's lyric rows over the accessibility bus, takes a picture of the screen and\n"
+    "one of the player's window alone (this needs a compositor), and compares the two in the band\n"
+    "under each row. Tries again until all is right or SECONDS (default 8) have passed.\n"
+    "Exit status: 0 captions stand where they belong, 1 they do not, 2 it could not be seen.\n";
+
+constexpr const char* application = "com.apple.Music";
+
+struct Options {
+  std::string snapshot;
+  std::string screenshot;
+  double wait = 8;
+};
+
+struct Sight {
+  SeenPlayer player;
+  CaptionsVerdict verdict;
+  Picture screen;
+};
+
+// One consistent look: the rows must stand still while the pictures are taken.
+std::optional<Sight> look(const Screen& screen, const Options& options, std::string& problem) {
+  const std::optional<SeenPlayer> before = readPlayer(application);
+  std::optional<Picture> whole = screen.whole();
+  const std::optional<Picture> alone = screen.windowAlone(application);
+  const std::optional<SeenPlayer> after = readPlayer(application);
+  const std::optional<std::string> file = readWholeFile(options.snapshot);
+  const std::optional<OverlaySnapshot> snapshot =
+      file ? decode<OverlaySnapshot>(*file) : std::nullopt;
+  if (!before || !after) {
+    problem = "the player does not answer on the accessibility bus";
+  } else if (!whole || !alone) {
+    problem = "no picture of the player's window alone (is a compositor running?)";
+  } else if (!snapshot) {
+    problem = "no snapshot at " + options.snapshot;
+  } else if (*before != *after) {
+    problem = "the rows move";
+  } else {
+    CaptionsVerdict verdict = judgeCaptions(*before, *snapshot, *whole, *alone);
+    return Sight{*before, std::move(verdict), std::move(*whole)};
+  }
+  return std::nullopt;
+}
+
+void describe(const Sight& sight) {
+  std::printf("  the player shows: %s\n", sight.player.title.c_str());
+  for (const RowVerdict& row : sight.verdict.rows) {
+    const char* say = row.undecided  ? "no room to say"
+                      : row.expected ? (row.right ? "caption seen" : "CAPTION MISSING")
+                                     : (row.right ? "no caption, as it should be"
+                                                  : "A CAPTION THAT DOES NOT BELONG HERE");
+    std::printf("  %-30s y %.0f–%.0f: %zu of %zu pixels differ  | %s\n", say, row.band.minY(),
+                row.band.maxY(), row.seen.changed, row.seen.pixels, row.text.c_str());
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view flag = argv[i];
+    if (flag == "--help") {
+      std::fputs(usage.data(), stdout);
+      return 0;
+    }
+    if (i + 1 >= argc) {
+      std::fputs(usage.data(), stderr);
+      return 2;
+    }
+    const char* const value = argv[++i];
+    if (flag == "--snapshot") {
+      options.snapshot = value;
+    } else if (flag == "--screenshot") {
+      options.screenshot = value;
+    } else if (flag == "--wait") {
+      options.wait = std::atof(value);
+    } else {
+      std::fputs(usage.data(), stderr);
+      return 2;
+    }
+  }
+  const std::unique_ptr<Screen> screen = Screen::open();
+  if (!screen) {
+    std::fputs("vellora-demo-witness: no display\n", stderr);
+    return 2;
+  }
+  const auto deadline = std::chrono::steady_clock::now() +
+                        std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                            std::chrono::duration<double>(options.wait));
+  std::optional<Sight> last;
+  std::string problem;
+  do {
+    if (std::optional<Sight> sight = look(*screen, options, problem)) last = std::move(sight);
+    if (last && last->verdict.right) break;
+    poll(nullptr, 0, 100);
+  } while (std::chrono::steady_clock::now() < deadline);
+  if (!last) {
+    std::fprintf(stderr, "vellora-demo-witness: %s\n", problem.c_str());
+    return 2;
+  }
+  if (!options.screenshot.empty() && !last->screen.writePng(options.screenshot)) {
+    std::fprintf(stderr, "vellora-demo-witness: cannot write %s\n", options.screenshot.c_str());
+    return 2;
+  }
+  describe(*last);
+  std::printf("  %zu captions stand under their rows: %s\n", last->verdict.captions,
+              last->verdict.right ? "right" : "WRONG");
+  return last->verdict.right ? 0 : 1;
+}
