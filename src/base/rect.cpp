@@ -20,42 +20,18 @@ bool Rect::isEmpty() const { return isNull() || width == 0 || height == 0; }
 
 Rect Rect::standardized() const {
   if (isNull()) return null();
-  Rect result = *this;
-  if (result.width < 0) {
-    result.x += result.width;
-    result.width = -result.width;
-  }
-  if (result.height < 0) {
-    result.y += result.height;
-    result.height = -result.height;
-  }
-  return result;
+  return {minX(), minY(), absoluteWidth(), absoluteHeight()};
 }
 
-double Rect::minX() const { return standardized().x; }
-double Rect::minY() const { return standardized().y; }
-double Rect::absoluteWidth() const { return standardized().width; }
-double Rect::absoluteHeight() const { return standardized().height; }
-
-double Rect::midX() const {
-  const Rect r = standardized();
-  return r.x + r.width / 2;
-}
-
-double Rect::midY() const {
-  const Rect r = standardized();
-  return r.y + r.height / 2;
-}
-
-double Rect::maxX() const {
-  const Rect r = standardized();
-  return r.x + r.width;
-}
-
-double Rect::maxY() const {
-  const Rect r = standardized();
-  return r.y + r.height;
-}
+// The parts of null and of what else lies at infinity are those of its fields.
+double Rect::minX() const { return width < 0 ? x + width : x; }
+double Rect::midX() const { return x + width / 2; }
+double Rect::maxX() const { return width < 0 ? x : x + width; }
+double Rect::minY() const { return height < 0 ? y + height : y; }
+double Rect::midY() const { return y + height / 2; }
+double Rect::maxY() const { return height < 0 ? y : y + height; }
+double Rect::absoluteWidth() const { return std::fabs(width); }
+double Rect::absoluteHeight() const { return std::fabs(height); }
 
 bool Rect::contains(Point point) const {
   if (isEmpty()) return false;

@@ -1,0 +1,41 @@
+#include <unicode/bytestream.h>
+#include <unicode/uchar.h>
+
+#include "base/utf8.h"
+#include "platform/linux/text/character_boundary.h"
+#include "platform/linux/text/icu_text.h"
+#include "platform/text_services.h"
+
+namespace vellora::TextServices {
+
+bool isAlphanumeric(char32_t character) {
+  constexpr std::uint32_t categories = U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK;
+  return (U_GET_GC_MASK(static_cast<UChar32>(character)) & categories) != 0;
+}
+
+// Form C, which most texts have already.
+std::string canonicalForm(std::string_view text) {
+  std::string given = wellFormed(text);
+  if (isAscii(given)) return given;
+  const icu::Normalizer2& composed = normalizer(Normalization::composed);
+  UErrorCode error = U_ZERO_ERROR;
+  if (composed.isNormalizedUTF8(piece(given), error) && U_SUCCESS(error)) return given;
+  std::string result;
+  icu::StringByteSink<std::string> sink(&result);
+  error = U_ZERO_ERROR;
+  composed.normalizeUTF8(0, piece(given), sink, nullptr, error);
+  return U_SUCCESS(error) ? result : given;
+}
+
+// Canonical equivalents have their character boundaries at the same places, and nothing composes
+// across one; so whole characters agree where the canonical forms do and a boundary follows.
+bool beginsWith(std::string_view text, std::string_view prefix) {
+  if (prefix.empty()) return true;
+  const std::string whole = canonicalForm(text);
+  const std::string begin = canonicalForm(prefix);
+  if (!whole.starts_with(begin)) return false;
+  if (whole.size() == begin.size()) return true;
+  return isCharacterBoundary(icuText(whole), icuText(begin).length());
+}
+
+}  // namespace vellora::TextServices
