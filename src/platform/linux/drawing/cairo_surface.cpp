@@ -1,0 +1,106 @@
+#include "platform/linux/drawing/cairo_surface.h"
+
+#include <cmath>
+#include <cstring>
+
+namespace vellora {
+
+namespace {
+
+// The largest side of an image surface, in pixels.
+constexpr std::int64_t largestSide = 32767;
+
+// Draws pixel for pixel with the top left at a whole pixel. The context's unit is the pixel.
+void drawUnscaled(cairo_t* context, cairo_surface_t* pixels, double x, double y) {
+  cairo_set_source_surface(context, pixels, std::round(x), std::round(y));
+  cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
+  cairo_paint(context);
+}
+
+void drawStretched(cairo_t* context, cairo_surface_t* pixels, const Rect& destination,
+                   const Size& pixelSize) {
+  cairo_save(context);
+  cairo_translate(context, destination.x, destination.y);
+  cairo_scale(context, destination.width / pixelSize.width, destination.height / pixelSize.height);
+  cairo_set_source_surface(context, pixels, 0, 0);
+  cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_GOOD);
+  cairo_paint(context);
+  cairo_restore(context);
+}
+
+cairo_status_t append(void* closure, const unsigned char* data, unsigned int length) {
+  auto& bytes = *static_cast<std::vector<std::uint8_t>*>(closure);
+  bytes.insert(bytes.end(), data, data + length);
+  return CAIRO_STATUS_SUCCESS;
+}
+
+}  // namespace
+
+CairoSurfacePtr makePixels(std::int64_t width, std::int64_t height) {
+  if (width < 1 || height < 1 || width > largestSide || height > largestSide) return nullptr;
+  CairoSurfacePtr pixels(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, static_cast<int>(width),
+                                                    static_cast<int>(height)));
+  if (cairo_surface_status(pixels.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  return pixels;
+}
+
+CairoSurface::CairoSurface(cairo_surface_t* target, double scale)
+    : context_(cairo_create(target)), scale_(scale) {}
+
+void CairoSurface::drawImage(const CaptionImage& image, const Rect& destination) {
+  const auto& picture = static_cast<const CairoImage&>(image);
+  const Rect place = destination.standardized();
+  if (!std::isfinite(place.x + place.y) || place.isEmpty()) return;
+  cairo_surface_t* pixels = picture.pixels();
+  const Size pixelSize{static_cast<double>(cairo_image_surface_get_width(pixels)),
+                       static_cast<double>(cairo_image_surface_get_height(pixels))};
+  const Rect pixelPlace{place.x * scale_, place.y * scale_, place.width * scale_,
+                        place.height * scale_};
+  // A picture's size is cut to whole pixels, so it may fall short by less than one.
+  if (std::abs(pixelPlace.width - pixelSize.width) < 1 &&
+      std::abs(pixelPlace.height - pixelSize.height) < 1) {
+    drawUnscaled(context_.get(), pixels, pixelPlace.x, pixelPlace.y);
+  } else {
+    drawStretched(context_.get(), pixels, pixelPlace, pixelSize);
+  }
+
+  const double growthX = place.width / picture.size().width;
+  const double growthY = place.height / picture.size().height;
+  const Rect plate = picture.plate();
+  plates_.push_back({place.x + plate.x * growthX, place.y + plate.y * growthY,
+                     plate.width * growthX, plate.height * growthY});
+}
+
+std::unique_ptr<CairoBitmap> CairoBitmap::make(std::int64_t pixelWidth, std::int64_t pixelHeight) {
+  CairoSurfacePtr pixels = makePixels(pixelWidth, pixelHeight);
+  if (!pixels) return nullptr;
+  return std::unique_ptr<CairoBitmap>(new CairoBitmap(std::move(pixels)));
+}
+
+std::int64_t CairoBitmap::pixelWidth() const {
+  return cairo_image_surface_get_width(pixels_.get());
+}
+
+std::int64_t CairoBitmap::pixelHeight() const {
+  return cairo_image_surface_get_height(pixels_.get());
+}
+
+std::optional<double> CairoBitmap::alpha(std::int64_t column, std::int64_t row) const {
+  if (column < 0 || row < 0 || column >= pixelWidth() || row >= pixelHeight()) return std::nullopt;
+  cairo_surface_flush(pixels_.get());
+  const unsigned char* pixel = cairo_image_surface_get_data(pixels_.get()) +
+                               row * cairo_image_surface_get_stride(pixels_.get()) + column * 4;
+  std::uint32_t argb = 0;
+  std::memcpy(&argb, pixel, sizeof argb);
+  return static_cast<double>(argb >> 24) / 255;
+}
+
+std::optional<std::vector<std::uint8_t>> CairoBitmap::png() const {
+  std::vector<std::uint8_t> bytes;
+  if (cairo_surface_write_to_png_stream(pixels_.get(), append, &bytes) != CAIRO_STATUS_SUCCESS) {
+    return std::nullopt;
+  }
+  return bytes;
+}
+
+}  // namespace vellora
