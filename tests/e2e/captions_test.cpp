@@ -1,0 +1,134 @@
+#include <signal.h>
+
+#include "e2e/desk.h"
+
+namespace vellora::e2e {
+namespace {
+
+class CaptionsOnTheDesk : public Desk {
+ protected:
+  void follow(std::vector<std::string> playerOptions = {"--song", "1", "--paused", "--position", "12"}) {
+    ASSERT_NO_FATAL_FAILURE(startPlayer(std::move(playerOptions)));
+    keepSnapshot(snapshotOfPlayer());
+    startOverlay();
+    ASSERT_TRUE(waitFor([&] { return following() && captionsRight(); })) << "no captions";
+  }
+  // A program of another kind in front of everything, at the screen's lower right.
+  std::unique_ptr<Process> bringAnotherProgramToFront() {
+    auto other = std::make_unique<Process>(
+        std::vector<std::string>{"xmessage", "-geometry", "200x80+1000+650", "another program"},
+        folder / "xmessage.log");
+    return other;
+  }
+};
+
+TEST_F(CaptionsOnTheDesk, StandUnderTheirRows) {
+  follow();
+  const auto verdict = look();
+  ASSERT_TRUE(verdict);
+  EXPECT_GE(verdict->captions, 3U);
+}
+
+TEST_F(CaptionsOnTheDesk, FollowTheRowsAsTheySroll) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  const auto before = seenPlayer();
+  keepSync();
+  // Further on in the song the rows stand elsewhere; the player stays paused so that the pictures
+  // can be compared.
+  send(MusicCommand(now(), MusicCommand::Action::seek, "", "", 30));
+  ASSERT_TRUE(waitFor([&] { return nowPlaying() && nowPlaying()->position > 29; }));
+  send(MusicCommand(now(), MusicCommand::Action::playPause, ""));
+  ASSERT_TRUE(waitFor([&] { return nowPlaying() && !nowPlaying()->playing; }));
+  ASSERT_TRUE(waitFor([&] {
+    const auto seen = seenPlayer();
+    return seen && before && seen->rows != before->rows && captionsRight();
+  })) << "captions did not follow";
+}
+
+TEST_F(CaptionsOnTheDesk, AreHiddenForTheWrongSong) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  OverlaySnapshot other = snapshotOfPlayer();
+  other.musicTitle = "A song that nobody plays";
+  keepSnapshot(other);
+  EXPECT_TRUE(waitFor([&] { return statusIs("Waiting for translations for this song"); }));
+  EXPECT_TRUE(waitFor([&] { return nothingOverPlayer(); }));
+}
+
+TEST_F(CaptionsOnTheDesk, AreHiddenWhileThePlayerIsInTheBackground) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  auto other = bringAnotherProgramToFront();
+  EXPECT_TRUE(waitFor([&] { return statusIs("Ready — bring Music to the front"); }));
+  EXPECT_TRUE(waitFor([&] { return nothingOverPlayer(); }));
+  other->stop();
+  outputOf({"wmctrl", "-x", "-a", "com.apple.Music"});
+  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }));
+}
+
+TEST_F(CaptionsOnTheDesk, LetEveryClickThrough) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  keepSync();
+  ASSERT_TRUE(waitFor([&] { return nowPlaying().has_value(); }));
+  // Captions moved up over the rows: a click on a row then goes through a plate.
+  OverlaySnapshot over = snapshotOfPlayer();
+  over.verticalOffset = -40;
+  keepSnapshot(over);
+  const auto seen = seenPlayer();
+  ASSERT_TRUE(seen);
+  std::optional<Rect> target;
+  for (std::size_t i = 1; i + 1 < seen->rows.size(); ++i) {
+    const Rect& row = seen->rows[i].frame;
+    if (seen->viewport.contains(row) && row.minY() > seen->viewport.midY()) {
+      target = row;
+      break;
+    }
+  }
+  ASSERT_TRUE(target);
+  ASSERT_TRUE(waitFor([&] {
+    const auto whole = screen->whole();
+    const auto alone = screen->windowAlone("com.apple.Music");
+    return whole && alone && witness::difference(*whole, *alone, *target).changed > 500;
+  })) << "no plate over the row";
+  const double before = nowPlaying()->position;
+  outputOf({"xdotool", "mousemove", std::to_string(static_cast<int>(target->midX())),
+            std::to_string(static_cast<int>(target->midY())), "click", "1"});
+  EXPECT_TRUE(waitFor([&] { return nowPlaying() && nowPlaying()->position > before + 1; }))
+      << "the click did not reach the row under the caption";
+}
+
+TEST_F(CaptionsOnTheDesk, NeverTakeTheKeyboard) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  EXPECT_NE(outputOf({"xdotool", "getactivewindow", "getwindowclassname"}).find("com.apple.Music"),
+            std::string::npos);
+}
+
+TEST_F(CaptionsOnTheDesk, ComeBackWhenAHungPlayerWakes) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  keepSync();
+  ASSERT_TRUE(waitFor([&] { return nowPlaying().has_value(); }));
+  player->signal(SIGSTOP);
+  // A stale command is removed by the next tick: how long that takes is how long a tick waits. The
+  // period is 0.12 s, a request to the player may take 0.25 s, the rest is the machine's.
+  double longest = 0;
+  for (int i = 0; i < 15; ++i) {
+    send(MusicCommand(now() - 30, MusicCommand::Action::next, ""));
+    const double sent = now();
+    ASSERT_TRUE(waitFor([&] { return !fileExists(exchange / commandFileName); }, 5));
+    longest = std::max(longest, now() - sent);
+  }
+  EXPECT_LT(longest, 0.12 + 0.25 + 0.25) << "seconds that a tick was late";
+  std::cout << "longest wait for a tick beside a stopped player: " << longest << " s\n";
+  player->signal(SIGCONT);
+  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }));
+  EXPECT_TRUE(overlay->running());
+}
+
+TEST_F(CaptionsOnTheDesk, SurviveThePlayersDeath) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  player->signal(SIGKILL);
+  EXPECT_TRUE(waitFor([&] { return statusIs("Ready — bring Music to the front"); }));
+  ASSERT_NO_FATAL_FAILURE(startPlayer({"--song", "1", "--paused", "--position", "12"}));
+  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }));
+}
+
+}  // namespace
+}  // namespace vellora::e2e

@@ -1,0 +1,186 @@
+#include "e2e/desk.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+
+#include "base/files.h"
+#include "exchange/records/json.h"
+
+namespace vellora::e2e {
+
+namespace {
+
+constexpr const char* application = "com.apple.Music";
+
+}  // namespace
+
+double Desk::now() {
+  return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+}
+
+void Desk::SetUp() {
+  ASSERT_NE(std::getenv("VELLORA_SESSION_PIDS"), nullptr)
+      << "run this through scripts/session, which gives it a desktop of its own";
+  std::string pattern = "/tmp/vellora-e2e-XXXXXX";
+  ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+  folder = pattern;
+  exchange = folder / "Vellora";
+  std::filesystem::create_directory(exchange);
+  screen = witness::Screen::open();
+  ASSERT_NE(screen, nullptr) << "no display";
+  outputOf({"xdotool", "mousemove", "1279", "799"});
+}
+
+void Desk::TearDown() {
+  if (HasFailure()) {
+    const testing::TestInfo* const info = testing::UnitTest::GetInstance()->current_test_info();
+    const std::filesystem::path kept_ = std::filesystem::path(VELLORA_TEST_OUTPUT) / info->name();
+    std::error_code error;
+    std::filesystem::create_directories(kept_, error);
+    if (screen) {
+      if (const auto picture = screen->whole()) picture->writePng(kept_ / "screenshot.png");
+    }
+    std::filesystem::copy(folder, kept_,
+                          std::filesystem::copy_options::recursive |
+                              std::filesystem::copy_options::overwrite_existing,
+                          error);
+    std::cout << "left in " << kept_ << "\n";
+  }
+  if (overlay) overlay->stop();
+  if (player) player->stop();
+  std::filesystem::remove_all(folder);
+}
+
+void Desk::startPlayer(std::vector<std::string> options) {
+  options.insert(options.begin(), VELLORA_DEMO_PLAYER);
+  player = std::make_unique<Process>(std::move(options), folder / "player.log");
+  ASSERT_TRUE(waitFor([&] { return seenPlayer() && !seenPlayer()->rows.empty(); }))
+      << "the player's rows did not come onto the accessibility bus";
+  ASSERT_TRUE(waitFor([&] { return screen->windowAlone(application).has_value(); }))
+      << "the player's window did not come onto the screen";
+}
+
+void Desk::startOverlay(std::vector<std::string> options) {
+  if (options.empty()) options = {"--snapshot", exchange / "snapshot.json"};
+  options.insert(options.begin(), VELLORA_PROGRAM);
+  overlay = std::make_unique<Process>(std::move(options), folder / "overlay.log");
+}
+
+bool Desk::waitFor(const std::function<bool()>& condition, double seconds) {
+  const double deadline = now() + seconds;
+  while (true) {
+    renew();
+    if (condition()) return true;
+    if (now() >= deadline) return false;
+    poll(nullptr, 0, 15);
+  }
+}
+
+void Desk::renew() {
+  if (now() - lastRenewal < 0.5) return;
+  lastRenewal = now();
+  if (kept) {
+    kept->updatedAt = now();
+    ASSERT_TRUE(writeFileAtomically(exchange / "snapshot.json", *encode(*kept)));
+  }
+  if (syncing) {
+    ASSERT_TRUE(writeFileAtomically(exchange / syncRequestFileName, *encode(SyncRequest{now()})));
+  }
+}
+
+void Desk::keepSnapshot(OverlaySnapshot snapshot) {
+  kept = std::move(snapshot);
+  lastRenewal = 0;
+  renew();
+}
+
+void Desk::keepSync() {
+  syncing = true;
+  lastRenewal = 0;
+  renew();
+}
+
+void Desk::dropSnapshot() {
+  kept.reset();
+  removeFile(exchange / "snapshot.json");
+}
+
+void Desk::dropSync() {
+  syncing = false;
+  removeFile(exchange / syncRequestFileName);
+}
+
+void Desk::send(const MusicCommand& command) const {
+  ASSERT_TRUE(writeFileAtomically(exchange / commandFileName, *encode(command)));
+}
+
+OverlaySnapshot Desk::snapshotOfPlayer() const {
+  OverlaySnapshot snapshot;
+  snapshot.enabled = true;
+  snapshot.fontSize = 26;
+  const std::optional<witness::SeenPlayer> seen = seenPlayer();
+  if (!seen) {
+    ADD_FAILURE() << "the player is not on the accessibility bus";
+    return snapshot;
+  }
+  const std::string separator = " — ";
+  const std::size_t dash = seen->title.find(separator);
+  snapshot.musicTitle = seen->title.substr(0, dash);
+  snapshot.musicArtist = dash == std::string::npos ? "" : seen->title.substr(dash + separator.size());
+  for (const witness::SeenRow& row : seen->rows) {
+    snapshot.lines.push_back({row.text, std::to_string(snapshot.lines.size()) + " of the translation"});
+  }
+  return snapshot;
+}
+
+std::optional<OverlayStatus> Desk::status() const {
+  const auto bytes = readWholeFile(exchange / statusFileName);
+  return bytes ? decode<OverlayStatus>(*bytes) : std::nullopt;
+}
+
+std::optional<NowPlayingTrack> Desk::nowPlaying() const {
+  const auto bytes = readWholeFile(exchange / nowPlayingFileName);
+  return bytes ? decode<NowPlayingTrack>(*bytes) : std::nullopt;
+}
+
+bool Desk::statusIs(const std::string& message) const {
+  const auto current = status();
+  return current && current->message == message;
+}
+
+bool Desk::following() const {
+  const auto current = status();
+  return current && current->message.starts_with("Following Music • ");
+}
+
+std::optional<witness::SeenPlayer> Desk::seenPlayer() const {
+  return witness::readPlayer(application);
+}
+
+std::optional<witness::CaptionsVerdict> Desk::look() const {
+  const auto before = seenPlayer();
+  const auto whole = screen->whole();
+  const auto alone = screen->windowAlone(application);
+  const auto after = seenPlayer();
+  if (!kept || !before || !whole || !alone || !after || *before != *after) return std::nullopt;
+  return witness::judgeCaptions(*before, *kept, *whole, *alone);
+}
+
+bool Desk::captionsRight() const {
+  const auto verdict = look();
+  return verdict && verdict->right;
+}
+
+bool Desk::nothingOverPlayer() const {
+  const auto before = seenPlayer();
+  const auto whole = screen->whole();
+  const auto alone = screen->windowAlone(application);
+  if (!before || !whole || !alone) return false;
+  return witness::difference(*whole, *alone, before->viewport).changed == 0;
+}
+
+}  // namespace vellora::e2e

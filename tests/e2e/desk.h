@@ -1,0 +1,69 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "e2e/process.h"
+#include "exchange/records/records.h"
+#include "witness/accessible_rows.h"
+#include "witness/captions_seen.h"
+#include "witness/screen.h"
+
+namespace vellora::e2e {
+
+// A test on a whole desktop: the session that it runs in (scripts/session starts one for each test),
+// the stand-in player, the overlay, and the test itself in the companion's place.
+class Desk : public testing::Test {
+ protected:
+  void SetUp() override;
+  // A failed test leaves its logs, its exchange files and a screenshot in test-output/.
+  void TearDown() override;
+
+  void startPlayer(std::vector<std::string> options = {});
+  void startOverlay(std::vector<std::string> options = {});
+
+  // Waits, 15 s at most unless said otherwise, and renews what `keep…` asked for meanwhile.
+  bool waitFor(const std::function<bool()>& condition, double seconds = 15);
+
+  // The companion's side. While kept, both files are rewritten twice a second by `waitFor`.
+  void keepSnapshot(OverlaySnapshot snapshot);
+  void keepSync();
+  void dropSnapshot();
+  void dropSync();
+  void send(const MusicCommand& command) const;
+  // The snapshot of the demonstration's song: its lines as the player shows them and translations
+  // that the test makes up ("<number> of the translation").
+  OverlaySnapshot snapshotOfPlayer() const;
+
+  std::optional<OverlayStatus> status() const;
+  std::optional<NowPlayingTrack> nowPlaying() const;
+  bool statusIs(const std::string& message) const;
+  bool following() const;  // "Following Music • …"
+
+  // What stands on the screen now, by the witness; nothing while the rows move.
+  std::optional<witness::CaptionsVerdict> look() const;
+  bool captionsRight() const;
+  // No pixel of the player's window differs from its own picture.
+  bool nothingOverPlayer() const;
+  std::optional<witness::SeenPlayer> seenPlayer() const;
+
+  static double now();
+  std::filesystem::path folder;    // of the test
+  std::filesystem::path exchange;  // the exchange folder in use
+  std::unique_ptr<Process> player;
+  std::unique_ptr<Process> overlay;
+  std::unique_ptr<witness::Screen> screen;
+
+ private:
+  void renew();
+  std::optional<OverlaySnapshot> kept;
+  bool syncing = false;
+  double lastRenewal = 0;
+};
+
+}  // namespace vellora::e2e
