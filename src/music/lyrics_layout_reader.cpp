@@ -1,0 +1,134 @@
+#include "music/lyrics_layout_reader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <utility>
+#include <variant>
+
+namespace vellora {
+
+namespace {
+
+constexpr float messagingTimeout = 0.08F;  // seconds a query
+constexpr int elementBudget = 700;
+constexpr double walkDuration = 0.3;  // seconds
+constexpr int maximumDepth = 23;      // the window is at depth 0
+
+// What the player answers. None of these texts has another canonical form, so bytes decide.
+constexpr std::string_view scrollAreaRole = "AXScrollArea";
+constexpr std::string_view buttonRole = "AXButton";
+constexpr std::string_view lyricsLabel = "Lyrics";
+constexpr std::string_view nowPlayingIdentifier =
+    "Music.nowPlaying.title-Music.nowPlaying.subtitle";
+
+AccessibilityElements elements(AccessibilityElement& element, std::string_view name) {
+  AttributeValue value = attribute(element, name);
+  auto* list = std::get_if<AccessibilityElements>(&value);
+  return list ? std::move(*list) : AccessibilityElements{};
+}
+
+// One walk through a window: depth first, each element before its children, so that of several
+// title elements and scroll areas the last in that order wins.
+class Walk {
+ public:
+  Walk(const Clock& clock, const Rect& window)
+      : clock_(clock), deadline_(clock.now() + walkDuration) {
+    layout_.window = window;
+  }
+
+  void visit(AccessibilityElement& element, bool inLyrics, int depth) {
+    if (budget_ < 1 || depth > maximumDepth) return;
+    if (!(clock_.now() < deadline_)) return;
+    --budget_;
+
+    const std::string role = string(element, AccessibilityAttribute::role);
+    const std::string description = string(element, AccessibilityAttribute::description);
+    const std::string title = string(element, AccessibilityAttribute::title);
+    const std::string identifier = string(element, AccessibilityAttribute::identifier);
+
+    if (identifier == nowPlayingIdentifier) {
+      layout_.title = description.empty() ? title : description;
+    }
+    inLyrics = inLyrics || description == lyricsLabel || title == lyricsLabel;
+    if (inLyrics && role == scrollAreaRole) noteScrollArea(element);
+    if (inLyrics && role == buttonRole) noteRow(element, title, description);
+
+    for (const auto& child : elements(element, AccessibilityAttribute::children)) {
+      if (child) visit(*child, inLyrics, depth + 1);
+    }
+  }
+
+  MusicLayout finish() && {
+    std::stable_sort(layout_.rows.begin(), layout_.rows.end(), isAbove);
+    return std::move(layout_);
+  }
+
+ private:
+  void noteScrollArea(AccessibilityElement& element) {
+    if (const auto area = frame(element)) layout_.viewport = area->intersection(layout_.window);
+  }
+
+  // A row prefers its title, the now-playing element its description: players fill them that way.
+  void noteRow(AccessibilityElement& element, const std::string& title,
+               const std::string& description) {
+    const auto area = frame(element);
+    if (!area) return;
+    const std::string& text = title.empty() ? description : title;
+    if (!text.empty()) layout_.rows.push_back({text, *area});
+  }
+
+  // A top that is not a number goes last: the sort needs an order.
+  static bool isAbove(const MusicRow& a, const MusicRow& b) {
+    const double top = a.frame.minY();
+    const double otherTop = b.frame.minY();
+    return top < otherTop || (std::isnan(otherTop) && !std::isnan(top));
+  }
+
+  const Clock& clock_;
+  const double deadline_;
+  int budget_ = elementBudget;
+  MusicLayout layout_;
+};
+
+}  // namespace
+
+std::optional<MusicLayout> readMusic(std::int32_t pid, Accessibility& accessibility,
+                                     const Clock& clock) {
+  const auto application = accessibility.applicationElement(pid, messagingTimeout);
+  const auto windows = elements(*application, AccessibilityAttribute::windows);
+  if (windows.empty() || !windows.front()) return std::nullopt;
+  AccessibilityElement& window = *windows.front();
+
+  const AttributeValue minimized = attribute(window, AccessibilityAttribute::minimized);
+  if (const bool* flag = std::get_if<bool>(&minimized); flag && *flag) return std::nullopt;
+  const auto windowFrame = frame(window);
+  if (!windowFrame) return std::nullopt;
+
+  Walk walk(clock, *windowFrame);
+  walk.visit(window, false, 0);
+  return std::move(walk).finish();
+}
+
+AttributeValue attribute(AccessibilityElement& element, std::string_view name) {
+  return element.attribute(name);
+}
+
+std::string string(AccessibilityElement& element, std::string_view name) {
+  AttributeValue value = attribute(element, name);
+  auto* text = std::get_if<std::string>(&value);
+  return text ? std::move(*text) : std::string();
+}
+
+std::optional<Rect> frame(AccessibilityElement& element) {
+  const AttributeValue position = attribute(element, AccessibilityAttribute::position);
+  const auto* origin = std::get_if<Point>(&position);
+  if (!origin) return std::nullopt;
+  const AttributeValue extent = attribute(element, AccessibilityAttribute::size);
+  const auto* size = std::get_if<Size>(&extent);
+  if (!size) return std::nullopt;
+  if (!(size->width > 0) || !(size->height > 0)) return std::nullopt;
+  return Rect{origin->x, origin->y, size->width, size->height};
+}
+
+}  // namespace vellora
