@@ -26,8 +26,7 @@ Rect OverlayGeometry::appKitRect(const Rect& rect, double primaryHeight) {
 
 // Each test is written so that a number that is none fails it.
 std::optional<Rect> OverlayGeometry::labelRect(const Rect& row, const std::optional<Rect>& nextRow,
-                                               const Rect& viewport, double height,
-                                               double offset) {
+                                               const Rect& viewport, double height, double offset) {
   if (!viewport.contains(Point{row.midX(), row.midY()})) return std::nullopt;
   if (!(row.absoluteWidth() > widestRowWithoutCaption)) return std::nullopt;
   const double top = offset + row.maxY() + gapUnderRow;

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "exchange/records/records.h"
+
+namespace vellora {
+
+// The lines of one snapshot, prepared for looking up rows: a plain value that holds what it needs.
+// Whoever keeps a set of lines keeps the index beside it and replaces both together:
+//
+//   if (snapshot.lines != lastLines) {
+//     lastLines = snapshot.lines;
+//     index = TranslationIndex(lastLines);
+//   }
+//   ... index.translation(row.text) ...
+//
+// Making it costs one key for each line; a lookup costs the row's own key and one search. One
+// thread at a time.
+class TranslationIndex {
+ public:
+  // Longest run, in lines.
+  static constexpr std::size_t longestRun = 6;
+
+  // Of no lines: every lookup gives nothing.
+  TranslationIndex() = default;
+  explicit TranslationIndex(const std::vector<OverlayLine>& lines);
+
+  // The same as OverlayMatching::translation(row, lines).
+  std::optional<std::string> translation(std::string_view row) const;
+
+  // The same for a row whose key (OverlayMatching::normalized) is at hand.
+  std::optional<std::string> translationForKey(std::string_view key) const;
+
+ private:
+  // A line that may be part of a run. Its key stands in `keys`, so that the joined key of a run is
+  // one stretch of that text.
+  struct Line {
+    std::size_t keyBegin;
+    std::size_t keyEnd;
+    std::string translation;
+    bool runsOn;  // the next line may follow in the same run
+  };
+
+  struct Run {
+    std::size_t hash;  // of the joined key
+    std::size_t first;
+    std::size_t count;
+  };
+
+  void addLines(const std::vector<OverlayLine>& given);
+  void addRuns();
+  std::string_view keyOf(std::size_t first, std::size_t count) const;
+
+  std::string keys;
+  std::vector<Line> lines;
+  std::vector<Run> runs;  // by hash, then by first line, then by length
+};
+
+}  // namespace vellora
