@@ -1,8 +1,3 @@
-#include <glib-unix.h>
-#include <gtest/gtest.h>
-#include <sys/prctl.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -15,6 +10,11 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <glib-unix.h>
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+#include <unistd.h>
 
 #include "platform/linux/desktop/glib_application.h"
 #include "platform/linux/desktop/open_interface.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gio/gio.h>
-
 #include <functional>
+
+#include <gio/gio.h>
 
 #include "platform/linux/desktop/glib_ptr.h"
 
@@ -39,7 +39,8 @@ inline void leaveSessionBus() {
   g_unsetenv("XDG_RUNTIME_DIR");
 }
 
-// Runs the main thread's event loop until `condition` holds; false when it does not within `seconds`.
+// Runs the main thread's event loop until `condition` holds; false when it does not within
+// `seconds`.
 inline bool runLoopUntil(const std::function<bool()>& condition, double seconds = 5) {
   const auto end = g_get_monotonic_time() + static_cast<gint64>(seconds * 1e6);
   const GSourcePtr alarm(g_timeout_source_new(5));

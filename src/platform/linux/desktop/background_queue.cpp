@@ -1,7 +1,5 @@
 #include "platform/linux/desktop/background_queue.h"
 
-#include <pthread.h>
-
 #include <condition_variable>
 #include <csignal>
 #include <deque>
@@ -9,6 +7,8 @@
 #include <string>
 #include <thread>
 #include <utility>
+
+#include <pthread.h>
 
 namespace vellora {
 namespace {

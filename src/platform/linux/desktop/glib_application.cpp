@@ -1,7 +1,5 @@
 #include "platform/linux/desktop/glib_application.h"
 
-#include <glib-unix.h>
-
 #include <algorithm>
 #include <cmath>
 #include <csignal>
@@ -10,6 +8,8 @@
 #include <iostream>
 #include <optional>
 #include <utility>
+
+#include <glib-unix.h>
 
 namespace vellora {
 namespace {

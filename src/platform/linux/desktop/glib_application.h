@@ -11,8 +11,8 @@
 
 namespace vellora {
 
-// The application on GLib's default main context, which other parts of the backend feed with sources
-// of their own. Needs neither a display nor a bus. Main thread.
+// The application on GLib's default main context, which other parts of the backend feed with
+// sources of their own. Needs neither a display nor a bus. Main thread.
 class GlibApplication : public Application {
  public:
   GlibApplication();

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <gio/gio.h>
-
 #include <memory>
+
+#include <gio/gio.h>
 
 namespace vellora {
 
-// Owners of GLib's objects, one reference each. The deleters carry no state, so an owner is as large
-// as a pointer.
+// Owners of GLib's objects, one reference each. The deleters carry no state, so an owner is as
+// large as a pointer.
 struct GObjectUnref {
   void operator()(gpointer object) const { g_object_unref(object); }
 };
@@ -38,7 +38,9 @@ struct GSourceRemove {
 using GSourcePtr = std::unique_ptr<GSource, GSourceRemove>;
 
 // Takes over a floating reference.
-inline GVariantPtr ownVariant(GVariant* floating) { return GVariantPtr(g_variant_ref_sink(floating)); }
+inline GVariantPtr ownVariant(GVariant* floating) {
+  return GVariantPtr(g_variant_ref_sink(floating));
+}
 
 template <typename T>
 GObjectPtr<T> shareObject(T* object) {

@@ -1,14 +1,14 @@
 #include "platform/linux/desktop/main_queue.h"
 
-#include <glib-unix.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
-
 #include <cstdint>
 #include <cstdlib>
 #include <mutex>
 #include <utility>
 #include <vector>
+
+#include <glib-unix.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 namespace vellora {
 

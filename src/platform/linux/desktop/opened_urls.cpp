@@ -16,16 +16,17 @@ constexpr const char* introspection =
 
 }  // namespace
 
-OpenedUrls::OpenedUrls(BusConnection bus, Open open) : bus_(std::move(bus)), open_(std::move(open)) {
+OpenedUrls::OpenedUrls(BusConnection bus, Open open)
+    : bus_(std::move(bus)), open_(std::move(open)) {
   const GNodeInfoPtr node(g_dbus_node_info_new_for_xml(introspection, nullptr));
   static constexpr GDBusInterfaceVTable calls{&OpenedUrls::called, nullptr, nullptr, {}};
   object_ = g_dbus_connection_register_object(
       bus_.get(), OpenInterface::objectPath,
       g_dbus_node_info_lookup_interface(node.get(), OpenInterface::interfaceName), &calls, this,
       nullptr, nullptr);
-  name_ = g_bus_own_name_on_connection(bus_.get(), OpenInterface::busName,
-                                       G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr, nullptr,
-                                       nullptr);
+  name_ =
+      g_bus_own_name_on_connection(bus_.get(), OpenInterface::busName, G_BUS_NAME_OWNER_FLAGS_NONE,
+                                   nullptr, nullptr, nullptr, nullptr);
 }
 
 OpenedUrls::~OpenedUrls() {
