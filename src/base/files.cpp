@@ -1,0 +1,143 @@
+#include "base/files.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vellora {
+
+namespace {
+
+// An open file; closes itself.
+class OpenFile {
+ public:
+  explicit OpenFile(int descriptor_) : descriptor(descriptor_) {}
+  OpenFile(OpenFile&& other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
+  OpenFile& operator=(OpenFile&&) = delete;
+  ~OpenFile() { close(); }
+
+  explicit operator bool() const { return descriptor >= 0; }
+  int get() const { return descriptor; }
+
+  // Some file systems tell only here that the data did not arrive. Never tried again: the
+  // descriptor is gone after an interruption too.
+  bool close() {
+    const int closing = std::exchange(descriptor, -1);
+    return closing < 0 || ::close(closing) == 0 || errno == EINTR;
+  }
+
+ private:
+  int descriptor;
+};
+
+// A file that goes away again unless it is kept.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(std::filesystem::path path_) : path(std::move(path_)) {}
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    if (!path.empty()) ::unlink(path.c_str());
+  }
+
+  bool renameTo(const std::filesystem::path& destination) {
+    if (std::rename(path.c_str(), destination.c_str()) != 0) return false;
+    path.clear();
+    return true;
+  }
+
+ private:
+  std::filesystem::path path;
+};
+
+template <typename Call>
+auto uninterrupted(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+OpenFile openFile(const std::filesystem::path& path, int flags) {
+  return OpenFile(uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, 0666); }));
+}
+
+// The system ends a path at U+0000 and would then reach another file than the one that is meant.
+bool isUsable(const std::filesystem::path& path) {
+  return !path.empty() && path.native().find('\0') == std::string::npos;
+}
+
+bool writeAll(const OpenFile& file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count =
+        uninterrupted([&] { return ::write(file.get(), bytes.data(), bytes.size()); });
+    if (count <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+// Short, whatever the destination is called. Two writers that meet at one name see it by O_EXCL and
+// take the next, as does one that meets what a crashed process of the same number left behind.
+std::filesystem::path temporaryPath(const std::filesystem::path& folder, int attempt) {
+  return folder / (".vellora-" + std::to_string(::getpid()) + "-" + std::to_string(attempt));
+}
+
+}  // namespace
+
+std::optional<std::string> readWholeFile(const std::filesystem::path& path) {
+  if (!isUsable(path)) return std::nullopt;
+  // Without O_NONBLOCK, opening a FIFO waits for its writer.
+  const OpenFile file = openFile(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
+  if (!file) return std::nullopt;
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  if (std::cmp_greater(status.st_size, largestReadableFile)) return std::nullopt;
+
+  std::string content;
+  content.reserve(static_cast<std::size_t>(std::max<off_t>(status.st_size, 0)));
+  std::array<char, 16384> buffer;
+  while (true) {
+    const ssize_t count =
+        uninterrupted([&] { return ::read(file.get(), buffer.data(), buffer.size()); });
+    if (count < 0) return std::nullopt;
+    if (count == 0) return content;
+    // The file may have grown since its size was asked.
+    if (content.size() + static_cast<std::size_t>(count) > largestReadableFile) return std::nullopt;
+    content.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+}
+
+bool writeFileAtomically(const std::filesystem::path& path, std::string_view bytes) {
+  if (!isUsable(path) || !path.has_filename()) return false;
+  const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    const std::filesystem::path name = temporaryPath(folder, attempt);
+    OpenFile file = openFile(name, O_WRONLY | O_CREAT | O_EXCL);
+    if (!file && errno == EEXIST) continue;
+    if (!file) return false;
+    TemporaryFile temporary(name);
+    const bool written = writeAll(file, bytes) &&
+                         uninterrupted([&] { return ::fsync(file.get()); }) == 0 && file.close();
+    return written && temporary.renameTo(path);
+  }
+  return false;
+}
+
+bool fileExists(const std::filesystem::path& path) {
+  struct stat status {};
+  return isUsable(path) && ::stat(path.c_str(), &status) == 0;
+}
+
+bool removeFile(const std::filesystem::path& path) {
+  return isUsable(path) && ::unlink(path.c_str()) == 0;
+}
+
+}  // namespace vellora

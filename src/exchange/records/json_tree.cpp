@@ -1,0 +1,145 @@
+#include "exchange/records/json_tree.h"
+
+#include <cstdint>
+#include <exception>
+#include <iterator>
+
+#include <nlohmann/json.hpp>
+
+namespace vellora {
+
+namespace {
+
+using Library = nlohmann::json;
+
+// Reads the text and leaves in `position` how far the parser has come: it hands over a number as a
+// value only, which has lost the sign of -0 and was read under the user's locale.
+class TrackingIterator {
+ public:
+  using iterator_category = std::input_iterator_tag;
+  using value_type = char;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const char*;
+  using reference = const char&;
+
+  TrackingIterator(const char* current_, const char** position_)
+      : current(current_), position(position_) {}
+
+  reference operator*() const { return *current; }
+  TrackingIterator& operator++() {
+    *position = ++current;
+    return *this;
+  }
+  TrackingIterator operator++(int) {
+    const TrackingIterator before = *this;
+    ++*this;
+    return before;
+  }
+  bool operator==(const TrackingIterator& other) const { return current == other.current; }
+  bool operator!=(const TrackingIterator& other) const { return current != other.current; }
+
+ private:
+  const char* current;
+  const char** position;
+};
+
+// Builds the tree from the parser's events.
+class TreeBuilder : public Library::json_sax_t {
+ public:
+  TreeBuilder(const char* begin_, const char* end_) : position(begin_), begin(begin_), end(end_) {}
+
+  TrackingIterator first() { return {begin, &position}; }
+  TrackingIterator last() { return {end, &position}; }
+  std::optional<JsonValue> takeRoot() { return std::move(root); }
+
+  bool null() override { return add({nullptr}); }
+  bool boolean(bool value) override { return add({value}); }
+  bool number_integer(number_integer_t) override { return addNumber(); }
+  bool number_unsigned(number_unsigned_t) override { return addNumber(); }
+  bool number_float(number_float_t, const string_t&) override { return addNumber(); }
+  bool string(string_t& value) override { return add({std::move(value)}); }
+  bool binary(binary_t&) override { return false; }
+
+  bool start_object(std::size_t) override { return open({JsonObject{}}); }
+  bool key(string_t& value) override {
+    std::get<JsonObject>(stack.back()->value).members.emplace_back(std::move(value), JsonValue{});
+    return true;
+  }
+  bool end_object() override { return close(); }
+  bool start_array(std::size_t) override { return open({JsonArray{}}); }
+  bool end_array() override { return close(); }
+
+  bool parse_error(std::size_t, const std::string&, const Library::exception&) override {
+    return false;
+  }
+
+ private:
+  // Where the next value belongs: the end of the innermost array, the last key of the innermost
+  // object, or the root. Pointers to open containers stay valid, since only the innermost one
+  // grows.
+  JsonValue& place(JsonValue value) {
+    if (stack.empty()) return root.emplace(std::move(value));
+    if (auto* const array = std::get_if<JsonArray>(&stack.back()->value)) {
+      return array->emplace_back(std::move(value));
+    }
+    JsonValue& member = std::get<JsonObject>(stack.back()->value).members.back().second;
+    return member = std::move(value);
+  }
+
+  bool add(JsonValue value) {
+    place(std::move(value));
+    return true;
+  }
+
+  bool open(JsonValue container) {
+    if (stack.size() == deepestJson) return false;
+    stack.push_back(&place(std::move(container)));
+    return true;
+  }
+
+  bool close() {
+    stack.pop_back();
+    return true;
+  }
+
+  // A number's text ends at the character after it, which the parser has seen already.
+  bool addNumber() {
+    const auto belongs = [](char c) {
+      return (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E';
+    };
+    const char* after = position;
+    if (after != begin && !belongs(after[-1])) --after;
+    const char* start = after;
+    while (start != begin && belongs(start[-1])) --start;
+    return add({JsonNumber{{start, after}}});
+  }
+
+  const char* position;
+  const char* begin;
+  const char* end;
+  std::optional<JsonValue> root;
+  std::vector<JsonValue*> stack;
+};
+
+}  // namespace
+
+JsonValue* JsonObject::find(std::string_view key) {
+  for (auto& [name, value] : members) {
+    if (name == key) return &value;
+  }
+  return nullptr;
+}
+
+std::optional<JsonValue> parseJson(std::string_view text) {
+  // The library takes U+0000 between two values for the end of the text.
+  if (text.find('\0') != std::string_view::npos) return std::nullopt;
+  try {
+    TreeBuilder builder(text.data(), text.data() + text.size());
+    if (!Library::sax_parse(builder.first(), builder.last(), &builder)) return std::nullopt;
+    return builder.takeRoot();
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
+}  // namespace vellora

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace vellora {
+
+// A number as it stands in the file: only the field that it is for decides how it is read.
+struct JsonNumber {
+  std::string text;
+};
+
+struct JsonValue;
+using JsonArray = std::vector<JsonValue>;
+
+// The members in the order of the file, repeated keys included.
+struct JsonObject {
+  std::vector<std::pair<std::string, JsonValue>> members;
+
+  // The first member of that name; null when there is none.
+  JsonValue* find(std::string_view key);
+};
+
+struct JsonValue {
+  std::variant<std::nullptr_t, bool, JsonNumber, std::string, JsonArray, JsonObject> value;
+};
+
+// Objects and arrays may stand inside each other this deep, the outermost counted.
+inline constexpr std::size_t deepestJson = 512;
+
+// The one value that a JSON text (RFC 8259, UTF-8, a byte-order mark skipped) holds; nothing for a
+// text that is ill-formed, nests deeper than `deepestJson` or has a number too large for a double.
+// Any thread.
+std::optional<JsonValue> parseJson(std::string_view text);
+
+}  // namespace vellora

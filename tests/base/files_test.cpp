@@ -1,0 +1,256 @@
+#include "base/files.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <sstream>
+#include <string>
+#include <thread>
+
+namespace vellora {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FilesTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = testing::TempDir() + "vellora-files-XXXXXX";
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    folder = pattern;
+  }
+  void TearDown() override { fs::remove_all(folder); }
+
+  void put(const fs::path& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary) << content;
+  }
+  std::string content(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  std::set<std::string> names() {
+    std::set<std::string> result;
+    for (const auto& entry : fs::directory_iterator(folder)) result.insert(entry.path().filename());
+    return result;
+  }
+
+  fs::path folder;
+};
+
+// Lets files grow to `bytes` only, and writes beyond that fail instead of ending the process.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) {
+    handler = ::signal(SIGXFSZ, SIG_IGN);
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit limit{bytes, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() {
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    ::signal(SIGXFSZ, handler);
+  }
+
+ private:
+  rlimit before{};
+  void (*handler)(int);
+};
+
+TEST_F(FilesTest, WholeContentIsReadBytesAndAll) {
+  const std::string bytes("a\0\r\n\xFF", 5);
+  put(folder / "a", bytes);
+  EXPECT_EQ(readWholeFile(folder / "a"), bytes);
+  put(folder / "empty", "");
+  EXPECT_EQ(readWholeFile(folder / "empty"), "");
+  const std::string large(1'000'003, 'x');
+  put(folder / "large", large);
+  EXPECT_EQ(readWholeFile(folder / "large"), large);
+}
+
+TEST_F(FilesTest, FileWhoseSizeIsNotKnownBeforehandIsRead) {
+  const std::optional<std::string> status = readWholeFile("/proc/self/status");
+  ASSERT_TRUE(status);
+  EXPECT_NE(status->find("Name:"), std::string::npos);
+}
+
+TEST_F(FilesTest, SymbolicLinkIsFollowedForReading) {
+  put(folder / "a", "x");
+  fs::create_symlink("a", folder / "link");
+  fs::create_symlink("nowhere", folder / "dangling");
+  EXPECT_EQ(readWholeFile(folder / "link"), "x");
+  EXPECT_EQ(readWholeFile(folder / "dangling"), std::nullopt);
+}
+
+TEST_F(FilesTest, MissingFileAndFolderCannotBeRead) {
+  EXPECT_EQ(readWholeFile(folder / "a"), std::nullopt);
+  EXPECT_EQ(readWholeFile(folder), std::nullopt);
+  EXPECT_EQ(readWholeFile(folder / "a" / "b"), std::nullopt);
+  EXPECT_EQ(readWholeFile(""), std::nullopt);
+  EXPECT_EQ(readWholeFile(folder / std::string(300, 'n')), std::nullopt);
+}
+
+TEST_F(FilesTest, FifoIsNeitherWaitedForNorRead) {
+  ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0666), 0);
+  EXPECT_EQ(readWholeFile(folder / "fifo"), std::nullopt);
+}
+
+TEST_F(FilesTest, DevicesAreNotRead) {
+  EXPECT_EQ(readWholeFile("/dev/null"), std::nullopt);
+  EXPECT_EQ(readWholeFile("/dev/zero"), std::nullopt);
+  fs::create_symlink("/dev/zero", folder / "link");
+  EXPECT_EQ(readWholeFile(folder / "link"), std::nullopt);
+}
+
+TEST_F(FilesTest, FileOfSixteenMebibytesIsReadAndOneByteMoreIsNot) {
+  put(folder / "a", "");
+  fs::resize_file(folder / "a", largestReadableFile);
+  const std::optional<std::string> bytes = readWholeFile(folder / "a");
+  ASSERT_TRUE(bytes);
+  EXPECT_EQ(bytes->size(), largestReadableFile);
+  fs::resize_file(folder / "a", largestReadableFile + 1);
+  EXPECT_EQ(readWholeFile(folder / "a"), std::nullopt);
+}
+
+TEST_F(FilesTest, PathWithNulReachesNoOtherFile) {
+  put(folder / "a", "x");
+  const fs::path path(folder.native() + std::string("/a\0b", 4));
+  EXPECT_EQ(readWholeFile(path), std::nullopt);
+  EXPECT_FALSE(fileExists(path));
+  EXPECT_FALSE(writeFileAtomically(path, "y"));
+  EXPECT_FALSE(removeFile(path));
+  EXPECT_EQ(content(folder / "a"), "x");
+}
+
+TEST_F(FilesTest, WritingReplacesTheFileAndLeavesNothingElse) {
+  EXPECT_TRUE(writeFileAtomically(folder / "a", "one"));
+  EXPECT_EQ(content(folder / "a"), "one");
+  const std::string large(3'000'000, 'y');
+  EXPECT_TRUE(writeFileAtomically(folder / "a", large));
+  EXPECT_EQ(content(folder / "a"), large);
+  EXPECT_TRUE(writeFileAtomically(folder / "a", ""));
+  EXPECT_EQ(content(folder / "a"), "");
+  EXPECT_EQ(names(), std::set<std::string>{"a"});
+}
+
+TEST_F(FilesTest, ReplacedFileIsAnotherFileSoThatAReaderKeepsTheOldOne) {
+  put(folder / "a", "old");
+  std::ifstream reader(folder / "a");
+  ASSERT_TRUE(writeFileAtomically(folder / "a", "new"));
+  std::string seen;
+  reader >> seen;
+  EXPECT_EQ(seen, "old");
+}
+
+TEST_F(FilesTest, WrittenFileHasThePermissionsOfAnOrdinaryOne) {
+  const mode_t mask = ::umask(027);
+  EXPECT_TRUE(writeFileAtomically(folder / "a", "x"));
+  ::umask(mask);
+  struct stat status {};
+  ASSERT_EQ(::stat((folder / "a").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0640U);
+}
+
+TEST_F(FilesTest, SymbolicLinkInTheDestinationIsReplacedAndItsTargetStays) {
+  put(folder / "target", "old");
+  fs::create_symlink("target", folder / "link");
+  EXPECT_TRUE(writeFileAtomically(folder / "link", "new"));
+  EXPECT_FALSE(fs::is_symlink(folder / "link"));
+  EXPECT_EQ(content(folder / "link"), "new");
+  EXPECT_EQ(content(folder / "target"), "old");
+}
+
+TEST_F(FilesTest, FifoInTheDestinationIsReplaced) {
+  ASSERT_EQ(::mkfifo((folder / "a").c_str(), 0666), 0);
+  EXPECT_TRUE(writeFileAtomically(folder / "a", "new"));
+  EXPECT_TRUE(fs::is_regular_file(folder / "a"));
+}
+
+TEST_F(FilesTest, WritingWhereTheFolderDoesNotExistLeavesNoFileAndNoFolder) {
+  EXPECT_FALSE(writeFileAtomically(folder / "missing" / "a", "x"));
+  EXPECT_FALSE(fs::exists(folder / "missing"));
+}
+
+TEST_F(FilesTest, WritingOverAFolderFailsAndLeavesNoTemporaryFile) {
+  fs::create_directory(folder / "a");
+  EXPECT_FALSE(writeFileAtomically(folder / "a", "x"));
+  EXPECT_TRUE(fs::is_directory(folder / "a"));
+  EXPECT_EQ(names(), std::set<std::string>{"a"});
+}
+
+TEST_F(FilesTest, NameThatIsTooLongFailsAndLeavesNoTemporaryFile) {
+  EXPECT_FALSE(writeFileAtomically(folder / std::string(256, 'n'), "x"));
+  EXPECT_EQ(names(), std::set<std::string>{});
+  EXPECT_TRUE(writeFileAtomically(folder / std::string(255, 'n'), "x"));
+}
+
+TEST_F(FilesTest, PathWithoutAFileNameFails) {
+  EXPECT_FALSE(writeFileAtomically("", "x"));
+  EXPECT_FALSE(writeFileAtomically(folder / "", "x"));
+  EXPECT_EQ(names(), std::set<std::string>{});
+}
+
+TEST_F(FilesTest, WriteThatFailsMidwayKeepsTheOldFileAndLeavesNoTemporaryFile) {
+  put(folder / "a", "old");
+  {
+    const FileSizeLimit limit(4096);
+    EXPECT_FALSE(writeFileAtomically(folder / "a", std::string(100'000, 'x')));
+    EXPECT_TRUE(writeFileAtomically(folder / "b", "small"));
+  }
+  EXPECT_EQ(content(folder / "a"), "old");
+  EXPECT_EQ(names(), (std::set<std::string>{"a", "b"}));
+}
+
+TEST_F(FilesTest, NameThatACrashedProcessLeftBehindIsPassedOver) {
+  const std::string stale = ".vellora-" + std::to_string(::getpid()) + "-0";
+  put(folder / stale, "left");
+  EXPECT_TRUE(writeFileAtomically(folder / "a", "x"));
+  EXPECT_EQ(content(folder / "a"), "x");
+  EXPECT_EQ(content(folder / stale), "left");
+}
+
+TEST_F(FilesTest, ReaderBesideAWriterSeesOnlyWholeFiles) {
+  const std::string first(200'000, 'a');
+  const std::string second(150'000, 'b');
+  ASSERT_TRUE(writeFileAtomically(folder / "a", first));
+  std::thread writer([&] {
+    for (int i = 0; i < 100; ++i) {
+      EXPECT_TRUE(writeFileAtomically(folder / "a", i % 2 == 0 ? second : first));
+    }
+  });
+  for (int i = 0; i < 300; ++i) {
+    const std::optional<std::string> bytes = readWholeFile(folder / "a");
+    EXPECT_TRUE(bytes && (*bytes == first || *bytes == second));
+  }
+  writer.join();
+}
+
+TEST_F(FilesTest, ExistenceFollowsLinks) {
+  put(folder / "a", "");
+  fs::create_symlink("a", folder / "link");
+  fs::create_symlink("nowhere", folder / "dangling");
+  EXPECT_TRUE(fileExists(folder / "a"));
+  EXPECT_TRUE(fileExists(folder));
+  EXPECT_TRUE(fileExists(folder / "link"));
+  EXPECT_FALSE(fileExists(folder / "dangling"));
+  EXPECT_FALSE(fileExists(folder / "b"));
+}
+
+TEST_F(FilesTest, RemovingTellsWhetherTheFileIsGoneByThisCall) {
+  put(folder / "a", "");
+  fs::create_directory(folder / "d");
+  EXPECT_TRUE(removeFile(folder / "a"));
+  EXPECT_FALSE(removeFile(folder / "a"));
+  EXPECT_FALSE(removeFile(folder / "d"));
+  EXPECT_EQ(names(), std::set<std::string>{"d"});
+}
+
+}  // namespace
+}  // namespace vellora
