@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace vellora {
+
+// Smallest standard deviation, in pixels, at which a Gaussian still changes an 8-bit image.
+inline constexpr double smallestBlur = 0.16;
+
+// An image in memory of four 8-bit channels a pixel, rows from the top.
+template <typename Byte>
+struct PixelRows {
+  Byte* data = nullptr;
+  std::size_t width = 0;   // pixels
+  std::size_t height = 0;  // pixels
+  std::size_t stride = 0;  // bytes from one row to the next
+};
+
+// Writes `source`, convolved with a Gaussian of standard deviation `sigma` pixels and transparent
+// outside, to `destination`, which has the same size and other memory. All four channels are
+// treated alike, so premultiplied pixels stay premultiplied. `sigma` lies between `smallestBlur` and
+// a thousand. Within one unit of 255 of the exact convolution. Throws std::bad_alloc. Any thread.
+void gaussianBlur(const PixelRows<const std::uint8_t>& source,
+                  const PixelRows<std::uint8_t>& destination, double sigma);
+
+}  // namespace vellora
