@@ -60,8 +60,12 @@ double CaptionView::scale() const {
 }
 
 CaptionView::ImagePtr CaptionView::image(const Caption& caption, double scale) {
-  ImageKey key{caption.text, caption.rect.absoluteWidth(), caption.rect.absoluteHeight(),
-               caption.font, caption.softness,             scale};
+  ImageKey key{caption.text,
+               caption.rect.absoluteWidth(),
+               caption.rect.absoluteHeight(),
+               caption.font,
+               caption.softness,
+               scale};
   if (const auto found = imageCache_.find(key); found != imageCache_.end()) return found->second;
 
   ImagePtr picture = renderImage(caption, scale);

@@ -40,8 +40,8 @@ class CaptionView {
   CaptionView(const CaptionView&) = delete;
   CaptionView& operator=(const CaptionView&) = delete;
 
-  // The captions to draw, later ones over earlier ones. Setting them always asks for a drawing, even
-  // when nothing changed.
+  // The captions to draw, later ones over earlier ones. Setting them always asks for a drawing,
+  // even when nothing changed.
   const std::vector<Caption>& captions() const { return captions_; }
   void setCaptions(std::vector<Caption> captions);
 

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "matching/track_matching.h"
-#include "matching/translation.h"
 #include "render/geometry.h"
 
 namespace vellora {
@@ -22,6 +21,7 @@ bool showsNothing(const Rect& viewport) {
 void validateCache(const CompositionFields& fields, const std::vector<OverlayLine>& lines) {
   if (fields.lastLines == lines) return;
   fields.lastLines = lines;
+  fields.lineIndex = TranslationIndex(lines);
   fields.translations.clear();
 }
 
@@ -29,8 +29,7 @@ void validateCache(const CompositionFields& fields, const std::vector<OverlayLin
 const std::string& translationOf(const CompositionFields& fields, const std::string& text) {
   const auto found = fields.translations.find(text);
   if (found != fields.translations.end()) return found->second;
-  std::string translation =
-      OverlayMatching::translation(text, fields.lastLines).value_or(std::string());
+  std::string translation = fields.lineIndex.translation(text).value_or(std::string());
   return fields.translations.emplace(text, std::move(translation)).first->second;
 }
 
@@ -40,8 +39,7 @@ double captionHeight(CaptionPainter& painter, const std::string& translation, do
   // Narrower than the text will be drawn, so that it never needs more height than was measured.
   const double width = std::fmax(viewport.maxX() - row.minX() - Style::measuringReserve,
                                  Style::smallestMeasuringWidth);
-  const double height =
-      painter.measureHeight(translation, fontSize, width, Style::measuringHeight);
+  const double height = painter.measureHeight(translation, fontSize, width, Style::measuringHeight);
   return std::fmin(std::ceil(height), captionHeightCap(fontSize)) + Style::padding;
 }
 
@@ -59,12 +57,11 @@ std::vector<Caption> composeCaptions(const CompositionFields& fields, const Musi
     if (i + 1 < layout.rows.size()) nextRow = layout.rows[i + 1].frame;
     const double height =
         captionHeight(fields.painter, translation, fontSize, row.frame, layout.viewport);
-    const std::optional<Rect> rect = OverlayGeometry::labelRect(
-        row.frame, nextRow, layout.viewport, height, snapshot.verticalOffset);
+    const std::optional<Rect> rect = OverlayGeometry::labelRect(row.frame, nextRow, layout.viewport,
+                                                                height, snapshot.verticalOffset);
     if (!rect) continue;
-    captions.push_back({translation,
-                        rect->offsetBy(-layout.window.minX(), -layout.window.minY()), fontSize,
-                        OverlayFocus::softness(row.frame, layout.viewport)});
+    captions.push_back({translation, rect->offsetBy(-layout.window.minX(), -layout.window.minY()),
+                        fontSize, OverlayFocus::softness(row.frame, layout.viewport)});
   }
   return captions;
 }

@@ -8,6 +8,7 @@
 
 #include "base/text.h"
 #include "exchange/records/records.h"
+#include "matching/translation_index.h"
 #include "music/music_layout.h"
 #include "platform/caption_painter.h"
 #include "platform/panel.h"
@@ -52,14 +53,15 @@ struct CompositionFields {
   CaptionView& canvas;
   Workspace& workspace;
   CaptionPainter& painter;              // measures
-  std::vector<OverlayLine>& lastLines;  // the lines for which `translations` holds
+  std::vector<OverlayLine>& lastLines;  // the lines for which the next two hold
+  TranslationIndex& lineIndex;          // of `lastLines`
   TranslationCache& translations;
 };
 
-// Turns one reading of the player's window and a snapshot into captions: fills the canvas, places the
-// panel over the window and, where `showPanel` is true, shows it; hides it when there is nothing to
-// show, and then leaves the canvas as it was. The result is the status line. Main thread; there are
-// no errors.
+// Turns one reading of the player's window and a snapshot into captions: fills the canvas, places
+// the panel over the window and, where `showPanel` is true, shows it; hides it when there is
+// nothing to show, and then leaves the canvas as it was. The result is the status line. Main
+// thread; there are no errors.
 std::string render(const CompositionFields& fields, const std::optional<MusicLayout>& layout,
                    const OverlaySnapshot& snapshot, bool showPanel = true);
 

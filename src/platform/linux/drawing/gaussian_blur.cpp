@@ -5,10 +5,10 @@
 #include <cstring>
 #include <vector>
 
-// A separable convolution in 16-bit fixed point: samples carry 7 fractional bits, so that the sum of
-// two of them, which share a weight as the kernel is symmetric, still fits 16 bits; weights are
-// fractions of 65536. A product keeps its upper 16 bits, which is one instruction for 8 samples even
-// on the plainest x86-64. The loops are written for the compiler to vectorise.
+// A separable convolution in 16-bit fixed point: samples carry 7 fractional bits, so that the sum
+// of two of them, which share a weight as the kernel is symmetric, still fits 16 bits; weights are
+// fractions of 65536. A product keeps its upper 16 bits, which is one instruction for 8 samples
+// even on the plainest x86-64. The loops are written for the compiler to vectorise.
 namespace vellora {
 
 namespace {
@@ -31,7 +31,9 @@ std::uint16_t upperProduct(std::uint16_t a, std::uint16_t b) {
 std::uint16_t widened(std::uint8_t a, std::uint8_t b) {
   return static_cast<std::uint16_t>((a + b) << fraction);
 }
-std::uint16_t widened(std::uint16_t a, std::uint16_t b) { return static_cast<std::uint16_t>(a + b); }
+std::uint16_t widened(std::uint16_t a, std::uint16_t b) {
+  return static_cast<std::uint16_t>(a + b);
+}
 
 // Weights from the middle outwards; the middle and twice the others add up to 65536.
 std::vector<std::uint16_t> kernel(double sigma) {
@@ -59,8 +61,7 @@ void startSums(std::uint16_t* __restrict sums, const Sample* __restrict middle,
                std::uint16_t weight, std::uint16_t bias, std::size_t count) {
   const Sample none = 0;
   for (std::size_t i = 0; i < count; ++i) {
-    sums[i] =
-        static_cast<std::uint16_t>(upperProduct(widened(middle[i], none), weight) + bias);
+    sums[i] = static_cast<std::uint16_t>(upperProduct(widened(middle[i], none), weight) + bias);
   }
 }
 
@@ -71,8 +72,8 @@ void addPair(std::uint16_t* __restrict sums, const Pair<Sample>& pair, std::size
   const Sample* __restrict after = pair.after;
   const std::uint16_t weight = pair.weight;
   for (std::size_t i = 0; i < count; ++i) {
-    sums[i] = static_cast<std::uint16_t>(sums[i] +
-                                         upperProduct(widened(before[i], after[i]), weight));
+    sums[i] =
+        static_cast<std::uint16_t>(sums[i] + upperProduct(widened(before[i], after[i]), weight));
   }
 }
 
@@ -92,9 +93,10 @@ void addFourPairs(std::uint16_t* __restrict sums, const Pair<Sample>* pairs, std
   const std::uint16_t w2 = pairs[2].weight;
   const std::uint16_t w3 = pairs[3].weight;
   for (std::size_t i = 0; i < count; ++i) {
-    sums[i] = static_cast<std::uint16_t>(
-        sums[i] + upperProduct(widened(a0[i], b0[i]), w0) + upperProduct(widened(a1[i], b1[i]), w1) +
-        upperProduct(widened(a2[i], b2[i]), w2) + upperProduct(widened(a3[i], b3[i]), w3));
+    sums[i] = static_cast<std::uint16_t>(sums[i] + upperProduct(widened(a0[i], b0[i]), w0) +
+                                         upperProduct(widened(a1[i], b1[i]), w1) +
+                                         upperProduct(widened(a2[i], b2[i]), w2) +
+                                         upperProduct(widened(a3[i], b3[i]), w3));
   }
 }
 
@@ -168,9 +170,9 @@ class Convolution {
   }
 
   std::vector<std::uint16_t> weights_;
-  std::size_t samples_;  // in a row
-  std::size_t padding_;  // transparent samples at either end of `column_`
-  std::uint16_t bias_;   // makes up for the products' lost lower halves
+  std::size_t samples_;                    // in a row
+  std::size_t padding_;                    // transparent samples at either end of `column_`
+  std::uint16_t bias_;                     // makes up for the products' lost lower halves
   std::vector<const std::uint8_t*> rows_;  // null where a row is blank
   std::vector<std::uint8_t> blank_;
   std::vector<std::uint16_t> column_;

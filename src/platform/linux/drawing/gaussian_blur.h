@@ -19,8 +19,9 @@ struct PixelRows {
 
 // Writes `source`, convolved with a Gaussian of standard deviation `sigma` pixels and transparent
 // outside, to `destination`, which has the same size and other memory. All four channels are
-// treated alike, so premultiplied pixels stay premultiplied. `sigma` lies between `smallestBlur` and
-// a thousand. Within one unit of 255 of the exact convolution. Throws std::bad_alloc. Any thread.
+// treated alike, so premultiplied pixels stay premultiplied. `sigma` lies between `smallestBlur`
+// and a thousand. Within one unit of 255 of the exact convolution. Throws std::bad_alloc. Any
+// thread.
 void gaussianBlur(const PixelRows<const std::uint8_t>& source,
                   const PixelRows<std::uint8_t>& destination, double sigma);
 

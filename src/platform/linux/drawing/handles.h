@@ -1,9 +1,9 @@
 #pragma once
 
+#include <memory>
+
 #include <cairo.h>
 #include <pango/pango.h>
-
-#include <memory>
 
 namespace vellora {
 
