@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <utility>
+
+#include "base/utf8.h"
 
 namespace vellora::demo {
 namespace {
@@ -24,39 +25,6 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
-// Well-formed UTF-8 after table 3-7 of the Unicode standard.
-bool isUtf8(std::string_view text) {
-  std::size_t i = 0;
-  while (i < text.size()) {
-    const auto lead = static_cast<std::uint8_t>(text[i]);
-    std::size_t following = 0;
-    std::uint8_t low = 0x80;
-    std::uint8_t high = 0xBF;
-    if (lead >= 0xC2 && lead <= 0xDF) {
-      following = 1;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-      following = 2;
-      if (lead == 0xE0) low = 0xA0;
-      if (lead == 0xED) high = 0x9F;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-      following = 3;
-      if (lead == 0xF0) low = 0x90;
-      if (lead == 0xF4) high = 0x8F;
-    } else if (lead >= 0x80) {
-      return false;
-    }
-    if (text.size() - i <= following) return false;
-    for (std::size_t k = 1; k <= following; ++k) {
-      const auto byte = static_cast<std::uint8_t>(text[i + k]);
-      if (byte < low || byte > high) return false;
-      low = 0x80;
-      high = 0xBF;
-    }
-    i += following + 1;
-  }
-  return true;
-}
-
 // Takes the file line by line; the first error ends it.
 class Reader {
  public:
@@ -67,7 +35,7 @@ class Reader {
 
   std::optional<SongError> take(int number, std::string_view raw) {
     number_ = number;
-    if (!isUtf8(raw)) return error("not UTF-8");
+    if (!isWellFormed(raw)) return error("not UTF-8");
     const std::string_view line = trimmed(raw);
     if (line.empty() || line.front() == '#') return std::nullopt;
     if (line.front() != '[') return error("neither a tag nor a line with a time stamp");

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 #include <utility>
+
+#include "base/files.h"
 
 namespace vellora::demo {
 namespace {
@@ -37,16 +37,10 @@ std::optional<SongError> addTranslation(Song& song, const LrcFile& lyrics,
   return std::nullopt;
 }
 
-std::optional<std::string> contentOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return std::nullopt;
-  return std::string(std::istreambuf_iterator<char>(file), {});
-}
-
 std::variant<Song, SongError> loadSong(const fs::path& folder) {
-  const auto lyrics = contentOf(folder / lyricsFileName);
+  const auto lyrics = readWholeFile(folder / lyricsFileName);
   if (!lyrics) return SongError{(folder / lyricsFileName).string(), 0, "cannot be read"};
-  const auto translation = contentOf(folder / translationFileName);
+  const auto translation = readWholeFile(folder / translationFileName);
   if (!translation) return SongError{(folder / translationFileName).string(), 0, "cannot be read"};
   return parseSong(folder, *lyrics, *translation);
 }

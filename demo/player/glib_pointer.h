@@ -23,10 +23,10 @@ struct VariantUnref {
 };
 using VariantPtr = std::unique_ptr<GVariant, VariantUnref>;
 
-struct ErrorFree {
-  void operator()(GError* error) const { g_error_free(error); }
+struct MainLoopUnref {
+  void operator()(GMainLoop* loop) const { g_main_loop_unref(loop); }
 };
-using ErrorPtr = std::unique_ptr<GError, ErrorFree>;
+using MainLoopPtr = std::unique_ptr<GMainLoop, MainLoopUnref>;
 
 // A source of the main loop that stays attached as long as its owner lives.
 struct SourceRemove {

@@ -8,7 +8,7 @@
 namespace vellora::demo {
 namespace {
 
-constexpr int rowGap = 56;      // pixels between two rows
+constexpr int rowGap = 60;      // pixels between two rows
 constexpr int sideMargin = 32;  // pixels
 
 }  // namespace

@@ -1,9 +1,11 @@
 #include "player/options.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <system_error>
 
+#include "base/number_text.h"
 #include "playback/playback.h"
 
 namespace vellora::demo {
@@ -38,8 +40,8 @@ bool setValue(PlayerOptions& options, std::string_view name, const std::string& 
     if (geometry) options.geometry = *geometry;
     return geometry.has_value();
   }
-  const auto number = parseDecimal(value);
-  if (!number) return false;
+  const auto number = parseNumber(value);
+  if (!number || !std::isfinite(*number) || *number < 0) return false;
   if (name == "--position") {
     options.position = *number;
     return true;
@@ -63,21 +65,6 @@ std::optional<Geometry> parseGeometry(std::string_view text) {
   geometry.y = takeNumber(text);
   if (!geometry.y || !text.empty()) return std::nullopt;
   return geometry;
-}
-
-std::optional<double> parseDecimal(std::string_view text) {
-  const auto whole = takeNumber(text);
-  if (!whole) return std::nullopt;
-  double value = *whole;
-  if (text.empty()) return value;
-  if (!take(text, '.') || text.empty()) return std::nullopt;
-  double unit = 0.1;
-  for (const char digit : text) {
-    if (digit < '0' || digit > '9') return std::nullopt;
-    value += (digit - '0') * unit;
-    unit /= 10;
-  }
-  return value;
 }
 
 std::variant<PlayerOptions, std::string> parsePlayerOptions(

@@ -32,9 +32,6 @@ struct PlayerOptions {
 // "WIDTHxHEIGHT", "WIDTHxHEIGHT+X+Y".
 std::optional<Geometry> parseGeometry(std::string_view text);
 
-// A number of the form "12" or "12.5", the same under every locale.
-std::optional<double> parseDecimal(std::string_view text);
-
 // The options, or what is wrong with them. `defaultLibrary` where none is named.
 std::variant<PlayerOptions, std::string> parsePlayerOptions(
     const std::vector<std::string>& arguments, const std::filesystem::path& defaultLibrary);
