@@ -94,6 +94,10 @@ void XSession::removeListener(XEventListener& listener) {
   if (!dispatching_) std::erase(listeners_, nullptr);
 }
 
+void XSession::keepDrawingDevice(cairo_device_t* device) {
+  if (device != drawingDevice_.get()) drawingDevice_.reset(cairo_device_reference(device));
+}
+
 void XSession::watchTopLevels(bool watch) {
   if (!present_) return;
   const std::uint32_t events =

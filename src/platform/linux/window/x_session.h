@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cairo.h>
 #include <xcb/xcb.h>
 
 #include <cstdint>
@@ -14,6 +15,14 @@ namespace vellora {
 
 class ScreenMetrics;
 class XEventSource;
+
+struct CairoDeviceFinish {
+  void operator()(cairo_device_t* device) const {
+    cairo_device_finish(device);
+    cairo_device_destroy(device);
+  }
+};
+using CairoDevicePtr = std::unique_ptr<cairo_device_t, CairoDeviceFinish>;
 
 // Hears what the server sends. Main thread.
 class XEventListener {
@@ -50,6 +59,10 @@ class XSession {
   std::optional<std::uint8_t> randrFirstEvent() const { return randrFirstEvent_; }
   bool hasShape() const { return hasShape_; }
 
+  // Cairo keeps a connection's state in a device, which pictures drawn anywhere on it still refer to
+  // later: the session ends it before the connection.
+  void keepDrawingDevice(cairo_device_t* device);
+
   ScreenMetrics& metrics() const { return *metrics_; }
 
   // A listener takes itself out before it is destroyed.
@@ -73,6 +86,7 @@ class XSession {
   XcbEvent nextEvent();
 
   XcbConnectionPtr connection_;
+  CairoDevicePtr drawingDevice_;
   const xcb_screen_t* screen_ = nullptr;
   bool present_ = false;
   XAtoms atoms_;
