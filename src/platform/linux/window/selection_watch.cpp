@@ -26,9 +26,8 @@ bool SelectionWatch::handleEvent(const xcb_generic_event_t& event) {
   const auto& notice = eventAs<xcb_xfixes_selection_notify_event_t>(event);
   if (notice.selection != selection_) return false;
   // A selection that its owner gave up by dying may still be named with the old owner.
-  const xcb_window_t owner =
-      notice.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER ? notice.owner
-                                                                       : XCB_WINDOW_NONE;
+  xcb_window_t owner = XCB_WINDOW_NONE;
+  if (notice.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER) owner = notice.owner;
   const bool changed = owner != owner_;
   owner_ = owner;
   return changed;

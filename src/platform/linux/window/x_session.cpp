@@ -100,8 +100,8 @@ void XSession::keepDrawingDevice(cairo_device_t* device) {
 
 void XSession::watchTopLevels(bool watch) {
   if (!present_) return;
-  const std::uint32_t events =
-      XCB_EVENT_MASK_PROPERTY_CHANGE | (watch ? XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY : 0u);
+  std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  if (watch) events |= XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
   xcb_change_window_attributes(connection_.get(), root(), XCB_CW_EVENT_MASK, &events);
 }
 

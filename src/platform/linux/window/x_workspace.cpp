@@ -97,10 +97,11 @@ void XWorkspace::readFrontmost() {
   xcb_connection_t* const c = session_->connection();
   const auto active =
       PropertyQuestion(c, session_->root(), session_->atoms().netActiveWindow).takeNumbers();
-  const xcb_window_t window = active.empty() ? XCB_WINDOW_NONE : active[0];
+  constexpr xcb_window_t none = XCB_WINDOW_NONE;
+  const xcb_window_t window = active.empty() ? none : active[0];
   if (window != activeWindow_ && activeWindow_ != XCB_WINDOW_NONE) {
-    const std::uint32_t none = XCB_EVENT_MASK_NO_EVENT;
-    xcb_change_window_attributes(c, activeWindow_, XCB_CW_EVENT_MASK, &none);
+    const std::uint32_t noEvents = XCB_EVENT_MASK_NO_EVENT;
+    xcb_change_window_attributes(c, activeWindow_, XCB_CW_EVENT_MASK, &noEvents);
   }
   activeWindow_ = window;
   frontmost_.reset();
