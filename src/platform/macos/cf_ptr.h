@@ -1,0 +1,18 @@
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <memory>
+#include <type_traits>
+
+namespace vellora {
+
+struct CfRelease {
+  void operator()(CFTypeRef object) const { CFRelease(object); }
+};
+
+// Owns one reference to a Core Foundation object of type `Ref` (CFStringRef, AXUIElementRef, …).
+template <typename Ref>
+using CfPtr = std::unique_ptr<std::remove_pointer_t<Ref>, CfRelease>;
+
+}  // namespace vellora

@@ -1,0 +1,25 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include <string>
+#include <string_view>
+
+#include "base/rect.h"
+#include "platform/caption_painter.h"
+
+// Every conversion between the core's values and the system's. Any thread.
+namespace vellora {
+
+// Ill-formed UTF-8 becomes U+FFFD, as the core's other texts have it.
+NSString* toNSString(std::string_view text);
+// Lone surrogates become U+FFFD; nil the empty text.
+std::string fromNSString(NSString* text);
+
+NSRect toNSRect(const Rect& rect);
+Rect fromNSRect(NSRect rect);
+
+// Colours in the calibrated spaces: of one white level where the three components agree.
+NSColor* toNSColor(const Color& color);
+
+}  // namespace vellora

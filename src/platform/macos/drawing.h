@@ -1,0 +1,53 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+#import <CoreImage/CoreImage.h>
+
+#include <memory>
+
+#include "platform/caption_painter.h"
+
+namespace vellora {
+
+// A caption's picture as AppKit draws it, with its pixels beside it for the blur.
+class AppKitImage final : public CaptionImage {
+ public:
+  AppKitImage(CGImageRef pixels, NSSize size);
+  ~AppKitImage() override;
+  AppKitImage(const AppKitImage&) = delete;
+  AppKitImage& operator=(const AppKitImage&) = delete;
+
+  CGImageRef pixels() const { return pixels_; }
+  NSImage* image() const { return image_; }
+
+ private:
+  CGImageRef pixels_;
+  NSImage* image_;
+};
+
+// Draws into the current graphics context, that of a view that is being drawn.
+class AppKitSurface final : public Surface {
+ public:
+  void drawImage(const CaptionImage& image, const Rect& destination) override;
+};
+
+// A view's cached display.
+class AppKitBitmap final : public Bitmap {
+ public:
+  explicit AppKitBitmap(NSBitmapImageRep* representation) : representation_(representation) {}
+
+  std::int64_t pixelWidth() const override { return representation_.pixelsWide; }
+  std::int64_t pixelHeight() const override { return representation_.pixelsHigh; }
+  std::optional<double> alpha(std::int64_t column, std::int64_t row) const override;
+  std::optional<std::vector<std::uint8_t>> png() const override;
+
+  NSBitmapImageRep* representation() const { return representation_; }
+
+ private:
+  NSBitmapImageRep* const representation_;
+};
+
+// Paints with AppKit, blurs with Core Image.
+std::unique_ptr<CaptionPainter> makeAppKitPainter();
+
+}  // namespace vellora

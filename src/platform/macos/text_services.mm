@@ -1,0 +1,77 @@
+#import <Foundation/Foundation.h>
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include "platform/macos/cf_ptr.h"
+#import "platform/macos/convert.h"
+#include "platform/text_services.h"
+
+namespace vellora::TextServices {
+
+namespace {
+
+CfPtr<CFMutableStringRef> mutableCopy(std::string_view text) {
+  return CfPtr<CFMutableStringRef>(CFStringCreateMutableCopy(
+      kCFAllocatorDefault, 0, (__bridge CFStringRef)toNSString(text)));
+}
+
+std::string textOf(const CfPtr<CFMutableStringRef>& text) {
+  return fromNSString((__bridge NSString*)text.get());
+}
+
+// 1, 128 and 256: together 385.
+constexpr CFStringCompareFlags foldingOptions =
+    kCFCompareCaseInsensitive | kCFCompareDiacriticInsensitive | kCFCompareWidthInsensitive;
+static_assert(foldingOptions == 385);
+
+}  // namespace
+
+std::optional<std::string> simplified(std::string_view text) {
+  @autoreleasepool {
+    const CfPtr<CFMutableStringRef> copy = mutableCopy(text);
+    if (!CFStringTransform(copy.get(), nullptr, CFSTR("Traditional-Simplified"), false)) {
+      return std::nullopt;
+    }
+    return textOf(copy);
+  }
+}
+
+std::string folded(std::string_view text) {
+  @autoreleasepool {
+    const CfPtr<CFMutableStringRef> copy = mutableCopy(text);
+    const CfPtr<CFLocaleRef> locale(
+        CFLocaleCreate(kCFAllocatorDefault, CFSTR("en_US_POSIX")));
+    CFStringFold(copy.get(), foldingOptions, locale.get());
+    return textOf(copy);
+  }
+}
+
+bool isAlphanumeric(char32_t character) {
+  return CFCharacterSetIsLongCharacterMember(
+      CFCharacterSetGetPredefined(kCFCharacterSetAlphaNumeric), static_cast<UTF32Char>(character));
+}
+
+std::string canonicalForm(std::string_view text) {
+  @autoreleasepool {
+    const CfPtr<CFMutableStringRef> copy = mutableCopy(text);
+    CFStringNormalize(copy.get(), kCFStringNormalizationFormC);
+    return textOf(copy);
+  }
+}
+
+// Canonical equivalents have their character boundaries at the same places, and nothing composes
+// across one; so whole characters agree where the canonical forms do and a boundary follows.
+bool beginsWith(std::string_view text, std::string_view prefix) {
+  if (prefix.empty()) return true;
+  @autoreleasepool {
+    const std::string whole = canonicalForm(text);
+    const std::string begin = canonicalForm(prefix);
+    if (!whole.starts_with(begin)) return false;
+    if (whole.size() == begin.size()) return true;
+    NSString* const string = toNSString(whole);
+    const NSUInteger end = toNSString(begin).length;
+    return [string rangeOfComposedCharacterSequenceAtIndex:end].location == end;
+  }
+}
+
+}  // namespace vellora::TextServices
