@@ -7,7 +7,8 @@
 // The parts of RFC 3986 that the program needs. Texts are bytes of UTF-8. Any thread.
 namespace vellora {
 
-// Sections 2.3 and 2.2: letters, digits and -._~, and the delimiters !$&'()*+,;= within a component.
+// Sections 2.3 and 2.2: letters, digits and -._~, and the delimiters !$&'()*+,;= within a
+// component.
 bool isUnreserved(char c);
 bool isSubDelimiter(char c);
 

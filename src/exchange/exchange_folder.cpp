@@ -8,7 +8,7 @@ namespace vellora {
 namespace fs = std::filesystem;
 
 fs::path absoluteLocation(std::string_view path) {
-  fs::path location(path.empty() ? "." : path);
+  fs::path location(path.empty() ? std::string_view(".") : path);
   if (location.is_absolute()) return location;
   std::error_code error;
   const fs::path folder = fs::current_path(error);

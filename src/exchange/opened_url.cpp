@@ -17,18 +17,16 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 // RFC 3986, section 3.1. A text that begins with ":" has a scheme too, an empty one, which is no
 // one's.
 bool isScheme(std::string_view text) {
-  return text.empty() ||
-         (isLetter(text[0]) && std::all_of(text.begin(), text.end(), [](char c) {
-            return isLetter(c) || isDigit(c) || c == '+' || c == '-' || c == '.';
-          }));
+  return text.empty() || (isLetter(text[0]) && std::all_of(text.begin(), text.end(), [](char c) {
+                            return isLetter(c) || isDigit(c) || c == '+' || c == '-' || c == '.';
+                          }));
 }
 
 // An address in brackets, with or without a zone after "%".
 bool isAddress(std::string_view text) {
   const std::string_view address = text.substr(0, text.find('%'));
-  return std::all_of(address.begin(), address.end(), [](char c) {
-    return isUnreserved(c) || isSubDelimiter(c) || c == ':';
-  });
+  return std::all_of(address.begin(), address.end(),
+                     [](char c) { return isUnreserved(c) || isSubDelimiter(c) || c == ':'; });
 }
 
 // A registered name. Characters beyond ASCII are those of an internationalised name.

@@ -20,7 +20,7 @@ struct QueryItem {
 
 // What the program looks at in a URL that it is asked to open. Host and path are not among it.
 struct OpenedURL {
-  std::optional<std::string> scheme;                // in its own letter case; absent when relative
+  std::optional<std::string> scheme;                 // in its own letter case; absent when relative
   std::optional<std::vector<QueryItem>> queryItems;  // absent without "?"
 
   // Takes a URL apart (RFC 3986, without a base). A query that holds characters that no URL can, a
@@ -32,9 +32,9 @@ struct OpenedURL {
   const QueryItem* firstItem(std::string_view name) const;
 };
 
-// Where the first of these URLs, which alone counts, wants the snapshot file to be: the value of its
-// first query item "snapshot", an absolute path that ends with "/Vellora/snapshot.json". Nothing for
-// every other URL. Any thread.
+// Where the first of these URLs, which alone counts, wants the snapshot file to be: the value of
+// its first query item "snapshot", an absolute path that ends with "/Vellora/snapshot.json".
+// Nothing for every other URL. Any thread.
 SnapshotLocation acceptedSnapshotLocation(const std::vector<std::string>& urls);
 
 }  // namespace vellora

@@ -7,8 +7,8 @@
 
 namespace vellora {
 
-bool isStatusCurrent(const std::filesystem::path& statusFile, std::string_view message, bool stopped,
-                     std::string_view lastMessage) {
+bool isStatusCurrent(const std::filesystem::path& statusFile, std::string_view message,
+                     bool stopped, std::string_view lastMessage) {
   return textEquals(message, lastMessage) && !stopped && fileExists(statusFile);
 }
 

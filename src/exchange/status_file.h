@@ -9,8 +9,8 @@ namespace vellora {
 
 // Whether there is nothing to record: the message is the one last recorded, the overlay is not
 // stopping, and the file is still there.
-bool isStatusCurrent(const std::filesystem::path& statusFile, std::string_view message, bool stopped,
-                     std::string_view lastMessage);
+bool isStatusCurrent(const std::filesystem::path& statusFile, std::string_view message,
+                     bool stopped, std::string_view lastMessage);
 
 // Replaces the file in one step. False where that fails; the next line, even the same, tries again
 // as long as there is no file.
