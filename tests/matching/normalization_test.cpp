@@ -1,0 +1,94 @@
+#include "matching/normalization.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/text_services.h"
+
+namespace vellora::OverlayMatching {
+namespace {
+
+struct Example {
+  std::string text;
+  std::string key;
+};
+
+TEST(NormalizationTest, WordsRunTogetherInLowerCaseWithoutPunctuation) {
+  const std::vector<Example> examples = {
+      {"Hello, World!", "helloworld"},
+      {"  Don’t   stop  ", "dontstop"},
+      {"Café Déjà-Vu", "cafedejavu"},
+      {"ＡＢＣ　１２３", "abc123"},
+      {"我愛你", "我爱你"},
+      {"♪ ♫ ♬", ""},
+      {"", ""},
+      {"line\nbreak\tand\u2028more", "linebreakandmore"},
+  };
+  for (const Example& example : examples) {
+    EXPECT_EQ(normalized(example.text), example.key) << example.text;
+  }
+}
+
+TEST(NormalizationTest, TextWithoutLettersMarksAndDigitsHasAnEmptyKey) {
+  for (const std::string text : {"?!… — “”", "♪", "+=<>|~^", "🎵🎶 💔", "   ", "\n\r\n\t",
+                                 "\u3000\u200B\u200D", "\u0007\u001B"}) {
+    EXPECT_EQ(normalized(text), "") << text;
+  }
+}
+
+TEST(NormalizationTest, KeyOfAKeyIsTheKey) {
+  for (const std::string text :
+       {"Hello, World!", "Café Déjà-Vu", "ＡＢＣ　１２３", "我愛你", "がぎぐ ガギグ", "사랑해 Ünü",
+        "Straße İstanbul", "مَرْحَبًا", "שָׁלוֹם", "नमस्ते", "สวัสดี", "Ⅷ ½ ²"}) {
+    const std::string key = normalized(text);
+    EXPECT_FALSE(key.empty()) << text;
+    EXPECT_EQ(normalized(key), key) << text;
+  }
+}
+
+TEST(NormalizationTest, TraditionalAndSimplifiedFormsHaveTheSameKey) {
+  EXPECT_EQ(normalized("後來的我們，面對著風"), normalized("后来的我们 面对着风"));
+  EXPECT_EQ(normalized("漢語"), normalized("汉语"));
+  EXPECT_NE(normalized("漢語"), normalized("汉字"));
+}
+
+TEST(NormalizationTest, KanaAndHangulPassThroughTheScriptFoldingUnchanged) {
+  for (const std::string text : {"ひらがな カタカナ ー", "사랑해요 그대를", "がぎぐげご"}) {
+    EXPECT_EQ(TextServices::simplified(text), text);
+  }
+  EXPECT_EQ(normalized("ひらがな、カタカナ！"), "ひらがなカタカナ");
+  EXPECT_EQ(normalized("사랑해요 그대를"), "사랑해요그대를");
+}
+
+TEST(NormalizationTest, CaseAccentsWidthSpacingAndPunctuationDoNotCount) {
+  const std::string key = normalized("naive cafe 12");
+  for (const std::string text :
+       {"NAIVE CAFE 12", "naïve café 12", "nai\u0308ve cafe\u0301 12", "ｎａｉｖｅ　ｃａｆｅ　１２",
+        " naive  cafe\n12 ", "‘Naive’—(café): 12!"}) {
+    EXPECT_EQ(normalized(text), key) << text;
+  }
+}
+
+TEST(NormalizationTest, DigitsAreKept) {
+  EXPECT_EQ(normalized("Track 2"), "track2");
+  EXPECT_EQ(normalized("Track 2"), normalized("track2"));
+  EXPECT_NE(normalized("Track 2"), normalized("Track"));
+}
+
+TEST(NormalizationTest, MarksOfScriptsThatNeedThemAreKept) {
+  EXPECT_NE(normalized("が"), normalized("か"));
+  EXPECT_EQ(normalized("が"), "が");
+  EXPECT_EQ(normalized("สวัสดี"), "สวัสดี");
+  EXPECT_NE(normalized("שָׁלוֹם"), normalized("שלום"));
+}
+
+TEST(NormalizationTest, IllFormedBytesAreDropped) {
+  EXPECT_EQ(normalized("a\xFF"
+                       "b\xC3"),
+            "ab");
+}
+
+}  // namespace
+}  // namespace vellora::OverlayMatching
