@@ -10,22 +10,22 @@ namespace {
 // The largest side of an image surface, in pixels.
 constexpr std::int64_t largestSide = 32767;
 
-// Draws pixel for pixel with the top left at a whole pixel. The context's unit is the pixel.
-void drawUnscaled(cairo_t* context, cairo_surface_t* pixels, double x, double y) {
-  cairo_set_source_surface(context, pixels, std::round(x), std::round(y));
-  cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
-  cairo_paint(context);
-}
-
-void drawStretched(cairo_t* context, cairo_surface_t* pixels, const Rect& destination,
+// The context's unit is the pixel.
+void drawStretched(cairo_t* context, cairo_surface_t* pixels, const Rect& place,
                    const Size& pixelSize) {
   cairo_save(context);
-  cairo_translate(context, destination.x, destination.y);
-  cairo_scale(context, destination.width / pixelSize.width, destination.height / pixelSize.height);
+  cairo_translate(context, place.x, place.y);
+  cairo_scale(context, place.width / pixelSize.width, place.height / pixelSize.height);
   cairo_set_source_surface(context, pixels, 0, 0);
   cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_GOOD);
   cairo_paint(context);
   cairo_restore(context);
+}
+
+void drawUnscaled(cairo_t* context, cairo_surface_t* pixels, const Rect& place) {
+  cairo_set_source_surface(context, pixels, place.x, place.y);
+  cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
+  cairo_paint(context);
 }
 
 cairo_status_t append(void* closure, const unsigned char* data, unsigned int length) {
@@ -49,25 +49,25 @@ CairoSurface::CairoSurface(cairo_surface_t* target, double scale)
 
 void CairoSurface::drawImage(const CaptionImage& image, const Rect& destination) {
   const auto& picture = static_cast<const CairoImage&>(image);
-  const Rect place = destination.standardized();
-  if (!std::isfinite(place.x + place.y) || place.isEmpty()) return;
+  Rect place = destination.standardized();
+  if (!std::isfinite(place.x + place.y + place.width + place.height) || place.isEmpty()) return;
   cairo_surface_t* pixels = picture.pixels();
   const Size pixelSize{static_cast<double>(cairo_image_surface_get_width(pixels)),
                        static_cast<double>(cairo_image_surface_get_height(pixels))};
-  const Rect pixelPlace{place.x * scale_, place.y * scale_, place.width * scale_,
-                        place.height * scale_};
+  place = {place.x * scale_, place.y * scale_, place.width * scale_, place.height * scale_};
   // A picture's size is cut to whole pixels, so it may fall short by less than one.
-  if (std::abs(pixelPlace.width - pixelSize.width) < 1 &&
-      std::abs(pixelPlace.height - pixelSize.height) < 1) {
-    drawUnscaled(context_.get(), pixels, pixelPlace.x, pixelPlace.y);
+  if (std::abs(place.width - pixelSize.width) < 1 &&
+      std::abs(place.height - pixelSize.height) < 1) {
+    place = {std::round(place.x), std::round(place.y), place.width, place.height};
+    drawUnscaled(context_.get(), pixels, place);
   } else {
-    drawStretched(context_.get(), pixels, pixelPlace, pixelSize);
+    drawStretched(context_.get(), pixels, place, pixelSize);
   }
 
-  const double growthX = place.width / picture.size().width;
-  const double growthY = place.height / picture.size().height;
+  const double growthX = place.width / scale_ / picture.size().width;
+  const double growthY = place.height / scale_ / picture.size().height;
   const Rect plate = picture.plate();
-  plates_.push_back({place.x + plate.x * growthX, place.y + plate.y * growthY,
+  plates_.push_back({place.x / scale_ + plate.x * growthX, place.y / scale_ + plate.y * growthY,
                      plate.width * growthX, plate.height * growthY});
 }
 

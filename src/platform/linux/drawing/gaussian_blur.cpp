@@ -185,6 +185,13 @@ class Convolution {
 
 void gaussianBlur(const PixelRows<const std::uint8_t>& source,
                   const PixelRows<std::uint8_t>& destination, double sigma) {
+  if (!(sigma >= smallestBlur)) {
+    for (std::size_t y = 0; y < source.height; ++y) {
+      std::memcpy(destination.data + y * destination.stride, source.data + y * source.stride,
+                  source.width * 4);
+    }
+    return;
+  }
   Convolution convolution(source, sigma);
   for (std::size_t y = 0; y < source.height; ++y) {
     convolution.writeRow(y, destination.data + y * destination.stride);

@@ -5,8 +5,10 @@
 
 namespace vellora {
 
-// Smallest standard deviation, in pixels, at which a Gaussian still changes an 8-bit image.
+// Standard deviations, in pixels: below the smallest a Gaussian changes nothing in an 8-bit image,
+// above the largest it is refused.
 inline constexpr double smallestBlur = 0.16;
+inline constexpr double largestBlur = 1000;
 
 // An image in memory of four 8-bit channels a pixel, rows from the top.
 template <typename Byte>
@@ -18,10 +20,10 @@ struct PixelRows {
 };
 
 // Writes `source`, convolved with a Gaussian of standard deviation `sigma` pixels and transparent
-// outside, to `destination`, which has the same size and other memory. All four channels are
-// treated alike, so premultiplied pixels stay premultiplied. `sigma` lies between `smallestBlur`
-// and a thousand. Within one unit of 255 of the exact convolution. Throws std::bad_alloc. Any
-// thread.
+// outside, to `destination`, which has the same size and other memory; below `smallestBlur`, a
+// copy. All four channels are treated alike, so premultiplied pixels stay premultiplied. Within one
+// unit of 255 of the exact convolution. `sigma` is at most `largestBlur`. Throws std::bad_alloc.
+// Any thread.
 void gaussianBlur(const PixelRows<const std::uint8_t>& source,
                   const PixelRows<std::uint8_t>& destination, double sigma);
 
