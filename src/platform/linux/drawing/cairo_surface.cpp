@@ -1,5 +1,6 @@
 #include "platform/linux/drawing/cairo_surface.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -9,6 +10,15 @@ namespace {
 
 // The largest side of an image surface, in pixels.
 constexpr std::int64_t largestSide = 32767;
+
+// Cairo's coordinates end soon after this many pixels; nothing is seen out there.
+constexpr double farthest = 1'000'000;
+
+bool isDrawable(const Rect& place) {
+  const bool near = std::abs(place.x) < farthest && std::abs(place.y) < farthest &&
+                    place.width < farthest && place.height < farthest;
+  return near && !place.isEmpty();
+}
 
 // The context's unit is the pixel.
 void drawStretched(cairo_t* context, cairo_surface_t* pixels, const Rect& place,
@@ -20,12 +30,6 @@ void drawStretched(cairo_t* context, cairo_surface_t* pixels, const Rect& place,
   cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_GOOD);
   cairo_paint(context);
   cairo_restore(context);
-}
-
-void drawUnscaled(cairo_t* context, cairo_surface_t* pixels, const Rect& place) {
-  cairo_set_source_surface(context, pixels, place.x, place.y);
-  cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
-  cairo_paint(context);
 }
 
 cairo_status_t append(void* closure, const unsigned char* data, unsigned int length) {
@@ -44,31 +48,51 @@ CairoSurfacePtr makePixels(std::int64_t width, std::int64_t height) {
   return pixels;
 }
 
-CairoSurface::CairoSurface(cairo_surface_t* target, double scale)
-    : context_(cairo_create(target)), scale_(scale) {}
+CairoSurface::CairoSurface(cairo_surface_t* target, double scale, Target state)
+    : context_(cairo_create(target)), scale_(scale), state_(state) {}
+
+bool CairoSurface::isClearAt(const Rect& place) const {
+  return state_ == Target::isClear &&
+         std::none_of(drawn_.begin(), drawn_.end(),
+                      [&](const Rect& other) { return other.intersects(place); });
+}
+
+// `place` begins at a whole pixel and is as large as the picture.
+void CairoSurface::drawUnscaled(cairo_surface_t* pixels, const Rect& place) {
+  cairo_t* context = context_.get();
+  cairo_set_source_surface(context, pixels, place.x, place.y);
+  cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_NEAREST);
+  cairo_set_operator(context, isClearAt(place) ? CAIRO_OPERATOR_SOURCE : CAIRO_OPERATOR_OVER);
+  cairo_rectangle(context, place.x, place.y, place.width, place.height);
+  cairo_fill(context);
+  cairo_set_operator(context, CAIRO_OPERATOR_OVER);
+}
 
 void CairoSurface::drawImage(const CaptionImage& image, const Rect& destination) {
   const auto& picture = static_cast<const CairoImage&>(image);
   Rect place = destination.standardized();
-  if (!std::isfinite(place.x + place.y + place.width + place.height) || place.isEmpty()) return;
+  place = {place.x * scale_, place.y * scale_, place.width * scale_, place.height * scale_};
+  if (!isDrawable(place)) return;
   cairo_surface_t* pixels = picture.pixels();
   const Size pixelSize{static_cast<double>(cairo_image_surface_get_width(pixels)),
                        static_cast<double>(cairo_image_surface_get_height(pixels))};
-  place = {place.x * scale_, place.y * scale_, place.width * scale_, place.height * scale_};
   // A picture's size is cut to whole pixels, so it may fall short by less than one.
-  if (std::abs(place.width - pixelSize.width) < 1 &&
-      std::abs(place.height - pixelSize.height) < 1) {
-    place = {std::round(place.x), std::round(place.y), place.width, place.height};
-    drawUnscaled(context_.get(), pixels, place);
+  const bool unscaled =
+      std::abs(place.width - pixelSize.width) < 1 && std::abs(place.height - pixelSize.height) < 1;
+  Size growth{1, 1};
+  if (unscaled) {
+    place = {std::round(place.x), std::round(place.y), pixelSize.width, pixelSize.height};
+    drawUnscaled(pixels, place);
   } else {
+    growth = {place.width / scale_ / picture.size().width,
+              place.height / scale_ / picture.size().height};
     drawStretched(context_.get(), pixels, place, pixelSize);
   }
-
-  const double growthX = place.width / scale_ / picture.size().width;
-  const double growthY = place.height / scale_ / picture.size().height;
+  drawn_.push_back(place);
   const Rect plate = picture.plate();
-  plates_.push_back({place.x / scale_ + plate.x * growthX, place.y / scale_ + plate.y * growthY,
-                     plate.width * growthX, plate.height * growthY});
+  plates_.push_back({place.x / scale_ + plate.x * growth.width,
+                     place.y / scale_ + plate.y * growth.height, plate.width * growth.width,
+                     plate.height * growth.height});
 }
 
 std::unique_ptr<CairoBitmap> CairoBitmap::make(std::int64_t pixelWidth, std::int64_t pixelHeight) {

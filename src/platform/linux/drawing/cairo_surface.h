@@ -30,10 +30,14 @@ class CairoImage final : public CaptionImage {
 };
 
 // Draws captions on any Cairo surface of `scale` pixels to a point, whose pixel (0, 0) is the
-// origin. Keeps a reference to it. Nothing is cleared: what is there is drawn over. Main thread.
+// origin. Keeps a reference to it. Main thread.
 class CairoSurface final : public Surface {
  public:
-  CairoSurface(cairo_surface_t* target, double scale);
+  // What is on the target when drawing begins. On a clear one, pictures that meet no other are
+  // copied rather than blended: the same pixels in a quarter of the time.
+  enum class Target { hasContent, isClear };
+
+  CairoSurface(cairo_surface_t* target, double scale, Target state = Target::hasContent);
 
   // `image` must be a CairoImage. A destination of the picture's own size is moved to whole pixels,
   // so that text stays as sharp as it was painted; any other one stretches the picture.
@@ -44,9 +48,14 @@ class CairoSurface final : public Surface {
   const std::vector<Rect>& plates() const { return plates_; }
 
  private:
+  bool isClearAt(const Rect& place) const;
+  void drawUnscaled(cairo_surface_t* pixels, const Rect& place);
+
   CairoContextPtr context_;
   double scale_;
+  Target state_;
   std::vector<Rect> plates_;
+  std::vector<Rect> drawn_;  // pixels
 };
 
 // Pixels in memory that captions can be drawn on, clear at first.
