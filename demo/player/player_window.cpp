@@ -69,7 +69,12 @@ PlayerWindow::PlayerWindow(Playback& playback, const Geometry& geometry, bool ly
   placeWindow(geometry);
 }
 
-PlayerWindow::~PlayerWindow() = default;
+// What this object owns beside the window leaves it first, so that it is not destroyed with it.
+PlayerWindow::~PlayerWindow() {
+  for (GtkWidget* view : {lyrics_.widget(), empty_.get()}) {
+    if (gtk_widget_get_parent(view) != nullptr) gtk_container_remove(GTK_CONTAINER(stage_), view);
+  }
+}
 
 void PlayerWindow::placeWindow(const Geometry& geometry) {
   GtkWindow* window = GTK_WINDOW(window_.get());
