@@ -1,0 +1,96 @@
+#include "controller/overlay_delegate.h"
+
+#include <functional>
+#include <utility>
+
+#include "controller/music_application.h"
+#include "controller/status_messages.h"
+#include "exchange/exchange_folder.h"
+#include "exchange/publishing.h"
+#include "music/lyrics_layout_reader.h"
+
+namespace vellora {
+
+OverlayDelegate::OverlayDelegate(std::optional<std::filesystem::path> snapshotLocation,
+                                 Platform& platform, std::ostream& output)
+    : platform_(platform),
+      application_(platform.application()),
+      clock_(platform.makeClock()),
+      accessibility_(platform.makeAccessibility()),
+      workspace_(platform.makeWorkspace()),
+      scripting_(platform.makeMusicScripting()),
+      painter_(platform.makeCaptionPainter()),
+      view_(platform.makeView()),
+      output_(output),
+      snapshotURL(std::move(snapshotLocation)),
+      canvas(*painter_, *view_, *workspace_),
+      panel(platform.makePanel()),
+      queue(application_.makeSerialQueue("Vellora.accessibility")),
+      lastFresh(clock_->now()),
+      lastNowPlayingPublish(distantPast) {}
+
+OverlayDelegate::~OverlayDelegate() = default;
+
+void OverlayDelegate::tick() {
+  const bool syncing = syncRequested();
+  if (syncing) {
+    performPendingCommand();
+    publishNowPlaying();
+  }
+
+  std::optional<OverlaySnapshot> snapshot = usableSnapshot();
+  if (!snapshot) {
+    hide(syncing ? StatusMessages::followingForTessaly : StatusMessages::waitingForLyrics);
+    if (!syncing && clock_->now() - lastFresh > longestWaitForSnapshot) stop();
+    return;
+  }
+  lastFresh = clock_->now();
+
+  if (!accessibility_->isTrusted()) {
+    if (!requestedAccess) requestAccess();
+    return hide(StatusMessages::allowAccess);
+  }
+  std::shared_ptr<const RunningApplication> music = frontmostMusic(*workspace_);
+  if (!music) return hide(StatusMessages::bringMusicToFront);
+
+  if (!scanning) startReading(std::move(music), *std::move(snapshot));
+}
+
+std::optional<OverlaySnapshot> OverlayDelegate::usableSnapshot() const {
+  if (!snapshotURL) return std::nullopt;
+  std::optional<OverlaySnapshot> snapshot = readExchangeFile<OverlaySnapshot>(*snapshotURL);
+  if (!snapshot || !snapshot->isUsable(clock_->now())) return std::nullopt;
+  return snapshot;
+}
+
+// The work for the background holds what it needs by itself. It must not even look at the
+// controller, which may be gone by then: only the hand-off back does, on the main thread.
+void OverlayDelegate::startReading(std::shared_ptr<const RunningApplication> music,
+                                   OverlaySnapshot snapshot) {
+  scanning = true;
+  queue->async([self = weak_from_this(), accessibility = accessibility_, clock = clock_,
+                onMain = application_.mainHandOff(), music = std::move(music),
+                carried = std::make_shared<const OverlaySnapshot>(std::move(snapshot))] {
+    onMain([self, carried, layout = readMusic(music->processIdentifier(), *accessibility, *clock)] {
+      if (const auto controller = self.lock()) controller->finishReading(layout, *carried);
+    });
+  });
+}
+
+void OverlayDelegate::finishReading(const std::optional<MusicLayout>& layout,
+                                    const OverlaySnapshot& snapshot) {
+  scanning = false;
+  if (frontmostMusic(*workspace_) && snapshot.isUsable(clock_->now())) {
+    render(layout, snapshot);
+  } else {
+    hide(StatusMessages::bringMusicToFront);
+  }
+}
+
+void OverlayDelegate::render(const std::optional<MusicLayout>& layout,
+                             const OverlaySnapshot& snapshot, bool showPanel) {
+  const CompositionFields fields{*panel, canvas, *workspace_, *painter_, lastLines, translations};
+  writeStatus(vellora::render(fields, layout, snapshot, showPanel), false);
+}
+
+}  // namespace vellora

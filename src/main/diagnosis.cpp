@@ -1,0 +1,46 @@
+#include "main/diagnosis.h"
+
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <vector>
+
+#include "base/number_text.h"
+#include "controller/music_application.h"
+#include "music/lyrics_layout_reader.h"
+
+namespace vellora {
+
+namespace {
+
+std::optional<MusicLayout> readRunningMusic(Platform& platform, Accessibility& accessibility) {
+  const std::vector<std::shared_ptr<const RunningApplication>> running =
+      platform.makeWorkspace()->runningApplications(musicBundleIdentifier);
+  if (running.empty()) return std::nullopt;
+  return readMusic(running.front()->processIdentifier(), accessibility, *platform.makeClock());
+}
+
+}  // namespace
+
+std::string rectText(const Rect& rect) {
+  return "(" + plainNumber(rect.x) + ", " + plainNumber(rect.y) + ", " + plainNumber(rect.width) +
+         ", " + plainNumber(rect.height) + ")";
+}
+
+void diagnose(Platform& platform, std::ostream& output) {
+  const std::shared_ptr<Accessibility> accessibility = platform.makeAccessibility();
+  const bool trusted = accessibility->isTrusted();
+  output << "Accessibility trusted: " << (trusted ? "true" : "false") << std::endl;
+  if (!trusted) return;  // nothing can be read then, whatever a system lets through
+
+  const std::optional<MusicLayout> layout = readRunningMusic(platform, *accessibility);
+  if (!layout) return;
+  output << "Window: " << rectText(layout->window) << ", viewport: " << rectText(layout->viewport)
+         << ", title: " << layout->title << std::endl;
+  for (const MusicRow& row : layout->rows) {
+    if (!row.frame.intersects(layout->viewport)) continue;
+    output << rectText(row.frame) << ": " << row.text << std::endl;
+  }
+}
+
+}  // namespace vellora

@@ -1,0 +1,13 @@
+#include "main/fatal.h"
+
+#include <cstdlib>
+#include <iostream>
+
+namespace vellora {
+
+void fatalError(std::string_view message) {
+  std::cerr << "Fatal error: " << message << std::endl;
+  std::abort();
+}
+
+}  // namespace vellora

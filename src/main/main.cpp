@@ -1,0 +1,9 @@
+#include <iostream>
+
+#include "main/modes.h"
+#include "platform/platform.h"
+
+int main(int argc, char** argv) {
+  const vellora::Arguments arguments(argv, argv + argc);
+  return vellora::runModes(arguments, vellora::makePlatform, std::cout);
+}

@@ -1,0 +1,367 @@
+#include <limits>
+#include <thread>
+
+#include "controller/controller_fixture.h"
+
+namespace vellora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class TickTest : public ControllerTest {};
+
+TEST_F(TickTest, ConstructionShowsNothingStartsNothingAndLeavesTheFieldsEmpty) {
+  EXPECT_EQ(controller->snapshotURL, snapshotPath());
+  EXPECT_FALSE(controller->scanning);
+  EXPECT_EQ(controller->timer, nullptr);
+  EXPECT_EQ(controller->statusItem, nullptr);
+  EXPECT_EQ(controller->statusMessage, "");
+  EXPECT_THAT(controller->lastLines, IsEmpty());
+  EXPECT_THAT(controller->translations, IsEmpty());
+  EXPECT_THAT(controller->canvas.captions(), IsEmpty());
+  EXPECT_EQ(controller->lastFresh, now());
+  EXPECT_LT(controller->lastNowPlayingPublish, -6e10);  // before all dates
+  EXPECT_FALSE(controller->requestedAccess);
+  EXPECT_THAT(platform.log, IsEmpty());
+  EXPECT_THAT(platform.app.timers, IsEmpty());
+  ASSERT_EQ(platform.app.queues.size(), 1u);
+  EXPECT_EQ(platform.app.queues[0]->label, "Vellora.accessibility");
+  EXPECT_THAT(folder.names(), IsEmpty());
+}
+
+TEST_F(TickTest, WithoutALocationEveryTickHidesThePanelAndWritesNothing) {
+  build(std::nullopt);
+  platform.log.clear();
+  controller->tick();
+  controller->tick();
+  EXPECT_THAT(platform.log, ElementsAre("hide panel", "hide panel"));
+  EXPECT_EQ(controller->statusMessage, "");
+  EXPECT_THAT(folder.names(), IsEmpty());
+}
+
+TEST_F(TickTest, WithoutALocationTheProgramEndsJustAfterFifteenSeconds) {
+  build(std::nullopt);
+  platform.clock->advance(15.0);
+  controller->tick();
+  EXPECT_EQ(platform.app.terminations, 0);
+  platform.clock->advance(0.12);
+  controller->tick();
+  EXPECT_EQ(platform.app.terminations, 1);
+  EXPECT_THAT(folder.names(), IsEmpty());
+}
+
+// What each of these files means does not differ from no file at all.
+TEST_F(TickTest, AnUnusableSnapshotHidesThePanelAndWaits) {
+  const std::vector<std::function<void()>> worlds = {
+      [] {},
+      [this] { writeSnapshot(6.0); },
+      [this] { writeSnapshot(-1.001); },
+      [this] { writeSnapshot(0, false); },
+      [this] { writeText(snapshotPath(), "not JSON"); },
+      [this] { writeText(snapshotPath(), R"({"version":1})"); },
+      [this] {
+        std::filesystem::remove(snapshotPath());
+        std::filesystem::create_directory(snapshotPath());
+      },
+  };
+  for (const auto& world : worlds) {
+    world();
+    platform.log.clear();
+    controller->tick();
+    EXPECT_THAT(platform.log, ElementsAre("hide panel"));
+    EXPECT_EQ(statusFile(), StatusFiles::waiting);
+  }
+}
+
+TEST_F(TickTest, AStaleSnapshotStopsTheOverlayMoreThanFifteenSecondsAfterTheLastUsableOne) {
+  writeSnapshot();
+  controller->tick();
+  EXPECT_EQ(controller->lastFresh, now());
+  platform.clock->advance(15.0);
+  controller->tick();
+  EXPECT_EQ(platform.app.terminations, 0);
+  EXPECT_EQ(statusFile(), StatusFiles::waiting);
+  platform.clock->advance(0.001);
+  controller->tick();
+  EXPECT_EQ(platform.app.terminations, 1);
+  EXPECT_EQ(statusFile(), StatusFiles::stopped);
+}
+
+TEST_F(TickTest, AUsableSnapshotMovesLastFreshWhateverFollows) {
+  writeSnapshot();
+  platform.accessibility->trusted = false;
+  platform.clock->advance(3);
+  controller->tick();
+  EXPECT_EQ(controller->lastFresh, now());
+}
+
+TEST_F(TickTest, AStaleSnapshotUnderASyncRequestFollowsMusicForTessalyAndNeverStops) {
+  play("One");
+  for (int i = 0; i < 100; ++i) {
+    writeSnapshot(6.0);
+    writeSync();
+    writeCommand();
+    controller->tick();
+    EXPECT_FALSE(exists("command.json"));
+    EXPECT_EQ(statusFile(), StatusFiles::following);
+    platform.clock->advance(0.5);
+  }
+  EXPECT_EQ(platform.app.terminations, 0);
+  // A command and a question at each tick.
+  EXPECT_EQ(platform.scripting->requests.size(), 200u);
+}
+
+TEST_F(TickTest, ALapsedSyncRequestLetsTheOldAgeOfTheSnapshotStopTheOverlayAtOnce) {
+  writeSync();
+  platform.clock->advance(24.9);
+  controller->tick();
+  EXPECT_EQ(platform.app.terminations, 0);
+  EXPECT_EQ(statusFile(), StatusFiles::following);
+  platform.clock->advance(0.1);
+  controller->tick();
+  EXPECT_EQ(platform.app.terminations, 1);
+}
+
+TEST_F(TickTest, TheCommandAndThePublicationComeBeforeTheScan) {
+  writeSnapshot();
+  writeSync();
+  writeCommand();
+  play("One");
+  bringMusicToFront();
+  std::vector<std::string> seen;
+  platform.scripting->onRun = [&](const ScriptRequest& request) {
+    seen.push_back(request.command ? "command" : "question");
+    EXPECT_FALSE(controller->scanning);
+    EXPECT_EQ(count("frontmost?"), 0u);
+  };
+  controller->tick();
+  EXPECT_THAT(seen, ElementsAre("command", "question"));
+  EXPECT_TRUE(exists("nowplaying.json"));
+  EXPECT_TRUE(controller->scanning);
+  EXPECT_EQ(platform.app.backgroundWaiting(), 1u);
+}
+
+TEST_F(TickTest, WithoutASyncRequestNoCommandRunsAndNothingIsPublished) {
+  writeSnapshot();
+  writeCommand();
+  play("One");
+  controller->tick();
+  EXPECT_TRUE(exists("command.json"));
+  EXPECT_FALSE(exists("nowplaying.json"));
+  EXPECT_THAT(platform.scripting->requests, IsEmpty());
+}
+
+TEST_F(TickTest, TheSystemIsAskedForTrustOnlyByTheFirstTickThatLacksIt) {
+  writeSnapshot();
+  bringMusicToFront();
+  platform.accessibility->trusted = false;
+  platform.accessibility->onRequestTrust = [this] { EXPECT_TRUE(controller->requestedAccess); };
+  controller->tick();
+  EXPECT_EQ(platform.log, (Log{"requestTrust", "hide panel"}));
+  EXPECT_EQ(statusFile(), StatusFiles::allow);
+  controller->tick();
+  controller->tick();
+  EXPECT_EQ(count("requestTrust"), 1u);
+  EXPECT_EQ(count("hide panel"), 3u);
+  EXPECT_EQ(platform.app.backgroundWaiting(), 0u);
+}
+
+TEST_F(TickTest, TrustIsNotAskedForWhileThereIsNoUsableSnapshot) {
+  platform.accessibility->trusted = false;
+  controller->tick();
+  EXPECT_EQ(count("requestTrust"), 0u);
+  EXPECT_EQ(statusFile(), StatusFiles::waiting);
+}
+
+TEST_F(TickTest, AnythingButMusicInFrontHidesThePanel) {
+  writeSnapshot();
+  const std::vector<std::function<void()>> worlds = {
+      [this] { platform.workspace->frontmost = nullptr; },
+      [this] { bringToFront(std::nullopt); },
+      [this] { bringToFront("com.apple.music"); },
+      [this] { bringToFront("com.apple.Music2"); },
+  };
+  for (const auto& world : worlds) {
+    world();
+    platform.log.clear();
+    controller->tick();
+    EXPECT_EQ(platform.log, (Log{"frontmost?", "hide panel"}));
+    EXPECT_EQ(statusFile(), StatusFiles::ready);
+    EXPECT_FALSE(controller->scanning);
+  }
+}
+
+TEST_F(TickTest, AReadingBecomesCaptionsOverThePlayersWindow) {
+  writeSnapshot();
+  bringMusicToFront();
+  openLyrics();
+  tickAndRead();
+  ASSERT_EQ(controller->canvas.captions().size(), 1u);
+  EXPECT_EQ(controller->canvas.captions()[0].text, "Hallo Welt");
+  EXPECT_EQ(platform.panel->lastFrame, (Rect{0, 170, 1200, 800}));
+  EXPECT_TRUE(panelVisible());
+  EXPECT_EQ(statusFile(), StatusFiles::oneRow);
+  EXPECT_FALSE(controller->scanning);
+}
+
+TEST_F(TickTest, TheFrontmostProcessIsTheOneThatIsRead) {
+  writeSnapshot();
+  bringToFront("com.apple.Music", 99);
+  tickAndRead();
+  EXPECT_EQ(count("applicationElement 99"), 1u);
+}
+
+TEST_F(TickTest, ATickDuringAReadingLeavesEverythingAsItIs) {
+  writeSnapshot();
+  bringMusicToFront();
+  controller->tick();
+  platform.log.clear();
+  controller->tick();
+  controller->tick();
+  EXPECT_EQ(platform.log, (Log{"frontmost?", "frontmost?"}));
+  EXPECT_FALSE(exists("status.json"));
+  EXPECT_EQ(platform.app.queues[0]->accepted, 1u);
+}
+
+TEST_F(TickTest, TheOtherChecksGoOnDuringAReading) {
+  writeSnapshot();
+  bringMusicToFront();
+  controller->tick();
+  platform.clock->advance(6.0);
+  controller->tick();
+  EXPECT_EQ(statusFile(), StatusFiles::waiting);
+  EXPECT_TRUE(controller->scanning);
+}
+
+TEST_F(TickTest, AReadingIsNotOverBeforeItsResultIsBackOnTheMainThread) {
+  writeSnapshot();
+  bringMusicToFront();
+  controller->tick();
+  platform.app.runBackground();
+  EXPECT_TRUE(controller->scanning);
+  controller->tick();
+  EXPECT_EQ(platform.app.queues[0]->accepted, 1u);
+  platform.app.runMain();
+  EXPECT_FALSE(controller->scanning);
+  controller->tick();
+  EXPECT_EQ(platform.app.queues[0]->accepted, 2u);
+}
+
+TEST_F(TickTest, MusicThatLeavesTheFrontDuringAReadingIsHiddenAtOnceAndAgainAtItsEnd) {
+  writeSnapshot();
+  bringMusicToFront();
+  openLyrics();
+  tickAndRead();
+  controller->tick();
+  bringToFront("org.example.Editor");
+  controller->tick();
+  EXPECT_FALSE(panelVisible());
+  platform.log.clear();
+  platform.app.runBackground();
+  platform.log.clear();
+  platform.app.runMain();
+  EXPECT_EQ(platform.log, (Log{"frontmost?", "hide panel"}));
+  EXPECT_EQ(statusFile(), StatusFiles::ready);
+  EXPECT_FALSE(controller->scanning);
+}
+
+TEST_F(TickTest, AReadingThatEndsWithNothingInFrontIsNotRendered) {
+  writeSnapshot();
+  bringMusicToFront();
+  openLyrics();
+  controller->tick();
+  platform.workspace->frontmost = nullptr;
+  platform.app.runBackground();
+  platform.app.runMain();
+  EXPECT_THAT(controller->canvas.captions(), IsEmpty());
+  EXPECT_EQ(statusFile(), StatusFiles::ready);
+}
+
+TEST_F(TickTest, ASnapshotThatTurnsStaleDuringTheReadingIsNotRendered) {
+  writeSnapshot(5.9);
+  bringMusicToFront();
+  openLyrics();
+  controller->tick();
+  platform.clock->advance(0.2);
+  writeSnapshot();  // what counts is the snapshot with which the reading began
+  platform.app.runBackground();
+  platform.app.runMain();
+  EXPECT_THAT(controller->canvas.captions(), IsEmpty());
+  EXPECT_FALSE(panelVisible());
+  EXPECT_EQ(statusFile(), StatusFiles::ready);
+}
+
+TEST_F(TickTest, AReadingWithoutALayoutIsReportedByTheComposition) {
+  writeSnapshot();
+  bringMusicToFront();
+  tickAndRead();
+  EXPECT_EQ(statusFile(), StatusFiles::noLyrics);
+  EXPECT_FALSE(panelVisible());
+}
+
+TEST_F(TickTest, TheSnapshotAndTheRequestAreReadAfreshAtEveryTick) {
+  writeSnapshot();
+  controller->tick();
+  EXPECT_EQ(statusFile(), StatusFiles::ready);
+  std::filesystem::remove(snapshotPath());
+  controller->tick();
+  EXPECT_EQ(statusFile(), StatusFiles::waiting);
+  writeSync();
+  controller->tick();
+  EXPECT_EQ(statusFile(), StatusFiles::following);
+  writeSnapshot();
+  controller->tick();
+  EXPECT_EQ(statusFile(), StatusFiles::ready);
+}
+
+TEST_F(TickTest, AReadingInFlightDoesNotKeepTheControllerAlive) {
+  writeSnapshot();
+  bringMusicToFront();
+  openLyrics();
+  controller->tick();
+  auto work = std::move(platform.app.queues[0]->work.front());
+  platform.app.queues[0]->work.clear();
+  const std::weak_ptr<OverlayDelegate> observer = controller;
+  controller.reset();
+  EXPECT_TRUE(observer.expired());
+  work();  // in progress when its controller went
+  EXPECT_EQ(platform.app.runMain(), 1u);
+}
+
+TEST_F(TickTest, AControllerThatGoesBetweenTheReadingAndItsResultIsLeftAlone) {
+  writeSnapshot();
+  bringMusicToFront();
+  openLyrics();
+  controller->tick();
+  platform.app.runBackground();
+  controller.reset();
+  EXPECT_EQ(platform.app.runMain(), 1u);
+  EXPECT_FALSE(exists("status.json"));
+}
+
+// Run under the thread sanitizer, this shows that a reading shares nothing with the controller.
+TEST_F(TickTest, TicksGoOnWhileAReadingRunsOnAnotherThread) {
+  platform.accessibility = std::make_shared<FakeAccessibility>();  // without the shared log
+  build(snapshotPath());
+  openLyrics();
+  writeSnapshot();
+  bringMusicToFront();
+  controller->tick();
+  auto work = std::move(platform.app.queues.back()->work.front());
+  platform.app.queues.back()->work.clear();
+  std::thread background(std::move(work));
+  for (int i = 0; i < 20; ++i) {
+    platform.clock->advance(0.01);
+    controller->tick();
+    controller->render(std::nullopt, OverlaySnapshot());
+  }
+  background.join();
+  EXPECT_EQ(platform.app.queues.back()->accepted, 1u);
+  EXPECT_EQ(statusFile(), StatusFiles::noLyrics);
+  platform.app.runMain();
+  EXPECT_EQ(statusFile(), StatusFiles::oneRow);
+}
+
+}  // namespace
+}  // namespace vellora
