@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "exchange/records/records.h"
+#include "matching/translation_index.h"
 #include "music/music_layout.h"
 #include "platform/platform.h"
 #include "render/caption_view.h"
@@ -49,6 +50,7 @@ class OverlayDelegate final : public ApplicationDelegate,
   std::unique_ptr<StatusItem> statusItem;  // null before the launch, or where there is no place
   std::string statusMessage;               // as last recorded; empty: the next one is written
   std::vector<OverlayLine> lastLines;      // the lines for which `translations` holds
+  TranslationIndex lineIndex;              // of `lastLines`
   TranslationCache translations;           // row text → translation
   double lastFresh;                        // seconds since 1970, when a snapshot was last usable
   double lastNowPlayingPublish;            // seconds since 1970 of the last attempt

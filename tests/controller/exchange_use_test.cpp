@@ -235,6 +235,7 @@ TEST_F(ExchangeUseTest, AFreshCommandWhoseFileCannotBeRemovedRunsUntilItIsTwenty
   writeSync();
   writeCommand(19);
   std::filesystem::permissions(folder.path(), perms::owner_read | perms::owner_exec |
+                                                  perms::group_read | perms::group_exec |
                                                   perms::others_read | perms::others_exec);
   const WithoutPrivileges here;
   controller->tick();
