@@ -156,6 +156,13 @@ TEST(SoftnessTest, RoundsToTheNearestEighth) {
   EXPECT_EQ(softnessAt(414.8), 0.125);
 }
 
+TEST(SoftnessTest, HalvesRoundAwayFromZero) {
+  // Eighths of t are 0.5, 2.5 and 4.5 there, without a rounding error.
+  EXPECT_EQ(softnessAt(413.75), 0.125);
+  EXPECT_EQ(softnessAt(448.75), 0.375);
+  EXPECT_EQ(softnessAt(483.75), 0.625);
+}
+
 TEST(SoftnessTest, IsWholeFromTheEndOfTheRamp) {
   EXPECT_EQ(softnessAt(545), 1);
   EXPECT_EQ(softnessAt(999), 1);

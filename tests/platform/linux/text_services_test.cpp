@@ -1,0 +1,226 @@
+#include "platform/text_services.h"
+
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <unicode/brkiter.h>
+#include <unicode/locid.h>
+#include <unicode/translit.h>
+#include <unicode/uniset.h>
+#include <unicode/unistr.h>
+
+#include "base/text.h"
+#include "base/utf8.h"
+
+namespace vellora {
+namespace {
+
+using Random = std::mt19937;
+
+std::size_t below(Random& random, std::size_t count) {
+  return std::uniform_int_distribution<std::size_t>(0, count - 1)(random);
+}
+
+std::unique_ptr<icu::Transliterator> transliterator() {
+  UErrorCode error = U_ZERO_ERROR;
+  std::unique_ptr<icu::Transliterator> made(
+      icu::Transliterator::createInstance("Traditional-Simplified", UTRANS_FORWARD, error));
+  return U_SUCCESS(error) ? std::move(made) : nullptr;
+}
+
+std::string utf8(const icu::UnicodeString& text) {
+  std::string result;
+  return text.toUTF8String(result);
+}
+
+TEST(SimplifiedTest, AgreesWithTheWholeTransliterationOnRandomTexts) {
+  const auto whole = transliterator();
+  ASSERT_TRUE(whole);
+  icu::UnicodeSet ruled;
+  whole->getSourceSet(ruled);
+  // The characters of the rules for several characters are tried most, in an order that makes them
+  // apply: pieces of such words, and other text.
+  const std::vector<std::string> pieces = {
+      "乾", "坤", "杯", "著", "名", "看", "瞭", "解", "于",      "飛", "單", "鮮",
+      "薑", "片", "生", "崑", "崙", "餘", "地", "有", "甚",      "麼", "複", "雜",
+      "裡", "山", "糊", "塗", "後", "a",  " ",  "あ", "e\u0301", "🎵"};
+  Random random(1);
+  int changed = 0;
+  for (int round = 0; round < 3000; ++round) {
+    std::string text;
+    for (std::size_t left = below(random, 12); left > 0; --left) {
+      if (below(random, 4) == 0) {
+        const auto at = static_cast<int32_t>(below(random, static_cast<std::size_t>(ruled.size())));
+        appendCharacter(text, static_cast<char32_t>(ruled.charAt(at)));
+      } else {
+        text += pieces[below(random, pieces.size())];
+      }
+    }
+    icu::UnicodeString expected = icu::UnicodeString::fromUTF8(text);
+    whole->transliterate(expected);
+    ASSERT_EQ(TextServices::simplified(text), utf8(expected)) << text;
+    changed += utf8(expected) != text;
+  }
+  EXPECT_GT(changed, 1000);
+}
+
+TEST(SimplifiedTest, RulesForSeveralCharactersApply) {
+  EXPECT_EQ(TextServices::simplified("乾坤, 乾杯"), "乾坤, 干杯");
+  EXPECT_EQ(TextServices::simplified("著名 看著"), "著名 看着");
+}
+
+TEST(SimplifiedTest, OtherTextStaysAsItIs) {
+  for (const std::string text :
+       {"", "plain", "Ünïcödé", "e\u0301", "ひらがな", "사랑", "汉语", "🎵"}) {
+    EXPECT_EQ(TextServices::simplified(text), text);
+  }
+}
+
+TEST(SimplifiedTest, IllFormedPartsBecomeReplacementCharacters) {
+  EXPECT_EQ(TextServices::simplified("a\xFF"), "a\uFFFD");
+  EXPECT_EQ(TextServices::simplified("愛\xFF"), "爱\uFFFD");
+}
+
+TEST(SimplifiedTest, ManyThreadsMayAskAtOnce) {
+  std::vector<std::thread> threads;
+  std::vector<int> wrong(4);
+  for (std::size_t at = 0; at < wrong.size(); ++at) {
+    threads.emplace_back([&wrong, at] {
+      for (int round = 0; round < 200; ++round) {
+        wrong[at] += TextServices::simplified("我愛你 乾杯") != "我爱你 干杯";
+        wrong[at] += !TextServices::beginsWith("가각", "가");
+        wrong[at] += TextServices::beginsWith("e\u0301", "e");
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(wrong, std::vector<int>(4));
+}
+
+TEST(FoldedTest, MarksOfLatinGreekAndCyrillicLettersAreDropped) {
+  EXPECT_EQ(TextServices::folded("ÅÉñ ώΐ йЁ"), "aen ωι ие");
+  EXPECT_EQ(TextServices::folded("A\u030A\u0301 и\u0306"), "a и");
+  EXPECT_EQ(TextServices::folded("ÆØŁ"), "æøł");
+}
+
+TEST(FoldedTest, MarksOfOtherScriptsStayInCanonicalOrder) {
+  EXPECT_EQ(TextServices::folded("が か\u3099"), "が か\u3099");
+  EXPECT_EQ(TextServices::folded("ש\u05BC\u05C1"), "ש\u05BC\u05C1");
+  EXPECT_EQ(TextServices::folded("ש\u05C1\u05BC"), "ש\u05BC\u05C1");
+}
+
+TEST(FoldedTest, FirstLowMarkAfterAnUnchangedLetterIsDropped) {
+  EXPECT_EQ(TextServices::folded("か\u0301"), "か");
+  EXPECT_EQ(TextServices::folded("か\u0301\u0301"), "か\u0301");
+  EXPECT_EQ(TextServices::folded("か\u3099\u0301"), "か\u3099\u0301");
+  // The letter before the mark is changed here, so the mark stays.
+  EXPECT_EQ(TextServices::folded("ｶ\u0301"), "カ\u0301");
+}
+
+TEST(FoldedTest, SkinTonesAreMarksAndJoinersAreNot) {
+  EXPECT_EQ(TextServices::folded("a\U0001F3FBb"), "ab");
+  EXPECT_EQ(TextServices::folded("a\u200D\u0301b"), "a\u200Db");
+  EXPECT_EQ(TextServices::folded("a\u200C\u0301b"), "ab");
+}
+
+TEST(FoldedTest, CaseFoldsFully) { EXPECT_EQ(TextServices::folded("ß ς ﬁ İ ı"), "ss σ fi i ı"); }
+
+TEST(FoldedTest, WidthFormsBecomeOrdinaryWhereThatIsOneCharacter) {
+  EXPECT_EQ(TextServices::folded("Ａ１！ ｶﾞ ￣"), "a1! カ\uFF9E ￣");
+  EXPECT_EQ(TextServices::folded("\u3000Ⓐ"), "\u3000ⓐ");
+}
+
+TEST(FoldedTest, LanguageOfTheUserDoesNotCount) {
+  const icu::Locale before;
+  for (const char* name : {"tr_TR", "lt_LT", "az_AZ", "zh_TW"}) {
+    UErrorCode error = U_ZERO_ERROR;
+    icu::Locale::setDefault(icu::Locale(name), error);
+    ASSERT_TRUE(U_SUCCESS(error));
+    EXPECT_EQ(TextServices::folded("TITLE Iıİi ÌÍ"), "title iıii ii") << name;
+    EXPECT_EQ(TextServices::simplified("漢語 I"), "汉语 I") << name;
+    EXPECT_TRUE(textBeginsWith("각b", "각")) << name;
+  }
+  UErrorCode error = U_ZERO_ERROR;
+  icu::Locale::setDefault(before, error);
+}
+
+// The characters of a text, each in its canonical form.
+std::vector<std::string> charactersOf(const std::string& text) {
+  UErrorCode error = U_ZERO_ERROR;
+  const std::unique_ptr<icu::BreakIterator> iterator(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), error));
+  const icu::UnicodeString units = icu::UnicodeString::fromUTF8(text);
+  iterator->setText(units);
+  std::vector<std::string> characters;
+  int32_t begin = iterator->first();
+  for (int32_t end = iterator->next(); end != icu::BreakIterator::DONE; end = iterator->next()) {
+    characters.push_back(TextServices::canonicalForm(utf8(units.tempSubStringBetween(begin, end))));
+    begin = end;
+  }
+  return characters;
+}
+
+TEST(BeginsWithTest, ComparesCharacterByCharacter) {
+  const std::vector<std::string> pieces = {
+      "a",      "á",      "e",  "\u0301", "\u0316", "\u0323", "가", "\u11A8", "각",
+      "\u1100", "\u1161", "か", "\u3099", "が",     "\r",     "\n", "👩",      "\u200D",
+      "👧",      "\u20E3", "1",  "ก",      "ำ",      "\u0600", "🇩",  "🇪"};
+  Random random(2);
+  int begins = 0;
+  for (int round = 0; round < 20000; ++round) {
+    std::string text;
+    std::string prefix;
+    for (std::size_t left = 1 + below(random, 5); left > 0; --left) {
+      const std::string& piece = pieces[below(random, pieces.size())];
+      text += piece;
+      if (left > 2 || below(random, 3) == 0) prefix += piece;
+    }
+    const std::vector<std::string> whole = charactersOf(text);
+    const std::vector<std::string> begin = charactersOf(prefix);
+    const bool expected =
+        begin.size() <= whole.size() && std::equal(begin.begin(), begin.end(), whole.begin());
+    ASSERT_EQ(TextServices::beginsWith(text, prefix), expected) << text << " | " << prefix;
+    begins += expected;
+  }
+  EXPECT_GT(begins, 2000);
+  EXPECT_LT(begins, 18000);
+}
+
+TEST(BeginsWithTest, ConsonantsJoinedByALinkerAreOneCharacter) {
+  EXPECT_FALSE(TextServices::beginsWith("क्ष", "क"));
+  EXPECT_FALSE(TextServices::beginsWith("क्ष", "क्"));
+  EXPECT_TRUE(TextServices::beginsWith("क्षक", "क्ष"));
+  EXPECT_FALSE(TextServices::beginsWith("ক্ষ", "ক্"));
+  EXPECT_FALSE(TextServices::beginsWith("क्\u200Dष", "क्\u200D"));
+  EXPECT_TRUE(TextServices::beginsWith("क्\u200Cष", "क्\u200C"));
+  // No linker, or no consonant before it, or a script that the rule leaves out.
+  EXPECT_TRUE(TextServices::beginsWith("कष", "क"));
+  EXPECT_TRUE(TextServices::beginsWith("अ्ष", "अ्"));
+  EXPECT_TRUE(TextServices::beginsWith("ක්ෂ", "ක්"));
+}
+
+TEST(CanonicalFormTest, EquivalentTextsHaveOneForm) {
+  EXPECT_EQ(TextServices::canonicalForm("e\u0301"), TextServices::canonicalForm("é"));
+  EXPECT_EQ(TextServices::canonicalForm("a\u0301\u0316"),
+            TextServices::canonicalForm("a\u0316\u0301"));
+  EXPECT_NE(TextServices::canonicalForm("ﬁ"), TextServices::canonicalForm("fi"));
+  EXPECT_EQ(TextServices::canonicalForm("a\xFF"), "a\uFFFD");
+}
+
+TEST(IsAlphanumericTest, LettersMarksAndNumbersOnly) {
+  for (const char32_t c : U"aZ5éßあ愛각ا½Ⅷ²\u0301\u3099\U00017000") {
+    if (c != 0) {
+      EXPECT_TRUE(TextServices::isAlphanumeric(c)) << std::hex << static_cast<unsigned>(c);
+    }
+  }
+  for (const char32_t c : U" \n-_’♪€🎵\u200D\u3000ⓐ\uFFFD") {
+    EXPECT_FALSE(TextServices::isAlphanumeric(c)) << std::hex << static_cast<unsigned>(c);
+  }
+}
+
+}  // namespace
+}  // namespace vellora
