@@ -31,6 +31,14 @@ class TemporaryFolder {
   const std::filesystem::path& path() const { return path_; }
   std::filesystem::path operator/(std::string_view name) const { return path_ / name; }
 
+  void write(std::string_view name, std::string_view text) const;
+  // Empty for a file that is not there.
+  std::string read(std::string_view name) const;
+  // Whether there is anything of that name, a dangling link included.
+  bool has(std::string_view name) const {
+    return std::filesystem::exists(std::filesystem::symlink_status(path_ / name));
+  }
+
   // The names of all that is in the folder, sorted.
   std::vector<std::string> names() const {
     std::vector<std::string> result;
@@ -55,6 +63,14 @@ inline void writeText(const std::filesystem::path& path, std::string_view text) 
 inline std::string readText(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+inline void TemporaryFolder::write(std::string_view name, std::string_view text) const {
+  writeText(path_ / name, text);
+}
+
+inline std::string TemporaryFolder::read(std::string_view name) const {
+  return readText(path_ / name);
 }
 
 }  // namespace vellora

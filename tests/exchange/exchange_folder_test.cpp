@@ -1,0 +1,86 @@
+#include "exchange/exchange_folder.h"
+
+#include <filesystem>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "support/temporary_folder.h"
+
+namespace vellora {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(ExchangeFolderTest, WithoutASnapshotLocationThereIsNoFolderAndNoFile) {
+  EXPECT_EQ(exchangeDirectory(std::nullopt), std::nullopt);
+  EXPECT_EQ(exchangeFile(std::nullopt, statusFileName), std::nullopt);
+}
+
+TEST(ExchangeFolderTest, EveryFileLiesBesideTheSnapshot) {
+  const SnapshotLocation snapshot = "/a/b/any name.json";
+  EXPECT_EQ(exchangeDirectory(snapshot), "/a/b");
+  EXPECT_EQ(exchangeFile(snapshot, statusFileName), "/a/b/status.json");
+  EXPECT_EQ(exchangeFile(snapshot, syncRequestFileName), "/a/b/sync.json");
+  EXPECT_EQ(exchangeFile(snapshot, commandFileName), "/a/b/command.json");
+  EXPECT_EQ(exchangeFile(snapshot, nowPlayingFileName), "/a/b/nowplaying.json");
+}
+
+TEST(ExchangeFolderTest, SlashAtTheEndIsNoComponent) {
+  EXPECT_EQ(exchangeDirectory("/a/b/"), "/a");
+  EXPECT_EQ(exchangeDirectory("/a"), "/");
+}
+
+TEST(ExchangeFolderTest, ArgumentAfterTheFirstSnapshotOptionIsTheLocation) {
+  using Arguments = std::vector<std::string>;
+  EXPECT_EQ(snapshotLocation(Arguments{"vellora", "--snapshot", "/a/s.json"}), "/a/s.json");
+  EXPECT_EQ(snapshotLocation(Arguments{"vellora", "--snapshot", "/a", "--snapshot", "/b"}), "/a");
+  EXPECT_EQ(snapshotLocation(Arguments{"vellora", "x", "--snapshot", "/a b/../ü.txt", "y"}),
+            "/a b/../ü.txt");
+}
+
+TEST(ExchangeFolderTest, SnapshotOptionThatIsLastOrMissingNamesNothing) {
+  using Arguments = std::vector<std::string>;
+  EXPECT_EQ(snapshotLocation(Arguments{"vellora", "--snapshot"}), std::nullopt);
+  EXPECT_EQ(snapshotLocation(Arguments{"vellora", "--Snapshot", "/a"}), std::nullopt);
+  EXPECT_EQ(snapshotLocation(Arguments{"vellora"}), std::nullopt);
+  EXPECT_EQ(snapshotLocation(Arguments{}), std::nullopt);
+}
+
+TEST(ExchangeFolderTest, RelativePathIsResolvedAgainstTheWorkingDirectory) {
+  const fs::path here = fs::current_path();
+  EXPECT_EQ(absoluteLocation("s.json"), here / "s.json");
+  EXPECT_EQ(absoluteLocation("a/s.json"), here / "a/s.json");
+  EXPECT_EQ(exchangeDirectory(absoluteLocation("s.json")), here);
+  EXPECT_EQ(absoluteLocation("~/s.json"), here / "~/s.json");
+}
+
+TEST(ExchangeFolderTest, UnreadableAndMalformedFilesHoldNoRecord) {
+  const TemporaryFolder folder;
+  EXPECT_FALSE(readExchangeFile<SyncRequest>(folder / "sync.json"));
+  folder.write("sync.json", "{\"updatedAt\":");
+  EXPECT_FALSE(readExchangeFile<SyncRequest>(folder / "sync.json"));
+  folder.write("sync.json", "{\"updatedAt\":5}");
+  ASSERT_TRUE(readExchangeFile<SyncRequest>(folder / "sync.json"));
+  EXPECT_EQ(readExchangeFile<SyncRequest>(folder / "sync.json")->updatedAt, 5);
+}
+
+TEST(ExchangeFolderTest, RecordThatCannotBeEncodedLeavesTheOldFile) {
+  const TemporaryFolder folder;
+  folder.write("sync.json", "old");
+  const SyncRequest request{std::numeric_limits<double>::quiet_NaN()};
+  EXPECT_FALSE(writeExchangeFile(folder / "sync.json", request));
+  EXPECT_EQ(folder.read("sync.json"), "old");
+}
+
+TEST(ExchangeFolderTest, WritingIntoAFolderThatDoesNotExistLeavesNothing) {
+  const TemporaryFolder folder;
+  EXPECT_FALSE(writeExchangeFile(folder / "missing/sync.json", SyncRequest{1}));
+  EXPECT_TRUE(folder.names().empty());
+}
+
+}  // namespace
+}  // namespace vellora
