@@ -24,7 +24,7 @@ struct OpenedURL {
   std::optional<std::vector<QueryItem>> queryItems;  // absent without "?"
 
   // Takes a URL apart (RFC 3986, without a base). A query that holds characters that no URL can, a
-  // blank for instance, is taken as it stands, without decoding, as the desktop's URL type does.
+  // blank for instance, is taken as it stands, without decoding, as macOS's URL type does.
   // Nothing for an empty text, and where scheme, host or port cannot be one.
   static std::optional<OpenedURL> parse(std::string_view text);
 

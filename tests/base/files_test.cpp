@@ -15,6 +15,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "support/ordinary_user.h"
+
 namespace vellora {
 namespace {
 
@@ -176,6 +178,23 @@ TEST_F(FilesTest, FifoInTheDestinationIsReplaced) {
 TEST_F(FilesTest, WritingWhereTheFolderDoesNotExistLeavesNoFileAndNoFolder) {
   EXPECT_FALSE(writeFileAtomically(folder / "missing" / "a", "x"));
   EXPECT_FALSE(fs::exists(folder / "missing"));
+}
+
+TEST_F(FilesTest, FolderWithoutPermissionFailsAndTheOldFileStays) {
+  put(folder / "a", "old");
+  put(folder / "secret", "s");
+  ::chmod((folder / "secret").c_str(), 0);
+  ::chmod(folder.c_str(), 0555);
+  {
+    const OrdinaryUser user;
+    ASSERT_TRUE(user.worked());
+    EXPECT_FALSE(writeFileAtomically(folder / "a", "new"));
+    EXPECT_FALSE(removeFile(folder / "a"));
+    EXPECT_EQ(readWholeFile(folder / "a"), "old");
+    EXPECT_EQ(readWholeFile(folder / "secret"), std::nullopt);
+  }
+  ::chmod(folder.c_str(), 0755);
+  EXPECT_EQ(names(), (std::set<std::string>{"a", "secret"}));
 }
 
 TEST_F(FilesTest, WritingOverAFolderFailsAndLeavesNoTemporaryFile) {

@@ -7,6 +7,7 @@
 
 #include "base/number_text.h"
 #include "golden/golden_table.h"
+#include "music/command_script.h"
 
 namespace vellora::golden {
 namespace {
@@ -29,6 +30,14 @@ TEST(NumbersGoldenTest, NumbersAreReadAsTheTableHasThem) {
     const bool same =
         std::bit_cast<std::uint64_t>(*value) == std::bit_cast<std::uint64_t>(fromBits(row[1]));
     return same ? "" : "read as " + plainNumber(*value);
+  });
+}
+
+TEST(NumbersGoldenTest, PositionsBecomeTheMillisecondsOfTheTable) {
+  everyRow("milliseconds.tsv", 2, [](const Row& row) -> std::string {
+    const std::optional<std::int64_t> value = wholeMilliseconds(fromBits(row[0]));
+    const std::string actual = value ? std::to_string(*value) : "fatal";
+    return actual == row[1] ? "" : "milliseconds: " + actual;
   });
 }
 
