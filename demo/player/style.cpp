@@ -9,7 +9,7 @@ namespace {
 
 // The room between two lyric rows is what a caption of one or two lines needs.
 constexpr const char* styleSheet = R"css(
-* { font-family: "Inter", "Noto Sans", "Noto Sans CJK TC", sans-serif; }
+* { font-family: "Inter", "Noto Sans", "Noto Sans CJK TC", "Noto Sans Arabic", sans-serif; }
 window { background-color: #16151d; color: #f4f2fa; }
 .sidebar { background-color: #1e1c27; border-right: 1px solid #2b2836; }
 .heading { color: #8d88a3; font-size: 11px; font-weight: 700; letter-spacing: 1px; }
