@@ -1,0 +1,50 @@
+#include "platform/linux/desktop/mpris_scripting.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "platform/linux/desktop/player_actions.h"
+
+namespace vellora {
+namespace {
+
+constexpr const char* playerApplication = "com.apple.Music";
+constexpr std::chrono::milliseconds patience{250};
+
+ScriptOutcome replied(std::string reply) {
+  return {.created = true, .reply = std::move(reply), .errorDescription = {}};
+}
+
+ScriptOutcome refused(std::string description) {
+  return {.created = true, .reply = {}, .errorDescription = std::move(description)};
+}
+
+// Nothing plays where there is no player; only a command needs one.
+ScriptOutcome withoutPlayer(const ScriptRequest& request) {
+  if (!request.command) return replied("");
+  return refused(std::string("no player with the desktop entry ") + playerApplication +
+                 " is running");
+}
+
+}  // namespace
+
+ScriptOutcome MprisScripting::run(const ScriptRequest& request) {
+  const Deadline deadline(patience);
+  if (!bus_) {
+    bus_ = connectToSessionBus();
+    if (!bus_) return withoutPlayer(request);
+    directory_ = std::make_unique<PlayerDirectory>(shareObject(bus_.get()), playerApplication);
+  }
+  const auto found = directory_->find(deadline);
+  if (!found.busName) {
+    return found.complete ? withoutPlayer(request) : refused("a player did not answer in time");
+  }
+  PlayerRequest calls(bus_.get(), *found.busName, deadline);
+  auto reply = request.command ? carryOut(calls, *request.command) : nowPlayingReply(calls);
+  if (calls.playerIsGone()) return withoutPlayer(request);
+  if (calls.failed()) return refused(*calls.failure());
+  return replied(std::move(reply));
+}
+
+}  // namespace vellora
