@@ -45,7 +45,8 @@ GVariant* noPixmaps() { return g_variant_new_array(G_VARIANT_TYPE("(iiay)"), nul
 
 NotifierItem::NotifierItem(BusConnection bus)
     : bus_(std::move(bus)),
-      service_("org.kde.StatusNotifierItem-" + std::to_string(::getpid()) + "-1") {
+      service_("org.kde.StatusNotifierItem-" + std::to_string(::getpid()) + "-1"),
+      menu_([this] { watchForTrays(); }) {
   const GNodeInfoPtr node(g_dbus_node_info_new_for_xml(introspection, nullptr));
   static constexpr GDBusInterfaceVTable calls{nullptr, &NotifierItem::property, nullptr, {}};
   object_ = g_dbus_connection_register_object(
@@ -54,12 +55,10 @@ NotifierItem::NotifierItem(BusConnection bus)
   // The request for the name goes out before any registration under it.
   name_ = g_bus_own_name_on_connection(bus_.get(), service_.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE,
                                        nullptr, nullptr, nullptr, nullptr);
-  watch_ = g_bus_watch_name_on_connection(bus_.get(), trayName, G_BUS_NAME_WATCHER_FLAGS_NONE,
-                                          &NotifierItem::trayAppeared, nullptr, this, nullptr);
 }
 
 NotifierItem::~NotifierItem() {
-  g_bus_unwatch_name(watch_);
+  if (watch_ != 0) g_bus_unwatch_name(watch_);
   g_bus_unown_name(name_);
   if (object_ != 0) g_dbus_connection_unregister_object(bus_.get(), object_);
 }
@@ -73,6 +72,12 @@ void NotifierItem::setToolTip(std::string_view toolTip) {
 }
 
 void NotifierItem::setMenu(std::vector<MenuEntry> entries) { menu_.setEntries(std::move(entries)); }
+
+// Only once there is a menu to show: a tray that looks for it too early shows none.
+void NotifierItem::watchForTrays() {
+  watch_ = g_bus_watch_name_on_connection(bus_.get(), trayName, G_BUS_NAME_WATCHER_FLAGS_NONE,
+                                          &NotifierItem::trayAppeared, nullptr, this, nullptr);
+}
 
 void NotifierItem::emit(const char* signal) const {
   g_dbus_connection_emit_signal(bus_.get(), nullptr, itemPath, itemInterface, signal, nullptr,

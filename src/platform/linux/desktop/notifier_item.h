@@ -32,6 +32,7 @@ class NotifierItem : public StatusItem {
   static void trayAppeared(GDBusConnection* bus, const gchar* name, const gchar* owner,
                            gpointer self) noexcept;
 
+  void watchForTrays();
   void emit(const char* signal) const;
 
   BusConnection bus_;

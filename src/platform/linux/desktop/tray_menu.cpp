@@ -56,14 +56,31 @@ GObjectPtr<DbusmenuMenuitem> makeItem(MenuEntry entry) {
 
 }  // namespace
 
-TrayMenu::TrayMenu() : server_(dbusmenu_server_new(objectPath)) { setEntries({}); }
+// The server asks for the bus by itself and is on it later than its making; it emits its layout
+// then. It gets no root before, so the first layout emitted is that one.
+TrayMenu::TrayMenu(std::function<void()> ready)
+    : ready_(std::move(ready)), server_(dbusmenu_server_new(objectPath)) {
+  onBus_ = g_signal_connect(server_.get(), DBUSMENU_SERVER_SIGNAL_LAYOUT_UPDATED,
+                            G_CALLBACK(&TrayMenu::appearedOnBus), this);
+}
+
+TrayMenu::~TrayMenu() {
+  if (onBus_ != 0) g_signal_handler_disconnect(server_.get(), onBus_);
+}
 
 void TrayMenu::setEntries(std::vector<MenuEntry> entries) {
-  const GObjectPtr<DbusmenuMenuitem> root(dbusmenu_menuitem_new());
+  root_.reset(dbusmenu_menuitem_new());
   for (auto& entry : entries) {
-    dbusmenu_menuitem_child_append(root.get(), makeItem(std::move(entry)).get());
+    dbusmenu_menuitem_child_append(root_.get(), makeItem(std::move(entry)).get());
   }
-  dbusmenu_server_set_root(server_.get(), root.get());
+  if (onBus_ == 0) dbusmenu_server_set_root(server_.get(), root_.get());
+}
+
+void TrayMenu::appearedOnBus(DbusmenuServer* server, guint, gint, gpointer data) noexcept {
+  auto& self = *static_cast<TrayMenu*>(data);
+  g_signal_handler_disconnect(server, std::exchange(self.onBus_, 0));
+  dbusmenu_server_set_root(server, self.root_.get());
+  self.ready_();
 }
 
 }  // namespace vellora

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include <libdbusmenu-glib/dbusmenu-glib.h>
@@ -15,7 +16,11 @@ class TrayMenu {
  public:
   static constexpr const char* objectPath = "/MenuBar";
 
-  TrayMenu();
+  // `ready` is called from the event loop, once, as soon as the menu is there for a tray to read.
+  explicit TrayMenu(std::function<void()> ready);
+  ~TrayMenu();
+  TrayMenu(const TrayMenu&) = delete;
+  TrayMenu& operator=(const TrayMenu&) = delete;
 
   // Replaces the menu. An entry without an action is shown disabled. A key equivalent is told as
   // the shortcut Control and that key: Control stands for the platform's command key here, and the
@@ -23,7 +28,13 @@ class TrayMenu {
   void setEntries(std::vector<MenuEntry> entries);
 
  private:
+  static void appearedOnBus(DbusmenuServer* server, guint revision, gint parent,
+                            gpointer self) noexcept;
+
+  std::function<void()> ready_;
+  GObjectPtr<DbusmenuMenuitem> root_{dbusmenu_menuitem_new()};
   GObjectPtr<DbusmenuServer> server_;
+  gulong onBus_ = 0;  // the handler that waits for the bus; 0 once the menu is there
 };
 
 }  // namespace vellora
