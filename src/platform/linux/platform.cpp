@@ -1,0 +1,46 @@
+#include "platform/platform.h"
+
+#include "platform/linux/accessibility/linux_accessibility.h"
+#include "platform/linux/desktop/desktop.h"
+#include "platform/linux/drawing/pango_painter.h"
+#include "platform/linux/window/window.h"
+
+namespace vellora {
+namespace {
+
+// Connects to nothing until it is asked for what needs it.
+class LinuxPlatform final : public Platform {
+ public:
+  Application& application() override {
+    if (!application_) application_ = makeApplication();
+    return *application_;
+  }
+  std::shared_ptr<const Clock> makeClock() override { return vellora::makeClock(); }
+  std::shared_ptr<Accessibility> makeAccessibility() override { return makeLinuxAccessibility(); }
+  std::unique_ptr<Workspace> makeWorkspace() override { return vellora::makeWorkspace(session()); }
+  std::unique_ptr<MusicScripting> makeMusicScripting() override {
+    return vellora::makeMusicScripting();
+  }
+  std::unique_ptr<CaptionPainter> makeCaptionPainter() override {
+    return std::make_unique<PangoPainter>();
+  }
+  std::unique_ptr<NativeView> makeView() override { return vellora::makeView(session()); }
+  std::unique_ptr<Panel> makePanel() override { return vellora::makePanel(session()); }
+  std::unique_ptr<StatusItem> makeStatusItem() override { return vellora::makeStatusItem(); }
+
+ private:
+  // One display connection for all that needs one.
+  const std::shared_ptr<XSession>& session() {
+    if (!session_) session_ = makeXSession();
+    return session_;
+  }
+
+  std::unique_ptr<Application> application_;
+  std::shared_ptr<XSession> session_;
+};
+
+}  // namespace
+
+std::unique_ptr<Platform> makePlatform() { return std::make_unique<LinuxPlatform>(); }
+
+}  // namespace vellora
