@@ -1,0 +1,187 @@
+#include "platform/linux/accessibility/bus_connection.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <utility>
+
+namespace vellora {
+
+namespace {
+
+// Enough to keep both sides at work; few enough that the last of them is answered in time.
+constexpr std::size_t mostUnderWay = 64;
+
+// So that a peer that floods the connection does not keep the caller.
+constexpr int mostPerPump = 256;
+
+constexpr std::uint64_t noTimeout = UINT64_MAX;  // the timeouts are kept here, not by the library
+
+}  // namespace
+
+std::unique_ptr<BusConnection> BusConnection::openSession() {
+  sd_bus* opened = nullptr;
+  if (sd_bus_open_user(&opened) < 0) return nullptr;
+  return std::unique_ptr<BusConnection>(new BusConnection(BusPtr(opened)));
+}
+
+std::unique_ptr<BusConnection> BusConnection::open(const std::string& address) {
+  sd_bus* made = nullptr;
+  if (sd_bus_new(&made) < 0) return nullptr;
+  BusPtr bus(made);
+  if (sd_bus_set_address(bus.get(), address.c_str()) < 0) return nullptr;
+  if (sd_bus_set_bus_client(bus.get(), 1) < 0) return nullptr;
+  if (sd_bus_start(bus.get()) < 0) return nullptr;
+  return std::unique_ptr<BusConnection>(new BusConnection(std::move(bus)));
+}
+
+BusMessagePtr BusConnection::newCall(const std::string& destination, const std::string& path,
+                                     const char* interface, const char* member) {
+  sd_bus_message* made = nullptr;
+  if (sd_bus_message_new_method_call(bus_.get(), &made, destination.c_str(), path.c_str(),
+                                     interface, member) < 0) {
+    return nullptr;
+  }
+  BusMessagePtr call(made);
+  sd_bus_message_set_auto_start(call.get(), 0);
+  return call;
+}
+
+void BusConnection::send(BusMessagePtr call, ReplyHandler handler) {
+  std::string peer;
+  if (call) peer = sd_bus_message_get_destination(call.get());
+  waiting_.push_back({this, std::move(peer), std::move(call), std::move(handler), {}, {}, false});
+}
+
+void BusConnection::subscribe(const char* rule, SignalHandler handler) {
+  auto match = std::make_unique<Match>();
+  match->handler = std::move(handler);
+  sd_bus_slot* slot = nullptr;
+  if (sd_bus_add_match_async(bus_.get(), &slot, rule, onSignal, onMatchInstalled, match.get()) <
+      0) {
+    return;
+  }
+  match->slot.reset(slot);
+  matches_.push_back(std::move(match));
+}
+
+void BusConnection::exchange(Steady::time_point deadline, const std::function<void()>& refill) {
+  hearSilent();
+  bool changed = true;
+  for (;;) {
+    if (refill && changed && waiting_.size() + underWay_.size() < mostUnderWay / 2) refill();
+    sendWaiting();
+    if (waiting_.empty() && underWay_.empty()) return;
+    const auto now = Steady::now();
+    if (broken_ || now >= deadline) break;
+    expire(now);
+    const std::size_t before = underWay_.size();
+    const bool more = process();
+    dropTold();
+    changed = underWay_.size() != before;
+    const bool full = underWay_.size() >= mostUnderWay;
+    if (!more && !changed && !broken_ && (waiting_.empty() || full)) wait(deadline);
+  }
+  giveUp();
+}
+
+void BusConnection::pump() {
+  for (int i = 0; i < mostPerPump; ++i) {
+    sendWaiting();
+    expire(Steady::now());
+    if (!process()) break;
+  }
+  sendWaiting();
+  dropTold();
+  if (broken_) giveUp();
+}
+
+int BusConnection::onReply(sd_bus_message* reply, void* call, sd_bus_error*) {
+  tell(*static_cast<Call*>(call), sd_bus_message_is_method_error(reply, nullptr) ? nullptr : reply);
+  return 0;
+}
+
+int BusConnection::onSignal(sd_bus_message*, void* match, sd_bus_error*) {
+  static_cast<Match*>(match)->handler();
+  return 0;
+}
+
+// A daemon that refuses the match sends no signals; the connection goes on without them.
+int BusConnection::onMatchInstalled(sd_bus_message*, void*, sd_bus_error*) { return 0; }
+
+void BusConnection::tell(Call& call, sd_bus_message* reply) {
+  if (call.told) return;
+  call.told = true;
+  if (const ReplyHandler handler = std::exchange(call.handler, nullptr)) handler(reply);
+}
+
+void BusConnection::sendWaiting() {
+  while (!waiting_.empty() && underWay_.size() < mostUnderWay) {
+    underWay_.push_back(std::move(waiting_.front()));
+    waiting_.pop_front();
+    Call& call = underWay_.back();
+    call.sent = Steady::now();
+    sd_bus_slot* slot = nullptr;
+    if (broken_ || !call.message || silent_.contains(call.peer) ||
+        sd_bus_call_async(bus_.get(), &slot, call.message.get(), onReply, &call, noTimeout) < 0) {
+      tell(call, nullptr);
+    }
+    call.slot.reset(slot);
+    call.message.reset();
+    dropTold();
+  }
+}
+
+bool BusConnection::process() {
+  const int result = sd_bus_process(bus_.get(), nullptr);
+  if (result < 0) broken_ = true;
+  return result > 0;
+}
+
+void BusConnection::wait(Steady::time_point until) {
+  if (!underWay_.empty() && timeout_ < until - underWay_.front().sent) {
+    until = underWay_.front().sent + timeout_;
+  }
+  const auto left = std::chrono::ceil<std::chrono::microseconds>(until - Steady::now()).count();
+  if (left > 0 && sd_bus_wait(bus_.get(), static_cast<std::uint64_t>(left)) < 0) broken_ = true;
+}
+
+// Of the calls to a peer that has gone silent the last is kept: its answer shows that the peer has
+// caught up.
+void BusConnection::expire(Steady::time_point now) {
+  if (underWay_.empty() || now - underWay_.front().sent < timeout_) return;
+  const std::string peer = underWay_.front().peer;
+  for (Call& call : underWay_) {
+    if (call.peer == peer) tell(call, nullptr);
+  }
+  auto orphan = std::make_unique<Call>();
+  orphan->connection = this;
+  orphan->peer = peer;
+  const auto last = std::find_if(underWay_.rbegin(), underWay_.rend(),
+                                 [&](const Call& call) { return call.peer == peer; });
+  orphan->slot = std::move(last->slot);
+  sd_bus_slot_set_userdata(orphan->slot.get(), orphan.get());
+  silent_.insert_or_assign(peer, std::move(orphan));
+  dropTold();
+}
+
+// A peer that has caught up meanwhile is asked again.
+void BusConnection::hearSilent() {
+  for (int i = 0; i < mostPerPump && !silent_.empty() && process(); ++i) dropTold();
+}
+
+void BusConnection::dropTold() {
+  while (!underWay_.empty() && underWay_.front().told) underWay_.pop_front();
+  std::erase_if(silent_, [](const auto& entry) { return entry.second->told; });
+}
+
+void BusConnection::giveUp() {
+  for (Call& call : underWay_) tell(call, nullptr);
+  underWay_.clear();
+  while (!waiting_.empty()) {
+    Call call = std::move(waiting_.front());
+    waiting_.pop_front();
+    tell(call, nullptr);
+  }
+}
+
+}  // namespace vellora

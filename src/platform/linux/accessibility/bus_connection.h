@@ -1,0 +1,102 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/accessibility/bus_handles.h"
+
+namespace vellora {
+
+using Steady = std::chrono::steady_clock;
+
+// Told once for each call: the reply, or null when there is none (an error, no answer in time, the
+// connection lost). May send further calls, nothing else.
+using ReplyHandler = std::function<void(sd_bus_message* reply)>;
+
+// Told for each signal of a match.
+using SignalHandler = std::function<void()>;
+
+// A client's connection to a D-Bus daemon, over which many calls are under way at once. Nothing
+// here waits but `exchange`. A peer that let a call time out counts as silent until it answers that
+// call after all: it is asked nothing more meanwhile, so that a program that hangs is not heaped
+// with questions. One thread at a time.
+class BusConnection {
+ public:
+  // The user's session bus, as the environment names it; null when that names none that answers.
+  static std::unique_ptr<BusConnection> openSession();
+  // The bus at a D-Bus address (D-Bus specification, "Server Addresses"); null as above.
+  static std::unique_ptr<BusConnection> open(const std::string& address);
+
+  BusConnection(const BusConnection&) = delete;
+  BusConnection& operator=(const BusConnection&) = delete;
+
+  // A method call that starts no service by itself; null when a name is ill-formed, which may come
+  // from a peer. Null is then a call that gets no reply.
+  BusMessagePtr newCall(const std::string& destination, const std::string& path,
+                        const char* interface, const char* member);
+
+  // Sends the call when there is room among those under way. The timeout runs from that moment.
+  void send(BusMessagePtr call, ReplyHandler handler);
+
+  // Has `handler` told of signals until the connection ends. `rule` is a D-Bus match rule.
+  void subscribe(const char* rule, SignalHandler handler);
+
+  // Sends, receives and waits until every call was told or the deadline has passed; what is still
+  // open then is told that there is no reply. `refill` is asked for more calls when few are left.
+  void exchange(Steady::time_point deadline, const std::function<void()>& refill = {});
+
+  // Sends and receives what can be without waiting, and leaves the rest under way.
+  void pump();
+
+  // How long a call may go without a reply before its peer counts as silent; at first for ever.
+  void setTimeout(Steady::duration timeout) { timeout_ = timeout; }
+
+  bool isBroken() const { return broken_; }
+
+ private:
+  struct Call {
+    BusConnection* connection;
+    std::string peer;
+    BusMessagePtr message;
+    ReplyHandler handler;
+    BusSlotPtr slot;
+    Steady::time_point sent;
+    bool told = false;
+  };
+  struct Match {
+    SignalHandler handler;
+    BusSlotPtr slot;
+  };
+
+  explicit BusConnection(BusPtr bus) : bus_(std::move(bus)) {}
+
+  static int onReply(sd_bus_message* reply, void* call, sd_bus_error*);
+  static int onSignal(sd_bus_message* signal, void* match, sd_bus_error*);
+  static int onMatchInstalled(sd_bus_message* reply, void* match, sd_bus_error*);
+  static void tell(Call& call, sd_bus_message* reply);
+
+  void sendWaiting();
+  bool process();  // true when there may be more at once
+  void wait(Steady::time_point until);
+  void expire(Steady::time_point now);
+  void hearSilent();
+  void dropTold();
+  void giveUp();
+
+  BusPtr bus_;
+  bool broken_ = false;
+  Steady::duration timeout_ = Steady::duration::max();
+  std::deque<Call> waiting_;
+  std::deque<Call> underWay_;  // in the order of sending
+  std::map<std::string, std::unique_ptr<Call>, std::less<>> silent_;
+  std::vector<std::unique_ptr<Match>> matches_;
+};
+
+}  // namespace vellora

@@ -1,0 +1,124 @@
+#include "platform/linux/accessibility/bus_elements.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/linux/accessibility/attribute_mapping.h"
+#include "platform/linux/accessibility/bus_reading.h"
+
+namespace vellora {
+
+namespace {
+
+AttributeValue text(const std::optional<std::string>& value) {
+  return value ? AttributeValue(*value) : AttributeValue();
+}
+
+class BusElement final : public AccessibilityElement {
+ public:
+  BusElement(std::shared_ptr<BusReading> reading, NodeIndex node, int depth)
+      : reading_(std::move(reading)), node_(node), depth_(depth) {}
+
+  AttributeValue attribute(std::string_view name) override {
+    const auto source = attributeSource(name);
+    if (!source) return {};
+    switch (*source) {
+      case AttributeSource::windows:
+        return {};
+      case AttributeSource::iconified:
+        return iconified();
+      case AttributeSource::role:
+        return role();
+      case AttributeSource::children:
+        return children();
+      case AttributeSource::position:
+      case AttributeSource::size:
+        return extents(*source);
+      case AttributeSource::description:
+      case AttributeSource::name:
+      case AttributeSource::identifier:
+        return property(*source);
+    }
+    return {};
+  }
+
+ private:
+  AttributeValue iconified() {
+    const auto flag = depth_ == 0 ? reading_->isIconified(node_) : std::nullopt;
+    return flag ? AttributeValue(*flag) : AttributeValue();
+  }
+
+  AttributeValue role() {
+    const auto number = reading_->role(node_, depth_);
+    return number ? AttributeValue(std::string(roleText(*number))) : AttributeValue();
+  }
+
+  AttributeValue property(AttributeSource source) {
+    const auto properties = reading_->properties(node_, depth_);
+    if (!properties) return {};
+    if (source == AttributeSource::description) return text(properties->description);
+    if (source == AttributeSource::identifier) return text(properties->identifier);
+    return text(properties->name);
+  }
+
+  AttributeValue children() {
+    const auto nodes = reading_->children(node_, depth_);
+    if (!nodes) return {};
+    AccessibilityElements list;
+    list.reserve(nodes->size());
+    for (const NodeIndex child : *nodes) {
+      list.push_back(std::make_shared<BusElement>(reading_, child, depth_ + 1));
+    }
+    return list;
+  }
+
+  AttributeValue extents(AttributeSource source) {
+    const auto found = reading_->extents(node_, depth_);
+    if (!found) return {};
+    if (source == AttributeSource::position) {
+      return Point{static_cast<double>(found->x), static_cast<double>(found->y)};
+    }
+    return Size{static_cast<double>(found->width), static_cast<double>(found->height)};
+  }
+
+  std::shared_ptr<BusReading> reading_;
+  NodeIndex node_;
+  int depth_;
+};
+
+class BusApplicationElement final : public AccessibilityElement {
+ public:
+  BusApplicationElement(std::shared_ptr<ConnectionSlot> connections, std::int32_t processIdentifier,
+                        Steady::duration timeout)
+      : connections_(std::move(connections)),
+        processIdentifier_(processIdentifier),
+        timeout_(timeout) {}
+
+  AttributeValue attribute(std::string_view name) override {
+    if (attributeSource(name) != AttributeSource::windows) return {};
+    const auto reading = std::make_shared<BusReading>(connections_, timeout_);
+    AccessibilityElements list;
+    for (const NodeIndex window : reading->windows(processIdentifier_)) {
+      list.push_back(std::make_shared<BusElement>(reading, window, 0));
+    }
+    if (list.empty()) return {};
+    return list;
+  }
+
+ private:
+  std::shared_ptr<ConnectionSlot> connections_;
+  std::int32_t processIdentifier_;
+  Steady::duration timeout_;
+};
+
+}  // namespace
+
+std::shared_ptr<AccessibilityElement> makeApplicationElement(
+    std::shared_ptr<ConnectionSlot> connections, std::int32_t processIdentifier,
+    Steady::duration timeout) {
+  return std::make_shared<BusApplicationElement>(std::move(connections), processIdentifier,
+                                                 timeout);
+}
+
+}  // namespace vellora

@@ -1,0 +1,104 @@
+#include "platform/linux/accessibility/bus_reading.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/linux/accessibility/application_lookup.h"
+#include "platform/linux/accessibility/attribute_mapping.h"
+
+namespace vellora {
+
+namespace {
+
+// A walk takes 0.3 s; a slow program leaves it the last third to visit what was fetched.
+constexpr auto walkTime = std::chrono::milliseconds(300);
+constexpr auto prefetchTime = std::chrono::milliseconds(200);
+
+constexpr std::size_t mostVisited = 700;
+
+}  // namespace
+
+BusReading::BusReading(std::shared_ptr<ConnectionSlot> slot, Steady::duration timeout)
+    : slot_(std::move(slot)), timeout_(timeout), connection_(slot_->take()) {}
+
+BusReading::~BusReading() { slot_->keep(std::move(connection_)); }
+
+std::vector<NodeIndex> BusReading::windows(std::int32_t processIdentifier) {
+  const auto end = Steady::now() + timeout_;
+  bus_ = connection_->prepare(timeout_, end);
+  if (!bus_) return {};
+  queries_.emplace(*bus_, store_);
+  prefetch_.emplace(*bus_, store_, *queries_);
+  const auto application = findApplication(*bus_, store_, *queries_, processIdentifier, end);
+  if (!application) return {};
+  return findWindows(*bus_, store_, *queries_, *application, end);
+}
+
+std::optional<bool> BusReading::isIconified(NodeIndex window) {
+  const auto& states = store_[window].moment.states.value;
+  if (!states) return std::nullopt;
+  return (*states >> AtspiState::iconified & 1U) != 0;
+}
+
+std::optional<std::uint32_t> BusReading::role(NodeIndex node, int depth) {
+  ++visited_;
+  fetchFacts(node, depth);
+  return store_[node].facts.role.value;
+}
+
+std::optional<AccessibleProperties> BusReading::properties(NodeIndex node, int depth) {
+  fetchFacts(node, depth);
+  return store_[node].facts.properties.value;
+}
+
+std::optional<std::vector<NodeIndex>> BusReading::children(NodeIndex node, int depth) {
+  fetchFacts(node, depth);
+  if (store_[node].facts.children.isUnasked()) {
+    if (const auto until = deadline()) {
+      queries_->askChildren(node);
+      bus_->exchange(*until);
+    }
+  }
+  return store_[node].facts.children.value;
+}
+
+std::optional<AccessibleExtents> BusReading::extents(NodeIndex node, int depth) {
+  if (store_[node].moment.extents.isUnasked()) {
+    if (const auto until = deadline()) {
+      if (depth == 0 || !walkBegin_) {
+        queries_->askExtents(node);
+        bus_->exchange(*until);
+      } else {
+        prefetch_->askExtents(node, elementsLeft(), *walkBegin_ + walkTime);
+      }
+    }
+  }
+  return store_[node].moment.extents.value;
+}
+
+void BusReading::fetchFacts(NodeIndex node, int depth) {
+  if (!store_[node].facts.role.isUnasked() && !store_[node].facts.properties.isUnasked()) return;
+  if (!walkBegin_) walkBegin_ = Steady::now();
+  const auto until = deadline();
+  if (!until) return;
+  prefetch_->askFacts(node, depth, elementsLeft(), *walkBegin_ + prefetchTime,
+                      *walkBegin_ + walkTime);
+  if (store_[node].facts.role.isUnasked()) queries_->askRole(node);
+  if (store_[node].facts.properties.isUnasked()) queries_->askProperties(node);
+  bus_->exchange(*until);
+}
+
+std::size_t BusReading::elementsLeft() const {
+  return mostVisited - std::min(visited_, mostVisited) + 1;  // the present one is among the visited
+}
+
+std::optional<Steady::time_point> BusReading::deadline() const {
+  const auto now = Steady::now();
+  if (!bus_ || bus_->isBroken()) return std::nullopt;
+  auto until = now + timeout_;
+  if (walkBegin_) until = std::min(until, *walkBegin_ + walkTime);
+  if (now >= until) return std::nullopt;
+  return until;
+}
+
+}  // namespace vellora

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/linux/accessibility/accessible_queries.h"
+#include "platform/linux/accessibility/accessible_store.h"
+#include "platform/linux/accessibility/reading_connection.h"
+#include "platform/linux/accessibility/tree_prefetch.h"
+
+namespace vellora {
+
+// One reading of a program's windows over the accessibility bus: what its elements have in common.
+// It has a store of its own, so nothing is remembered from another reading; what a program was
+// asked once in a reading it is not asked again in it. One thread at a time.
+//
+// Time: listing the windows takes one messaging timeout at most. The first question about what is
+// in a window is answered in volleys for the whole window; from then on the reading asks for 0.3 s,
+// and then knows what it knows. A program that lets one call time out is asked no more.
+class BusReading {
+ public:
+  // `timeout` is that of a single call.
+  BusReading(std::shared_ptr<ConnectionSlot> slot, Steady::duration timeout);
+  ~BusReading();
+  BusReading(const BusReading&) = delete;
+  BusReading& operator=(const BusReading&) = delete;
+
+  // Comes first, once. Nothing is asked of any element before it.
+  std::vector<NodeIndex> windows(std::int32_t processIdentifier);
+
+  // Nothing where the element does not answer. `depth` counts from the window.
+  std::optional<bool> isIconified(NodeIndex window);
+  std::optional<std::uint32_t> role(NodeIndex node, int depth);
+  std::optional<AccessibleProperties> properties(NodeIndex node, int depth);
+  std::optional<std::vector<NodeIndex>> children(NodeIndex node, int depth);
+  std::optional<AccessibleExtents> extents(NodeIndex node, int depth);
+
+ private:
+  void fetchFacts(NodeIndex node, int depth);
+  std::size_t elementsLeft() const;
+  // Until when a question that is put now may take; nothing when there is no time left to put it.
+  std::optional<Steady::time_point> deadline() const;
+
+  std::shared_ptr<ConnectionSlot> slot_;
+  Steady::duration timeout_;
+  AccessibleStore store_;
+  std::unique_ptr<ReadingConnection> connection_;
+  BusConnection* bus_ = nullptr;  // of connection_; null when nothing can be asked
+  std::optional<AccessibleQueries> queries_;
+  std::optional<TreePrefetch> prefetch_;
+  std::optional<Steady::time_point> walkBegin_;
+  std::size_t visited_ = 0;
+};
+
+}  // namespace vellora

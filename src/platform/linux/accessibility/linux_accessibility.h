@@ -1,0 +1,20 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/accessibility.h"
+
+namespace vellora {
+
+// Accessibility over AT-SPI2. Trusted means that the session's accessibility bus is there and
+// switched on (org.a11y.Status, IsEnabled); without that no element answers anything. The first
+// `isTrusted` waits for the session bus, 250 ms at most, later ones do not wait. Asking for trust
+// switches accessibility on and says on standard error what else the user may do. Works without a
+// bus: it is not trusted then, and no element answers.
+//
+// An application element stands for one reading. It connects to the buses at its first query, and
+// hands the connection on to the next reading when it and its elements are gone; `isTrusted` has a
+// connection of its own. So a reading on another thread shares nothing with the main thread.
+std::shared_ptr<Accessibility> makeLinuxAccessibility();
+
+}  // namespace vellora

@@ -1,0 +1,109 @@
+#include "platform/linux/accessibility/tree_prefetch.h"
+
+#include <algorithm>
+
+#include "platform/linux/accessibility/attribute_mapping.h"
+
+namespace vellora {
+
+namespace {
+
+// Calls that one round of planning lines up.
+constexpr std::size_t mostPerRound = 64;
+
+// Elements in all: a tree that keeps its first branches for last makes prefetching useless, and is
+// then read element by element.
+constexpr std::size_t mostAsked = 2100;
+
+bool hasRole(const AccessibleNode& node, std::uint32_t role) {
+  return node.facts.role.value == role;
+}
+
+}  // namespace
+
+// One pass over what is known of the tree, in the walk's order. An element whose children are not
+// known yet counts as many elements as it says it has, so that what the walk cannot reach behind it
+// is left alone.
+struct TreePrefetch::Plan {
+  std::size_t position = 0;
+  std::size_t most = 0;
+  std::size_t calls = 0;
+
+  bool isFull() const { return position >= most || calls >= mostPerRound; }
+};
+
+void TreePrefetch::askFacts(NodeIndex top, int depth, std::size_t most, Steady::time_point end,
+                            Steady::time_point deadline) {
+  bus_.exchange(deadline, [&] {
+    if (Steady::now() >= end) return;
+    Plan plan{.most = most};
+    planFacts(top, depth, plan);
+  });
+}
+
+void TreePrefetch::planFacts(NodeIndex node, int depth, Plan& plan) {
+  if (plan.isFull() || depth > deepestPrefetched) return;
+  ++plan.position;
+  const AccessibleFacts& facts = store_[node].facts;
+  if (facts.properties.isUnasked()) {
+    if (asked_ >= mostAsked) return;
+    ++asked_;
+    queries_.askProperties(node);
+    if (facts.role.isUnasked()) queries_.askRole(node);
+    plan.calls += 2;
+    return;
+  }
+  if (!facts.properties.isTold() || depth == deepestPrefetched) return;
+  if (facts.children.isUnasked()) {
+    queries_.askChildren(node);
+    ++plan.calls;
+  }
+  if (!facts.children.isTold()) {
+    const auto& known = facts.properties.value;
+    plan.position +=
+        static_cast<std::size_t>(std::max(known ? known->childCount.value_or(0) : 0, 0));
+    return;
+  }
+  if (!facts.children.value) return;
+  for (std::size_t i = 0; i < store_[node].facts.children.value->size(); ++i) {
+    planFacts((*store_[node].facts.children.value)[i], depth + 1, plan);
+    if (plan.isFull()) return;
+  }
+}
+
+struct TreePrefetch::Volley {
+  NodeIndex first;
+  std::size_t most;
+  bool isBegun = false;
+  std::size_t position = 0;
+};
+
+void TreePrefetch::askExtents(NodeIndex node, std::size_t most, Steady::time_point deadline) {
+  NodeIndex top = node;
+  if (!hasRole(store_[node], AtspiRole::scrollPane)) {
+    ++climbs_;
+    for (int i = 0; i < climbs_ && store_[top].parent; ++i) top = *store_[top].parent;
+  }
+  queries_.askExtents(node);
+  Volley volley{.first = node, .most = most};
+  planExtents(top, 0, volley);
+  bus_.exchange(deadline);
+}
+
+void TreePrefetch::planExtents(NodeIndex node, int depth, Volley& volley) {
+  if (depth > deepestPrefetched) return;
+  if (node == volley.first) volley.isBegun = true;
+  if (volley.isBegun && ++volley.position > volley.most) return;
+  const AccessibleNode& here = store_[node];
+  if (volley.isBegun && here.moment.extents.isUnasked() &&
+      (hasRole(here, AtspiRole::pushButton) || hasRole(here, AtspiRole::scrollPane))) {
+    queries_.askExtents(node);
+  }
+  if (!here.facts.children.value) return;
+  for (const NodeIndex child : *here.facts.children.value) {
+    planExtents(child, depth + 1, volley);
+    if (volley.position > volley.most) return;
+  }
+}
+
+}  // namespace vellora

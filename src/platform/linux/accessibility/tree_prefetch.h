@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+
+#include "platform/linux/accessibility/accessible_queries.h"
+#include "platform/linux/accessibility/accessible_store.h"
+#include "platform/linux/accessibility/bus_connection.h"
+
+namespace vellora {
+
+// Deeper elements are asked only when somebody wants to know of them; the window is at depth 0.
+inline constexpr int deepestPrefetched = 23;
+
+// Asks in volleys what a walk that goes depth first, each element before its children, is about to
+// ask one at a time: of as many elements as that walk can still visit, and in its order.
+class TreePrefetch {
+ public:
+  TreePrefetch(BusConnection& bus, AccessibleStore& store, AccessibleQueries& queries)
+      : bus_(bus), store_(store), queries_(queries) {}
+
+  // Role, properties and children of the element, which is at `depth`, and of what is below it: of
+  // the first `most` elements in the walk's order. Begins no call after `end`, and waits for those
+  // begun until `deadline`.
+  void askFacts(NodeIndex top, int depth, std::size_t most, Steady::time_point end,
+                Steady::time_point deadline);
+
+  // Extents of the element, and of the buttons and scroll areas that a walk which wants the extents
+  // of this one will want next: those inside a scroll area; for another element those after it in
+  // its parent, and, each time that this did not reach far enough, in one ancestor further up.
+  void askExtents(NodeIndex node, std::size_t most, Steady::time_point deadline);
+
+ private:
+  struct Plan;
+  struct Volley;
+  void planFacts(NodeIndex node, int depth, Plan& plan);
+  void planExtents(NodeIndex node, int depth, Volley& volley);
+
+  BusConnection& bus_;
+  AccessibleStore& store_;
+  AccessibleQueries& queries_;
+  std::size_t asked_ = 0;  // elements in all
+  int climbs_ = 0;
+};
+
+}  // namespace vellora
