@@ -1,14 +1,5 @@
 #include "platform/linux/window/display_probe.h"
 
-#include <fcntl.h>
-#include <netdb.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-#include <xcb/xcb.h>
-
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -18,6 +9,15 @@
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include <fcntl.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
 
 #include "platform/linux/window/xcb_types.h"
 

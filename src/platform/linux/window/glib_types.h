@@ -1,8 +1,8 @@
 #pragma once
 
-#include <glib.h>
-
 #include <memory>
+
+#include <glib.h>
 
 namespace vellora {
 

@@ -1,10 +1,10 @@
 #include "platform/linux/window/panel_presenter.h"
 
-#include <cairo-xcb.h>
-
 #include <algorithm>
 #include <cmath>
 #include <utility>
+
+#include <cairo-xcb.h>
 
 #include "platform/linux/window/x_view.h"
 

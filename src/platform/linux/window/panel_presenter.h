@@ -11,8 +11,9 @@ namespace vellora {
 
 class XView;
 
-// A picture and where it goes, in points of the panel. Holding the picture keeps its pixels' address
-// from being given to another one, so that two placements are the same exactly when they show the same.
+// A picture and where it goes, in points of the panel. Holding the picture keeps its pixels'
+// address from being given to another one, so that two placements are the same exactly when they
+// show the same.
 struct Placement {
   std::shared_ptr<const CairoImage> picture;
   Rect destination;
@@ -22,10 +23,10 @@ struct Placement {
   }
 };
 
-// Brings a view's drawing onto the panel's window. What is shown is remembered as a list of pictures
-// and places: a drawing that comes to the same list sends nothing, and any other redraws only where
-// the two lists differ. It is put together beside the window, on the server, and appears there at
-// once. Main thread; the session must be present at each call of `present`.
+// Brings a view's drawing onto the panel's window. What is shown is remembered as a list of
+// pictures and places: a drawing that comes to the same list sends nothing, and any other redraws
+// only where the two lists differ. It is put together beside the window, on the server, and appears
+// there at once. Main thread; the session must be present at each call of `present`.
 class PanelPresenter {
  public:
   PanelPresenter(std::shared_ptr<XSession> session);

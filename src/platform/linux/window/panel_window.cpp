@@ -1,13 +1,13 @@
 #include "platform/linux/window/panel_window.h"
 
-#include <unistd.h>
-#include <xcb/shape.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <string_view>
 #include <utility>
+
+#include <unistd.h>
+#include <xcb/shape.h>
 
 #include "platform/linux/window/x_property.h"
 
@@ -55,8 +55,12 @@ PanelWindow::PanelWindow(std::shared_ptr<XSession> session) : session_(std::move
   const std::uint32_t mask = XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_BIT_GRAVITY |
                              XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP;
   const std::array<std::uint32_t, 6> values{
-      0, 0, XCB_GRAVITY_NORTH_WEST, 1,
-      XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY, colormap_};
+      0,
+      0,
+      XCB_GRAVITY_NORTH_WEST,
+      1,
+      XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+      colormap_};
   xcb_create_window(c, depth_, window_, session_->root(), 0, 0, 1, 1, 0,
                     XCB_WINDOW_CLASS_INPUT_OUTPUT, visual_->visual_id, mask, values.data());
 }
@@ -105,7 +109,8 @@ void PanelWindow::applySettings() {
   setNumbers(c, window_, atoms.netWmPid, XCB_ATOM_CARDINAL, {static_cast<std::uint32_t>(getpid())});
   // WM_HINTS (ICCCM 4.1.2.4): only the input field counts, and it says no.
   setNumbers(c, window_, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, {1, 0, 0, 0, 0, 0, 0, 0, 0});
-  setBytes(c, window_, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, std::string_view("vellora\0Vellora\0", 16));
+  setBytes(c, window_, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING,
+           std::string_view("vellora\0Vellora\0", 16));
   setBytes(c, window_, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, "Vellora");
   setBytes(c, window_, atoms.netWmName, atoms.utf8String, "Vellora");
 }

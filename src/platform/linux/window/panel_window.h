@@ -1,10 +1,10 @@
 #pragma once
 
-#include <xcb/xcb.h>
-
 #include <cstdint>
 #include <memory>
 #include <vector>
+
+#include <xcb/xcb.h>
 
 #include "base/rect.h"
 #include "platform/linux/window/x_session.h"
@@ -23,8 +23,8 @@ struct PixelRect {
   int bottom() const { return y + height; }
 };
 
-// Each edge goes to the nearest pixel; what lies outside the protocol's range, and what is no number,
-// is brought inside.
+// Each edge goes to the nearest pixel; what lies outside the protocol's range, and what is no
+// number, is brought inside.
 PixelRect nearestPixels(const Rect& pixels);
 
 // The overlay's window on the server: outside the window manager's care, without a background and

@@ -1,9 +1,9 @@
 #include "platform/linux/window/screen_metrics.h"
 
-#include <xcb/randr.h>
-
 #include <charconv>
 #include <cstring>
+
+#include <xcb/randr.h>
 
 #include "platform/linux/window/x_property.h"
 #include "platform/linux/window/xsettings.h"
@@ -92,8 +92,8 @@ void ScreenMetrics::readPrimaryHeight() {
     return;
   }
   primaryPixels_.reset();
-  const XcbReply<xcb_randr_get_monitors_reply_t> reply(xcb_randr_get_monitors_reply(
-      c, xcb_randr_get_monitors(c, session_.root(), 1), nullptr));
+  const XcbReply<xcb_randr_get_monitors_reply_t> reply(
+      xcb_randr_get_monitors_reply(c, xcb_randr_get_monitors(c, session_.root(), 1), nullptr));
   if (!reply) return;
   xcb_randr_monitor_info_iterator_t each = xcb_randr_get_monitors_monitors_iterator(reply.get());
   for (; each.rem > 0; xcb_randr_monitor_info_next(&each)) {

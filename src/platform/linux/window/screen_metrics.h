@@ -8,10 +8,10 @@
 namespace vellora {
 
 // How many device pixels make a point, and how high the primary screen is. A point is the toolkit's
-// logical pixel, in which accessibility gives extents: what GTK scales whole windows by, that is the
-// environment's GDK_SCALE or else the desktop's XSETTINGS entry "Gdk/WindowScalingFactor", and 1
-// where neither is set. Xft.dpi changes the size of fonts only, no coordinate. Asked of the server
-// once, and again when it says that something changed. Main thread.
+// logical pixel, in which accessibility gives extents: what GTK scales whole windows by, that is
+// the environment's GDK_SCALE or else the desktop's XSETTINGS entry "Gdk/WindowScalingFactor", and
+// 1 where neither is set. Xft.dpi changes the size of fonts only, no coordinate. Asked of the
+// server once, and again when it says that something changed. Main thread.
 class ScreenMetrics final : public XEventListener {
  public:
   // `gdkScale` is the environment's value, null when unset.

@@ -40,9 +40,8 @@ GSourceFuncs functions{prepare, check, dispatch, nullptr, nullptr, nullptr};
 XEventSource::XEventSource(XSession& session)
     : source_(g_source_new(&functions, sizeof(SourceData))) {
   data(source_.get()).session = &session;
-  data(source_.get()).watchedFd =
-      g_source_add_unix_fd(source_.get(), session.fd(),
-                           static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR));
+  data(source_.get()).watchedFd = g_source_add_unix_fd(
+      source_.get(), session.fd(), static_cast<GIOCondition>(G_IO_IN | G_IO_HUP | G_IO_ERR));
   g_source_set_name(source_.get(), "X events");
   g_source_attach(source_.get(), nullptr);
 }

@@ -15,8 +15,9 @@
 namespace vellora {
 
 // The overlay panel. Without a display it only remembers its settings. While it is shown it goes
-// back above any window that comes above it (see StackingGuard for the limit of that), and it follows
-// the compositor's coming and going: without one it is clipped to the captions' plates. Main thread.
+// back above any window that comes above it (see StackingGuard for the limit of that), and it
+// follows the compositor's coming and going: without one it is clipped to the captions' plates.
+// Main thread.
 class XPanel final : public Panel, private XEventListener, private ViewHost {
  public:
   explicit XPanel(std::shared_ptr<XSession> session);

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <xcb/xcb.h>
-
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <xcb/xcb.h>
 
 #include "platform/linux/window/xcb_types.h"
 

@@ -1,14 +1,14 @@
 #include "platform/linux/window/x_session.h"
 
-#include <xcb/randr.h>
-#include <xcb/shape.h>
-#include <xcb/xfixes.h>
-
 #include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <utility>
+
+#include <xcb/randr.h>
+#include <xcb/shape.h>
+#include <xcb/xfixes.h>
 
 #include "platform/linux/window/display_probe.h"
 #include "platform/linux/window/screen_metrics.h"

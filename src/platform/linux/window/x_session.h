@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cairo.h>
-#include <xcb/xcb.h>
-
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
+
+#include <cairo.h>
+#include <xcb/xcb.h>
 
 #include "platform/linux/window/x_atoms.h"
 #include "platform/linux/window/xcb_types.h"
@@ -59,8 +59,8 @@ class XSession {
   std::optional<std::uint8_t> randrFirstEvent() const { return randrFirstEvent_; }
   bool hasShape() const { return hasShape_; }
 
-  // Cairo keeps a connection's state in a device, which pictures drawn anywhere on it still refer to
-  // later: the session ends it before the connection.
+  // Cairo keeps a connection's state in a device, which pictures drawn anywhere on it still refer
+  // to later: the session ends it before the connection.
   void keepDrawingDevice(cairo_device_t* device);
 
   ScreenMetrics& metrics() const { return *metrics_; }
@@ -72,8 +72,8 @@ class XSession {
   // Whether moves and restackings of all top-level windows are heard.
   void watchTopLevels(bool watch);
 
-  // Sends what is buffered, then hands out every event that has arrived; does not wait. Within itself
-  // it does nothing.
+  // Sends what is buffered, then hands out every event that has arrived; does not wait. Within
+  // itself it does nothing.
   void dispatch();
   // Sends what is buffered; whether `dispatch` has something to do without new data arriving.
   bool prepareToWait();

@@ -1,11 +1,11 @@
 #include "platform/linux/window/x_workspace.h"
 
-#include <gio/gio.h>
-#include <sys/utsname.h>
-
 #include <algorithm>
 #include <set>
 #include <utility>
+
+#include <gio/gio.h>
+#include <sys/utsname.h>
 
 #include "platform/linux/window/screen_metrics.h"
 #include "platform/linux/window/x_property.h"
@@ -69,9 +69,9 @@ struct WindowQuestions {
 std::optional<std::string> bundleIdentifierOf(std::string_view gtkApplicationId,
                                               std::string_view wmClass) {
   const std::string_view instancePart = untilZero(wmClass);
-  const std::string_view classPart =
-      instancePart.size() < wmClass.size() ? untilZero(wmClass.substr(instancePart.size() + 1))
-                                           : std::string_view();
+  const std::string_view classPart = instancePart.size() < wmClass.size()
+                                         ? untilZero(wmClass.substr(instancePart.size() + 1))
+                                         : std::string_view();
   for (const std::string_view part : {untilZero(gtkApplicationId), classPart, instancePart}) {
     std::string text(part);
     if (g_application_id_is_valid(text.c_str()) != FALSE) return text;

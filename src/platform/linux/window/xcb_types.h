@@ -1,9 +1,9 @@
 #pragma once
 
-#include <xcb/xcb.h>
-
 #include <cstdlib>
 #include <memory>
+
+#include <xcb/xcb.h>
 
 namespace vellora {
 
