@@ -31,9 +31,19 @@ xcb_window_t XClient::makeWindow(const Rect& frame, std::uint32_t color, bool ma
       static_cast<std::uint16_t>(frame.height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
       screen_->root_visual, XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK,
       values.data());
+  // WM_NORMAL_HINTS (ICCCM 4.1.2.3): the place is the user's wish.
+  std::array<std::uint32_t, 18> hints{};
+  hints[0] = 1;
+  xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NORMAL_HINTS,
+                      XCB_ATOM_WM_SIZE_HINTS, 32, hints.size(), hints.data());
   xcb_map_window(connection(), window);
   sync();
   return window;
+}
+
+void XClient::map(xcb_window_t window) {
+  xcb_map_window(connection(), window);
+  sync();
 }
 
 void XClient::destroyWindow(xcb_window_t window) {

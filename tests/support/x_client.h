@@ -25,6 +25,7 @@ class XClient {
 
   // Mapped; `color` 0xRRGGBB. A managed one is the window manager's business.
   xcb_window_t makeWindow(const Rect& frame, std::uint32_t color, bool managed = true);
+  void map(xcb_window_t window);
   void destroyWindow(xcb_window_t window);
   void raise(xcb_window_t window);
 

@@ -70,6 +70,28 @@ class PanelFixture : public testing::Test {
     runLoopDry();
   }
 
+  // Runs the loop until the session has dealt with everything that other programs did so far, and
+  // the server with everything that the session answered.
+  void settle() {
+    struct Mark final : XEventListener {
+      void handleEvent(const xcb_generic_event_t& event) override {
+        seen = seen || (eventType(event) == XCB_PROPERTY_NOTIFY &&
+                        eventAs<xcb_property_notify_event_t>(event).atom == atom);
+      }
+      xcb_atom_t atom = XCB_ATOM_NONE;
+      bool seen = false;
+    } mark;
+    mark.atom = client.atom("_VELLORA_TEST_MARK");
+    session->addListener(mark);
+    client.setNumber(client.root(), "_VELLORA_TEST_MARK", 1);
+    EXPECT_TRUE(runLoopUntil([&] { return mark.seen; }));
+    session->removeListener(mark);
+    runLoopDry();
+    xcb_connection_t* const c = session->connection();
+    const XcbReply<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
+  }
+
   xcb_window_t own() { return client.findByClass("Vellora"); }
 
   // How many requests the session sends while `action` runs.

@@ -65,10 +65,10 @@ TEST_F(ViewTest, ManyRequestsMakeOneDrawing) {
   drawings = 0;
   for (int i = 0; i < 5; ++i) view->setNeedsDisplay();
   EXPECT_EQ(drawings, 0);
-  runLoopDry();
+  settle();
   EXPECT_EQ(drawings, 1);
   view->setNeedsDisplay();
-  runLoopDry();
+  settle();
   EXPECT_EQ(drawings, 2);
 }
 
@@ -78,12 +78,13 @@ TEST_F(ViewTest, IsNotDrawnWhileItsPanelIsHidden) {
   panel->orderOut();
   drawings = 0;
   view->setNeedsDisplay();
-  runLoopDry();
+  settle();
   EXPECT_EQ(drawings, 0);
 }
 
 TEST_F(ViewTest, ADrawingThatComesToTheSameSendsNothing) {
   showOnePicture();
+  settle();
   drawings = 0;
   EXPECT_EQ(requestsDuring([&] {
               view->setNeedsDisplay();
@@ -98,7 +99,7 @@ TEST_F(ViewTest, AnotherPictureInTheSamePlaceIsShown) {
   pictures[0].picture.reset();  // its memory may be given to the next one
   pictures[0].picture = plainPicture(100, 40, 10, {0, 1, 0, 1});
   view->setNeedsDisplay();
-  runLoopDry();
+  settle();
   EXPECT_EQ(client.pixel(200, 130), 0x00ff00u);
 }
 
@@ -106,7 +107,7 @@ TEST_F(ViewTest, PixelsOutsideTheChangeAreLeftAlone) {
   showOnePicture();
   pictures.push_back({plainPicture(100, 40, 0, {0, 1, 0, 1}), {50, 200, 100, 40}});
   view->setNeedsDisplay();
-  runLoopDry();
+  settle();
   client.clear(own());  // asks for a repaint, which is not served yet
   pictures[1].destination.y = 202;
   view->setNeedsDisplay();
@@ -120,7 +121,7 @@ TEST_F(ViewTest, LaterPicturesLieOverEarlierOnesAndAreBlended) {
   showOnePicture();
   pictures.push_back({plainPicture(100, 40, 0, {0, 0, 1, 0.5}), {100, 60, 100, 40}});
   view->setNeedsDisplay();
-  runLoopDry();
+  settle();
   EXPECT_EQ(client.pixel(160, 120), 0xff0000u);
   const std::uint32_t both = client.pixel(220, 120);
   EXPECT_NEAR(both >> 16, 0x7f, 2);
@@ -132,7 +133,7 @@ TEST_F(ViewTest, LaterPicturesLieOverEarlierOnesAndAreBlended) {
 TEST_F(ViewTest, AViewThatDoesNotBeginAtThePanelsCornerIsShiftedThere) {
   showOnePicture();
   view->setFrame({20, 10, 300, 200});
-  runLoopDry();
+  settle();
   EXPECT_EQ(client.boundingShape(own()), std::vector<Rect>({{80, 80, 80, 20}}));
   EXPECT_EQ(client.pixel(100 + 81, 50 + 81), 0xff0000u);
 }
