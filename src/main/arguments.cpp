@@ -1,8 +1,6 @@
 #include "main/arguments.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <system_error>
 
 #include "base/text.h"
 
@@ -25,21 +23,6 @@ std::optional<std::string> flagValue(const Arguments& arguments, std::string_vie
   const auto found = findFlag(arguments, flag);
   if (found == arguments.end() || found + 1 == arguments.end()) return std::nullopt;
   return *(found + 1);
-}
-
-std::filesystem::path fileLocation(std::string_view path) {
-  const std::size_t end = path.find_last_not_of('/');
-  if (end == std::string_view::npos) {
-    path = path.substr(0, 1);
-  } else {
-    path = path.substr(0, end + 1);
-  }
-  const std::filesystem::path given(path);
-  if (given.is_absolute()) return given;
-  std::error_code error;
-  const std::filesystem::path current = std::filesystem::current_path(error);
-  if (error) return given;
-  return given.empty() ? current : current / given;
 }
 
 }  // namespace vellora

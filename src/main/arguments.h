@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,12 +10,12 @@ namespace vellora {
 // The process's argument vector, the program path first.
 using Arguments = std::vector<std::string>;
 
-// The flags that the program knows; it ignores every other argument.
+// The flags that the program knows beside "--snapshot" (see snapshotLocation); it ignores every
+// other argument.
 struct Flags {
   static constexpr std::string_view renderTest = "--render-test";
   static constexpr std::string_view output = "--output";
   static constexpr std::string_view diagnose = "--diagnose";
-  static constexpr std::string_view snapshot = "--snapshot";
 };
 
 // Whether any argument is exactly that flag.
@@ -25,9 +24,5 @@ bool hasFlag(const Arguments& arguments, std::string_view flag);
 // The argument after the flag's first occurrence, whatever it is; nothing where the flag is absent
 // or stands last. Later occurrences are not looked at.
 std::optional<std::string> flagValue(const Arguments& arguments, std::string_view flag);
-
-// A path as given on the command line, made absolute against the current directory, without slashes
-// at its end. Whether it exists is not looked at; the empty path is the current directory.
-std::filesystem::path fileLocation(std::string_view path);
 
 }  // namespace vellora

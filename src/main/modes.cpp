@@ -1,11 +1,10 @@
 #include "main/modes.h"
 
-#include <filesystem>
-#include <optional>
 #include <ostream>
 #include <string>
 
 #include "controller/overlay_delegate.h"
+#include "exchange/exchange_folder.h"
 #include "main/diagnosis.h"
 #include "main/self_test.h"
 
@@ -13,16 +12,9 @@ namespace vellora {
 
 namespace {
 
-std::optional<std::filesystem::path> locationAfter(const Arguments& arguments,
-                                                   std::string_view flag) {
-  const std::optional<std::string> value = flagValue(arguments, flag);
-  if (!value) return std::nullopt;
-  return fileLocation(*value);
-}
-
 void runRenderTest(const Arguments& arguments, Platform& platform, std::ostream& output) {
   platform.application().setAccessoryPolicy();
-  const PixelSize size = runSelfTest(platform, locationAfter(arguments, Flags::output), output);
+  const PixelSize size = runSelfTest(platform, flagValue(arguments, Flags::output), output);
   output << "PASS native AppKit caption rendering (" << std::to_string(size.width) << " × "
          << std::to_string(size.height) << ")" << std::endl;
 }
@@ -30,8 +22,8 @@ void runRenderTest(const Arguments& arguments, Platform& platform, std::ostream&
 void runOverlay(const Arguments& arguments, Platform& platform, std::ostream& output) {
   Application& application = platform.application();
   application.setAccessoryPolicy();
-  const auto controller = std::make_shared<OverlayDelegate>(
-      locationAfter(arguments, Flags::snapshot), platform, output);
+  const auto controller =
+      std::make_shared<OverlayDelegate>(snapshotLocation(arguments), platform, output);
   application.setDelegate(controller);
   application.run();
 }

@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "controller/overlay_delegate.h"
 #include "main/fatal.h"
 
 namespace vellora {
@@ -68,13 +67,13 @@ std::int64_t pixelNumber(double value) {
   return static_cast<std::int64_t>(value);
 }
 
-void writePng(const Bitmap& bitmap, const std::filesystem::path& location) {
+void writePng(const Bitmap& bitmap, const std::string& location) {
   const std::optional<std::vector<std::uint8_t>> png = bitmap.png();
   if (!png) return;
   std::ofstream file(location, std::ios::binary | std::ios::trunc);
   file.write(reinterpret_cast<const char*>(png->data()), static_cast<std::streamsize>(png->size()));
   file.close();
-  if (!file) fatalError("Could not write " + location.string());
+  if (!file) fatalError("Could not write " + location);
 }
 
 }  // namespace
@@ -86,15 +85,19 @@ double alphaAt(const Bitmap& bitmap, double viewWidth, Point point) {
   return bitmap.alpha(column, row).value_or(-1);
 }
 
-PixelSize runSelfTest(Platform& platform, const std::optional<std::filesystem::path>& picture,
+void checkComposition(const OverlayDelegate& controller) {
+  check(controller.panel->ignoresMouseEvents());
+  check(!controller.panel->isOpaque());
+  check(controller.canvas.captions().size() == 1);
+}
+
+PixelSize runSelfTest(Platform& platform, const std::optional<std::string>& picture,
                       std::ostream& output) {
   const auto controller = std::make_shared<OverlayDelegate>(std::nullopt, platform, output);
   CaptionView& canvas = controller->canvas;
   controller->configurePanel();
   controller->render(sampleLayout(), sampleSnapshot(platform.makeClock()->now()), false);
-  check(controller->panel->ignoresMouseEvents());
-  check(!controller->panel->isOpaque());
-  check(canvas.captions().size() == 1);
+  checkComposition(*controller);
 
   canvas.setCaptions(sampleCaptions());
   canvas.setNeedsDisplay();

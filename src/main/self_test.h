@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <iosfwd>
 #include <optional>
+#include <string>
 
+#include "controller/overlay_delegate.h"
 #include "platform/platform.h"
 
 namespace vellora {
@@ -20,8 +21,12 @@ struct PixelSize {
 // is given (not atomically). Ends the process abnormally at the first check that fails, without a
 // word; with a line on standard error where there is no picture to draw in or the file cannot be
 // written. Main thread.
-PixelSize runSelfTest(Platform& platform, const std::optional<std::filesystem::path>& picture,
+PixelSize runSelfTest(Platform& platform, const std::optional<std::string>& picture,
                       std::ostream& output);
+
+// Its check of what the composition made: a panel that lets clicks and the window below through,
+// and one caption. Ends the process when it does not hold.
+void checkComposition(const OverlayDelegate& controller);
 
 // Alpha from 0 to 1 of the pixel under `point`, which is in the coordinates of a view of the given
 // width (points, y downward) that was drawn into the bitmap; −1 outside the bitmap. A point that is

@@ -22,7 +22,7 @@ namespace vellora {
 // whoever asks for them. Of the other seams the one made last is at hand; its maker owns it, so
 // that these pointers hold for as long as the controller does. Settings above them are for what is
 // made from then on.
-class FakePlatform final : public Platform {
+class FakePlatform : public Platform {
  public:
   Application& application() override { return app; }
   std::shared_ptr<const Clock> makeClock() override { return clock; }
