@@ -47,6 +47,10 @@ int run(const PlayerOptions& options) {
   const auto song = findSong(songs, options.song);
   if (!song) return fail("no song \"" + options.song + "\" in " + options.library.string());
 
+  if (options.position > songs[*song].length) {
+    return fail("the song ends before the position asked for");
+  }
+
   // The instance and the class that window managers know the window by.
   g_set_prgname(applicationId);
   if (!gtk_init_check(nullptr, nullptr)) return fail("no display");
