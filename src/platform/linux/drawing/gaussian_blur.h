@@ -8,7 +8,7 @@ namespace vellora {
 // Standard deviations, in pixels: below the smallest a Gaussian changes nothing in an 8-bit image,
 // above the largest it is refused.
 inline constexpr double smallestBlur = 0.16;
-inline constexpr double largestBlur = 1000;
+inline constexpr double largestBlur = 64;
 
 // An image in memory of four 8-bit channels a pixel, rows from the top.
 template <typename Byte>

@@ -41,9 +41,9 @@ struct PangoFontDescriptionDelete {
 };
 using PangoFontPtr = std::unique_ptr<PangoFontDescription, PangoFontDescriptionDelete>;
 
-struct PangoAttributesDelete {
-  void operator()(PangoAttrList* attributes) const { pango_attr_list_unref(attributes); }
+struct PangoMetricsDelete {
+  void operator()(PangoFontMetrics* metrics) const { pango_font_metrics_unref(metrics); }
 };
-using PangoAttributesPtr = std::unique_ptr<PangoAttrList, PangoAttributesDelete>;
+using PangoMetricsPtr = std::unique_ptr<PangoFontMetrics, PangoMetricsDelete>;
 
 }  // namespace vellora

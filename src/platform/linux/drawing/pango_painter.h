@@ -1,13 +1,12 @@
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
 #include "platform/caption_painter.h"
-#include "platform/linux/drawing/handles.h"
+#include "platform/linux/drawing/text_setter.h"
 
 namespace vellora {
 
@@ -15,8 +14,6 @@ namespace vellora {
 // CairoImages. Main thread.
 class PangoPainter final : public CaptionPainter {
  public:
-  PangoPainter();
-
   double measureHeight(std::string_view text, double fontSize, double width,
                        double maximumHeight) override;
 
@@ -28,13 +25,9 @@ class PangoPainter final : public CaptionPainter {
   std::shared_ptr<const CaptionImage> blur(const CaptionImage& image, double radius) override;
 
  private:
-  void layOut(std::string_view text, double fontSize, double width);
   void showText(cairo_t* context, const CaptionDrawing& drawing);
 
-  PangoFontMapPtr fontMap_;
-  PangoContextPtr context_;
-  PangoLayoutPtr layout_;
-  PangoFontPtr font_;
+  TextSetter textSetter_;
   // Heights measured lately: the same rows are measured again at every reading.
   std::unordered_map<std::string, double> heights_;
 };

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "base/rect.h"
+#include "platform/linux/drawing/handles.h"
+
+namespace vellora {
+
+// Sets captions' text with Pango: the system font in medium weight, wrapped at words, on lines at
+// equal distances whatever fonts a line needs. Lengths are points; the same text breaks into the
+// same lines at every scale. Needs no display. Main thread.
+class TextSetter {
+ public:
+  // From one baseline to the next, in font sizes.
+  static constexpr double lineHeight = 1.25;
+
+  TextSetter();
+
+  // Height of the whole text. 0 where a length is not positive or not finite.
+  double height(std::string_view text, double fontSize, double width);
+
+  // Shows the text from the top of `place` in the context's source colour. Where it is higher than
+  // `place`, the last line that fits takes all that is left, without its line ends, and ends with
+  // an ellipsis where that is too long. There is always one line; where a length is not positive or
+  // not finite, there is nothing. The context's unit is the point.
+  void show(cairo_t* context, std::string_view text, double fontSize, const Rect& place);
+
+ private:
+  void layOut(PangoLayout* layout, std::string_view text, double fontSize, double width);
+  void showLine(cairo_t* context, PangoLayoutLine* line, double fontSize, double width,
+                Point lineTop);
+  void showRest(cairo_t* context, PangoLayoutLine* line, double fontSize, double width,
+                Point lineTop);
+
+  PangoFontMapPtr fontMap_;
+  PangoContextPtr context_;
+  PangoFontPtr font_;
+  PangoLayoutPtr layout_;
+  PangoLayoutPtr lastLine_;
+  double baseline_ = 0;  // below a line's top, in font sizes
+};
+
+}  // namespace vellora
