@@ -1,8 +1,5 @@
-#include <cstdlib>
-
-#include <unistd.h>
-
 #include "controller/controller_fixture.h"
+#include "support/ordinary_user.h"
 
 namespace vellora {
 namespace {
@@ -215,21 +212,6 @@ TEST_F(ExchangeUseTest, ADroppedCommandDoesNotHastenThePublication) {
   EXPECT_EQ(questions(), 1u);
 }
 
-// Gives up the right to write anywhere, as an administrator's test run has it.
-class WithoutPrivileges {
- public:
-  WithoutPrivileges() : user_(geteuid()) {
-    if (user_ == 0 && seteuid(nobody) != 0) std::abort();
-  }
-  ~WithoutPrivileges() {
-    if (user_ == 0 && seteuid(user_) != 0) std::abort();
-  }
-
- private:
-  static constexpr uid_t nobody = 65534;
-  uid_t user_;
-};
-
 TEST_F(ExchangeUseTest, AFreshCommandWhoseFileCannotBeRemovedRunsUntilItIsTwentySecondsOld) {
   using std::filesystem::perms;
   writeSync();
@@ -237,7 +219,8 @@ TEST_F(ExchangeUseTest, AFreshCommandWhoseFileCannotBeRemovedRunsUntilItIsTwenty
   std::filesystem::permissions(folder.path(), perms::owner_read | perms::owner_exec |
                                                   perms::group_read | perms::group_exec |
                                                   perms::others_read | perms::others_exec);
-  const WithoutPrivileges here;
+  const OrdinaryUser here;
+  ASSERT_TRUE(here.worked());
   controller->tick();
   controller->tick();
   EXPECT_EQ(commands(), 2u);

@@ -1,0 +1,85 @@
+#include "main/program.h"
+
+#include <chrono>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace vellora {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr char passLine[] = "PASS native AppKit caption rendering (2400 × 1600)\n";
+constexpr char untrustedLine[] = "Accessibility trusted: false\n";
+
+MATCHER(SucceededStatus, "exit status 0") { return WIFEXITED(arg) && WEXITSTATUS(arg) == 0; }
+MATCHER(AbortedStatus, "aborted") { return WIFSIGNALED(arg) && WTERMSIG(arg) == SIGABRT; }
+
+// The program itself, without a display and without a bus.
+TEST(ProgramTest, TheSelfTestPassesAtScaleTwo) {
+  Program program({"--render-test"});
+  EXPECT_THAT(program.wait(), SucceededStatus());
+  EXPECT_EQ(program.output(), passLine);
+}
+
+TEST(ProgramTest, TheSelfTestSavesItsPicture) {
+  TemporaryFolder folder;
+  Program program({"--render-test", "--output", (folder / "x.png").string()});
+  EXPECT_THAT(program.wait(), SucceededStatus());
+  EXPECT_EQ(program.output(), passLine);
+  // The signature and the header of the size, as the PNG standard (ISO/IEC 15948) has them.
+  EXPECT_THAT(readText(folder / "x.png"),
+              StartsWith(std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\x09\x60\0\0\x06\x40", 24)));
+}
+
+TEST(ProgramTest, APictureThatCannotBeSavedEndsItBeforeThePassLine) {
+  TemporaryFolder folder;
+  Program program({"--render-test", "--output", (folder / "missing" / "x.png").string()});
+  EXPECT_THAT(program.wait(), AbortedStatus());
+  EXPECT_EQ(program.output(), "");
+  EXPECT_THAT(program.errors(), HasSubstr("Fatal error: Could not write"));
+}
+
+TEST(ProgramTest, OutputAsTheLastArgumentIsIgnored) {
+  Program program({"--render-test", "--output"});
+  EXPECT_THAT(program.wait(), SucceededStatus());
+  EXPECT_EQ(program.output(), passLine);
+}
+
+TEST(ProgramTest, TheSelfTestGoesBeforeTheDiagnosis) {
+  Program program({"--diagnose", "--render-test"});
+  EXPECT_THAT(program.wait(), SucceededStatus());
+  EXPECT_EQ(program.output(), passLine);
+}
+
+TEST(ProgramTest, TheDiagnosisPrintsThatItIsNotTrusted) {
+  TemporaryFolder folder;
+  Program program({"--snapshot", (folder / "s.json").string(), "--diagnose"});
+  EXPECT_THAT(program.wait(), SucceededStatus());
+  EXPECT_EQ(program.output(), untrustedLine);
+  EXPECT_THAT(folder.names(), IsEmpty());
+}
+
+TEST(ProgramTest, TheOverlayRunsAndReportsEvenSo) {
+  using namespace std::chrono_literals;
+  TemporaryFolder folder;
+  Program program({"--unknown", "--snapshot", (folder / "s.json").string()});
+  const auto deadline = std::chrono::steady_clock::now() + 20s;
+  while (!std::filesystem::exists(folder / "status.json") &&
+         std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::sleep_for(10ms);
+  }
+  EXPECT_TRUE(program.running());
+  EXPECT_THAT(folder.names(), ElementsAre("status.json"));
+  EXPECT_EQ(readText(folder / "status.json"),
+            R"({"message":"Waiting for fresh lyrics from Tessaly","stopped":false})");
+}
+
+}  // namespace
+}  // namespace vellora
