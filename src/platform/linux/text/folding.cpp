@@ -17,12 +17,13 @@ namespace {
 // in these scripts only.
 constexpr char32_t firstBeyondMarkedScripts = 0x510;
 
+bool isSkinTone(char32_t character) { return character >= 0x1F3FB && character <= 0x1F3FF; }
+
 bool isExtender(char32_t character) {
   constexpr char32_t zeroWidthJoiner = 0x200D;
   if (character < 0x300 || character == zeroWidthJoiner) return false;
-  const auto point = static_cast<UChar32>(character);
-  return u_hasBinaryProperty(point, UCHAR_GRAPHEME_EXTEND) ||
-         u_hasBinaryProperty(point, UCHAR_EMOJI_MODIFIER);
+  return u_hasBinaryProperty(static_cast<UChar32>(character), UCHAR_GRAPHEME_EXTEND) ||
+         isSkinTone(character);
 }
 
 // A full-width or half-width form made ordinary, where that is one character.
@@ -37,6 +38,7 @@ UChar32 withoutWidth(UChar32 character) {
 
 // The letter below the marks of Latin, Greek and Cyrillic letters.
 UChar32 withoutMarks(UChar32 character) {
+  if (u_getIntPropertyValue(character, UCHAR_NFD_QUICK_CHECK) == UNORM_YES) return character;
   icu::UnicodeString parts;
   if (!normalizer(Normalization::decomposed).getDecomposition(character, parts)) return character;
   const UChar32 first = parts.char32At(0);

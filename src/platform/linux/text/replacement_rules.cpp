@@ -1,0 +1,81 @@
+#include "platform/linux/text/replacement_rules.h"
+
+#include <algorithm>
+
+#include <unicode/uchar.h>
+
+#include "base/utf8.h"
+
+namespace vellora {
+
+namespace {
+
+// Letters and punctuation mean themselves in a rule where they are not ASCII: the syntax of rules
+// has no others but symbols and private characters.
+bool isLiteral(std::string_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const char32_t character = nextCharacter(text, at);
+    const auto point = static_cast<UChar32>(character);
+    if (character < 0x80 || !(u_isalpha(point) || u_ispunct(point))) return false;
+  }
+  return !text.empty();
+}
+
+}  // namespace
+
+std::optional<ReplacementRules> ReplacementRules::parse(std::string_view written) {
+  ReplacementRules rules;
+  while (!written.empty()) {
+    const std::size_t end = std::min(written.find('\n'), written.size());
+    if (!rules.add(written.substr(0, end))) return std::nullopt;
+    written.remove_prefix(std::min(end + 1, written.size()));
+  }
+  if (rules.byFirst.empty()) return std::nullopt;
+  return rules;
+}
+
+bool ReplacementRules::add(std::string_view line) {
+  constexpr std::string_view becomes = " > ";
+  if (!line.ends_with(';')) return false;
+  line.remove_suffix(1);
+  const std::size_t middle = line.find(becomes);
+  if (middle == std::string_view::npos) return false;
+  const std::string_view piece = line.substr(0, middle);
+  const std::string_view replacement = line.substr(middle + becomes.size());
+  if (!isLiteral(piece) || !isLiteral(replacement)) return false;
+  std::size_t at = 0;
+  const char32_t first = nextCharacter(piece, at);
+  lowest = std::min(lowest, first);
+  highest = std::max(highest, first);
+  byFirst[first].push_back({std::string(piece), std::string(replacement)});
+  return true;
+}
+
+const ReplacementRules::Rule* ReplacementRules::fitting(char32_t first,
+                                                        std::string_view text) const {
+  if (first < lowest || first > highest) return nullptr;
+  const auto rules = byFirst.find(first);
+  if (rules == byFirst.end()) return nullptr;
+  for (const Rule& rule : rules->second) {
+    if (text.starts_with(rule.piece)) return &rule;
+  }
+  return nullptr;
+}
+
+std::string ReplacementRules::apply(std::string_view text) const {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t begin = at;
+    const char32_t character = nextCharacter(text, at);
+    if (const Rule* rule = fitting(character, text.substr(begin))) {
+      result += rule->replacement;
+      at = begin + rule->piece.size();
+    } else {
+      appendCharacter(result, character);
+    }
+  }
+  return result;
+}
+
+}  // namespace vellora
