@@ -8,8 +8,8 @@ namespace vellora {
 
 namespace {
 
-// Enough to keep both sides at work; few enough that the last of them is answered in time.
-constexpr std::size_t mostUnderWay = 64;
+// Enough to keep both sides at work; few enough that they are soon answered.
+constexpr std::size_t mostUnderWay = 32;
 
 // So that a peer that floods the connection does not keep the caller.
 constexpr int mostPerPump = 256;
@@ -65,6 +65,17 @@ void BusConnection::subscribe(const char* rule, SignalHandler handler) {
 }
 
 void BusConnection::exchange(Steady::time_point deadline, const std::function<void()>& refill) {
+  run(deadline, refill);
+  giveUp();
+}
+
+void BusConnection::wait(Steady::time_point deadline) {
+  run(deadline, {});
+  if (broken_) giveUp();
+}
+
+void BusConnection::run(Steady::time_point deadline, const std::function<void()>& refill) {
+  lastHeard_.clear();
   hearSilent();
   bool changed = true;
   for (;;) {
@@ -72,16 +83,15 @@ void BusConnection::exchange(Steady::time_point deadline, const std::function<vo
     sendWaiting();
     if (waiting_.empty() && underWay_.empty()) return;
     const auto now = Steady::now();
-    if (broken_ || now >= deadline) break;
+    if (broken_ || now >= deadline) return;
     expire(now);
     const std::size_t before = underWay_.size();
     const bool more = process();
     dropTold();
     changed = underWay_.size() != before;
     const bool full = underWay_.size() >= mostUnderWay;
-    if (!more && !changed && !broken_ && (waiting_.empty() || full)) wait(deadline);
+    if (!more && !changed && !broken_ && (waiting_.empty() || full)) sleep(deadline);
   }
-  giveUp();
 }
 
 void BusConnection::pump() {
@@ -96,7 +106,9 @@ void BusConnection::pump() {
 }
 
 int BusConnection::onReply(sd_bus_message* reply, void* call, sd_bus_error*) {
-  tell(*static_cast<Call*>(call), sd_bus_message_is_method_error(reply, nullptr) ? nullptr : reply);
+  Call& answered = *static_cast<Call*>(call);
+  answered.connection->lastHeard_.insert_or_assign(answered.peer, Steady::now());
+  tell(answered, sd_bus_message_is_method_error(reply, nullptr) ? nullptr : reply);
   return 0;
 }
 
@@ -137,31 +149,44 @@ bool BusConnection::process() {
   return result > 0;
 }
 
-void BusConnection::wait(Steady::time_point until) {
-  if (!underWay_.empty() && timeout_ < until - underWay_.front().sent) {
-    until = underWay_.front().sent + timeout_;
+void BusConnection::sleep(Steady::time_point until) {
+  if (!underWay_.empty() && timeout_ < until - turnOf(underWay_.front())) {
+    until = turnOf(underWay_.front()) + timeout_;
   }
   const auto left = std::chrono::ceil<std::chrono::microseconds>(until - Steady::now()).count();
   if (left > 0 && sd_bus_wait(bus_.get(), static_cast<std::uint64_t>(left)) < 0) broken_ = true;
 }
 
-// Of the calls to a peer that has gone silent the last is kept: its answer shows that the peer has
-// caught up.
+// A program takes its calls in turn, so the time of a call begins when the one before it is
+// answered.
+Steady::time_point BusConnection::turnOf(const Call& call) const {
+  const auto heard = lastHeard_.find(call.peer);
+  return heard == lastHeard_.end() ? call.sent : std::max(call.sent, heard->second);
+}
+
 void BusConnection::expire(Steady::time_point now) {
-  if (underWay_.empty() || now - underWay_.front().sent < timeout_) return;
+  if (underWay_.empty() || now - turnOf(underWay_.front()) < timeout_) return;
   const std::string peer = underWay_.front().peer;
+  silence(peer);
   for (Call& call : underWay_) {
     if (call.peer == peer) tell(call, nullptr);
   }
-  auto orphan = std::make_unique<Call>();
-  orphan->connection = this;
-  orphan->peer = peer;
-  const auto last = std::find_if(underWay_.rbegin(), underWay_.rend(),
-                                 [&](const Call& call) { return call.peer == peer; });
-  orphan->slot = std::move(last->slot);
-  sd_bus_slot_set_userdata(orphan->slot.get(), orphan.get());
-  silent_.insert_or_assign(peer, std::move(orphan));
   dropTold();
+}
+
+// Of the calls to a peer that has gone silent the last is kept: its answer shows that the peer has
+// caught up.
+void BusConnection::silence(const std::string& peer) {
+  const auto last = std::find_if(underWay_.rbegin(), underWay_.rend(), [&](const Call& call) {
+    return call.peer == peer && !call.told && call.slot;
+  });
+  if (last == underWay_.rend()) return;
+  auto kept = std::make_unique<Call>();
+  kept->connection = this;
+  kept->peer = peer;
+  kept->slot = std::move(last->slot);
+  sd_bus_slot_set_userdata(kept->slot.get(), kept.get());
+  silent_.insert_or_assign(peer, std::move(kept));
 }
 
 // A peer that has caught up meanwhile is asked again.
@@ -175,7 +200,10 @@ void BusConnection::dropTold() {
 }
 
 void BusConnection::giveUp() {
-  for (Call& call : underWay_) tell(call, nullptr);
+  for (Call& call : underWay_) {
+    if (!call.told && !broken_ && !silent_.contains(call.peer)) silence(call.peer);
+    tell(call, nullptr);
+  }
   underWay_.clear();
   while (!waiting_.empty()) {
     Call call = std::move(waiting_.front());

@@ -42,7 +42,7 @@ class BusConnection {
   BusMessagePtr newCall(const std::string& destination, const std::string& path,
                         const char* interface, const char* member);
 
-  // Sends the call when there is room among those under way. The timeout runs from that moment.
+  // Sends the call when there is room among those under way.
   void send(BusMessagePtr call, ReplyHandler handler);
 
   // Has `handler` told of signals until the connection ends. `rule` is a D-Bus match rule.
@@ -52,17 +52,21 @@ class BusConnection {
   // open then is told that there is no reply. `refill` is asked for more calls when few are left.
   void exchange(Steady::time_point deadline, const std::function<void()>& refill = {});
 
+  // The same, but what is still open at the deadline stays under way.
+  void wait(Steady::time_point deadline);
+
   // Sends and receives what can be without waiting, and leaves the rest under way.
   void pump();
 
-  // How long a call may go without a reply before its peer counts as silent; at first for ever.
+  // How long a peer that owes answers may go without giving one before it counts as silent; at
+  // first for ever.
   void setTimeout(Steady::duration timeout) { timeout_ = timeout; }
 
   bool isBroken() const { return broken_; }
 
  private:
   struct Call {
-    BusConnection* connection;
+    BusConnection* connection = nullptr;
     std::string peer;
     BusMessagePtr message;
     ReplyHandler handler;
@@ -84,8 +88,11 @@ class BusConnection {
 
   void sendWaiting();
   bool process();  // true when there may be more at once
-  void wait(Steady::time_point until);
+  void run(Steady::time_point deadline, const std::function<void()>& refill);
+  void sleep(Steady::time_point until);  // until something arrives, or a call is overdue
+  Steady::time_point turnOf(const Call& call) const;
   void expire(Steady::time_point now);
+  void silence(const std::string& peer);
   void hearSilent();
   void dropTold();
   void giveUp();
@@ -96,6 +103,7 @@ class BusConnection {
   std::deque<Call> waiting_;
   std::deque<Call> underWay_;  // in the order of sending
   std::map<std::string, std::unique_ptr<Call>, std::less<>> silent_;
+  std::map<std::string, Steady::time_point, std::less<>> lastHeard_;  // in this run
   std::vector<std::unique_ptr<Match>> matches_;
 };
 

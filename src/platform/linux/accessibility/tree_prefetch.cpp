@@ -1,6 +1,7 @@
 #include "platform/linux/accessibility/tree_prefetch.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "platform/linux/accessibility/attribute_mapping.h"
 
@@ -9,7 +10,7 @@ namespace vellora {
 namespace {
 
 // Calls that one round of planning lines up.
-constexpr std::size_t mostPerRound = 64;
+constexpr std::size_t mostPerRound = 32;
 
 // Elements in all: a tree that keeps its first branches for last makes prefetching useless, and is
 // then read element by element.
@@ -71,11 +72,13 @@ void TreePrefetch::planFacts(NodeIndex node, int depth, Plan& plan) {
   }
 }
 
+// The elements that a walk will want the extents of, in its order.
 struct TreePrefetch::Volley {
   NodeIndex first;
   std::size_t most;
   bool isBegun = false;
   std::size_t position = 0;
+  std::vector<NodeIndex> wanted{};
 };
 
 void TreePrefetch::askExtents(NodeIndex node, std::size_t most, Steady::time_point deadline) {
@@ -84,10 +87,20 @@ void TreePrefetch::askExtents(NodeIndex node, std::size_t most, Steady::time_poi
     ++climbs_;
     for (int i = 0; i < climbs_ && store_[top].parent; ++i) top = *store_[top].parent;
   }
-  queries_.askExtents(node);
   Volley volley{.first = node, .most = most};
   planExtents(top, 0, volley);
-  bus_.exchange(deadline);
+
+  // Half of the time is left for what a slow program does not answer in the first half.
+  const auto begin = Steady::now();
+  const auto end = begin + (deadline - begin) / 2;
+  queries_.askExtents(node);
+  auto next = volley.wanted.begin();
+  bus_.exchange(deadline, [&] {
+    for (std::size_t i = 0; i < mostPerRound && next != volley.wanted.end(); ++i, ++next) {
+      if (Steady::now() >= end) return;
+      if (store_[*next].moment.extents.isUnasked()) queries_.askExtents(*next);
+    }
+  });
 }
 
 void TreePrefetch::planExtents(NodeIndex node, int depth, Volley& volley) {
@@ -97,7 +110,7 @@ void TreePrefetch::planExtents(NodeIndex node, int depth, Volley& volley) {
   const AccessibleNode& here = store_[node];
   if (volley.isBegun && here.moment.extents.isUnasked() &&
       (hasRole(here, AtspiRole::pushButton) || hasRole(here, AtspiRole::scrollPane))) {
-    queries_.askExtents(node);
+    volley.wanted.push_back(node);
   }
   if (!here.facts.children.value) return;
   for (const NodeIndex child : *here.facts.children.value) {

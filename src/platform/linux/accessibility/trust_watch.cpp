@@ -13,8 +13,7 @@ bool TrustWatch::isTrusted() {
   if (!session) return false;
   if (!waited_) {
     waited_ = true;
-    session->exchange(Steady::now() + firstAnswerWait);
-    if (!trusted_) ask();  // an answer that came too late is taken in by a later call
+    session->wait(Steady::now() + firstAnswerWait);
   } else {
     session->pump();
   }

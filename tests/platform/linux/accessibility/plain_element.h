@@ -1,0 +1,113 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <systemd/sd-bus.h>
+
+#include "platform/accessibility.h"
+#include "platform/linux/accessibility/bus_handles.h"
+#include "platform/linux/accessibility/fake_session.h"
+
+namespace vellora {
+
+// The plain way to read a program: each attribute is asked with one call that waits, and nothing is
+// kept. The volleys must come to the same. It knows only the roles that the tests' trees have.
+class PlainElement final : public AccessibilityElement {
+ public:
+  PlainElement(std::shared_ptr<sd_bus> bus, std::string name, std::string path, bool isProgram)
+      : bus_(std::move(bus)),
+        name_(std::move(name)),
+        path_(std::move(path)),
+        isProgram_(isProgram) {}
+
+  AttributeValue attribute(std::string_view attribute) override {
+    if (attribute == "AXWindows") return isProgram_ ? children() : AttributeValue();
+    if (attribute == "AXChildren") return children();
+    if (attribute == "AXRole") return role();
+    if (attribute == "AXTitle") return property("Name");
+    if (attribute == "AXDescription") return property("Description");
+    if (attribute == "AXIdentifier") return property("AccessibleId");
+    if (attribute == "AXPosition" || attribute == "AXSize") return extents(attribute == "AXSize");
+    return {};
+  }
+
+  // The program that a fake process serves.
+  static std::shared_ptr<PlainElement> program(const PrivateBus& bus, const std::string& name) {
+    sd_bus* made = nullptr;
+    sd_bus_new(&made);
+    std::shared_ptr<sd_bus> connection(made, BusCloser());
+    sd_bus_set_address(made, bus.address().c_str());
+    sd_bus_set_bus_client(made, 1);
+    sd_bus_start(made);
+    return std::make_shared<PlainElement>(connection, name, "/org/a11y/atspi/accessible/root",
+                                          true);
+  }
+
+ private:
+  BusMessagePtr call(const char* interface, const char* member, const char* types = "",
+                     const char* first = nullptr, const char* second = nullptr) {
+    sd_bus_message* made = nullptr;
+    if (sd_bus_message_new_method_call(bus_.get(), &made, name_.c_str(), path_.c_str(), interface,
+                                       member) < 0) {
+      return nullptr;
+    }
+    const BusMessagePtr question(made);
+    if (first) sd_bus_message_append(made, types, first, second);
+    if (!first && *types) sd_bus_message_append(made, types, 0U);
+    sd_bus_message* reply = nullptr;
+    sd_bus_call(bus_.get(), made, 5'000'000, nullptr, &reply);
+    return BusMessagePtr(reply);
+  }
+
+  AttributeValue role() {
+    const BusMessagePtr reply = call("org.a11y.atspi.Accessible", "GetRole");
+    std::uint32_t role = 0;
+    if (!reply || sd_bus_message_read(reply.get(), "u", &role) <= 0) return {};
+    return std::string(role == 43   ? "AXButton"
+                       : role == 49 ? "AXScrollArea"
+                       : role == 23 ? "AXWindow"
+                       : role == 29 ? "AXStaticText"
+                                    : "AXUnknown");
+  }
+
+  AttributeValue property(const char* name) {
+    const BusMessagePtr reply =
+        call("org.freedesktop.DBus.Properties", "Get", "ss", "org.a11y.atspi.Accessible", name);
+    const char* value = nullptr;
+    if (!reply || sd_bus_message_read(reply.get(), "v", "s", &value) <= 0) return {};
+    return std::string(value);
+  }
+
+  AttributeValue children() {
+    const BusMessagePtr reply = call("org.a11y.atspi.Accessible", "GetChildren");
+    if (!reply || sd_bus_message_enter_container(reply.get(), 'a', "(so)") <= 0) return {};
+    AccessibilityElements list;
+    const char* name = nullptr;
+    const char* path = nullptr;
+    while (sd_bus_message_read(reply.get(), "(so)", &name, &path) > 0) {
+      if (*name) list.push_back(std::make_shared<PlainElement>(bus_, name, path, false));
+    }
+    return list;
+  }
+
+  AttributeValue extents(bool isSize) {
+    const BusMessagePtr reply = call("org.a11y.atspi.Component", "GetExtents", "u");
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    if (!reply || sd_bus_message_read(reply.get(), "(iiii)", &x, &y, &width, &height) <= 0)
+      return {};
+    if (isSize) return Size{static_cast<double>(width), static_cast<double>(height)};
+    return Point{static_cast<double>(x), static_cast<double>(y)};
+  }
+
+  std::shared_ptr<sd_bus> bus_;
+  std::string name_;
+  std::string path_;
+  bool isProgram_;
+};
+
+}  // namespace vellora

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "music/lyrics_layout_reader.h"
+#include "platform/clock.h"
+#include "platform/linux/accessibility/fake_session.h"
+#include "platform/linux/accessibility/linux_accessibility.h"
+
+namespace vellora {
+
+namespace FakeRole {
+inline constexpr std::uint32_t frame = 23;
+inline constexpr std::uint32_t label = 29;
+inline constexpr std::uint32_t panel = 39;
+inline constexpr std::uint32_t button = 43;
+inline constexpr std::uint32_t scrollPane = 49;
+}  // namespace FakeRole
+
+// Time itself: these tests run against processes, whose delays are real.
+class RealClock final : public Clock {
+ public:
+  double now() const override {
+    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
+        .count();
+  }
+};
+
+// A session with its services, and the reading of a fake program's windows.
+class ReadingFixture : public testing::Test {
+ protected:
+  // A tree: the root 0, its window 1 labelled "Lyrics", and the rows in it from 2 on.
+  static FakeProgram programWithRows(int count) {
+    FakeProgram program;
+    program.objects.resize(2);
+    program.objects[0].children = {1};
+    program.objects[1] = {.role = FakeRole::frame,
+                          .name = "Lyrics",
+                          .extents = std::array<std::int32_t, 4>{0, 0, 1000, 700}};
+    for (int i = 0; i < count; ++i) add(program, 1, row("row " + std::to_string(i), i * 10));
+    return program;
+  }
+
+  static FakeAccessible row(std::string name, std::int32_t top) {
+    return {.role = FakeRole::button,
+            .name = std::move(name),
+            .extents = std::array<std::int32_t, 4>{10, top, 300, 20}};
+  }
+
+  static std::size_t add(FakeProgram& program, std::size_t parent, FakeAccessible object) {
+    program.objects.push_back(std::move(object));
+    program.objects[parent].children.push_back(program.objects.size() - 1);
+    return program.objects.size() - 1;
+  }
+
+  void start(const FakeProgram& program) {
+    player = std::make_unique<FakeProgramProcess>(bus, program);
+  }
+
+  std::optional<MusicLayout> read() { return readMusic(player->pid(), *accessibility, clock); }
+
+  // A reading with that many rows: a busy machine may cut one short, which is then taken again.
+  MusicLayout readRows(std::size_t count) {
+    std::optional<MusicLayout> layout;
+    eventually([&] {
+      layout = read();
+      return layout && layout->rows.size() == count;
+    });
+    EXPECT_TRUE(layout.has_value());
+    if (layout) EXPECT_EQ(layout->rows.size(), count);
+    return layout.value_or(MusicLayout());
+  }
+
+  static std::vector<std::string> texts(const MusicLayout& layout) {
+    std::vector<std::string> result;
+    for (const MusicRow& row : layout.rows) result.push_back(row.text);
+    return result;
+  }
+
+  // Wall time of `action` in seconds.
+  template <class Action>
+  static double seconds(Action action) {
+    const auto begin = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+  }
+
+  // Whether the condition comes true within some seconds.
+  template <class Condition>
+  static bool eventually(Condition condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!condition()) {
+      if (std::chrono::steady_clock::now() > deadline) return false;
+    }
+    return true;
+  }
+
+  PrivateBus bus;
+  std::unique_ptr<ChildProcess> services = startServices(bus, {true, bus.address()});
+  std::unique_ptr<FakeProgramProcess> player;
+  std::shared_ptr<Accessibility> accessibility = makeLinuxAccessibility();
+  RealClock clock;
+};
+
+}  // namespace vellora
