@@ -10,9 +10,9 @@ namespace vellora {
 
 namespace {
 
-// A walk takes 0.3 s; a slow program leaves it the last third to visit what was fetched.
+// A walk takes 0.3 s; a slow program leaves it the second half to visit what was fetched.
 constexpr auto walkTime = std::chrono::milliseconds(300);
-constexpr auto prefetchTime = std::chrono::milliseconds(200);
+constexpr auto prefetchTime = std::chrono::milliseconds(150);
 
 constexpr std::size_t mostVisited = 700;
 

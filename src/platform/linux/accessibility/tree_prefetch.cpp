@@ -10,7 +10,7 @@ namespace vellora {
 namespace {
 
 // Calls that one round of planning lines up.
-constexpr std::size_t mostPerRound = 32;
+constexpr std::size_t mostPerRound = 16;
 
 // Elements in all: a tree that keeps its first branches for last makes prefetching useless, and is
 // then read element by element.

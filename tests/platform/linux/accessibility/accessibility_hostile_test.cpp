@@ -70,7 +70,7 @@ TEST_F(AccessibilityHostileTest, SlowPlayerIsReadAsFarAsTimeGoes) {
     std::optional<MusicLayout> layout;
     EXPECT_LT(seconds([&] { layout = read(); }), 0.3 + 0.08 + slack);
     EXPECT_LT(layout ? layout->rows.size() : 0, 600U);
-    return layout && layout->rows.size() > 40;
+    return layout && layout->rows.size() > 20;
   }));
 }
 

@@ -74,8 +74,9 @@ class ReadingFixture : public testing::Test {
       return layout && layout->rows.size() == count;
     });
     EXPECT_TRUE(layout.has_value());
-    if (layout) EXPECT_EQ(layout->rows.size(), count);
-    return layout.value_or(MusicLayout());
+    MusicLayout whole = layout.value_or(MusicLayout());
+    EXPECT_EQ(whole.rows.size(), count);
+    return whole;
   }
 
   static std::vector<std::string> texts(const MusicLayout& layout) {
