@@ -56,8 +56,9 @@ class Accessibility {
   virtual void requestTrust() = 0;
 
   // The root element of a process, whose "AXWindows" lists its windows, front first. Queries wait
-  // `messagingTimeout` seconds at most. Never null; a process that is not there answers nothing.
-  // Any one thread at a time; the Accessibility object must outlive the call only.
+  // `messagingTimeout` seconds at most. Never null; a process that is not there answers nothing,
+  // and without trust none does. Any one thread at a time; the Accessibility object must outlive
+  // the call only.
   virtual std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
                                                                    float messagingTimeout) = 0;
 };

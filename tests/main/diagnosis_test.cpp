@@ -62,10 +62,9 @@ TEST_F(DiagnosisTest, WithoutAReadableWindowOnlyTheTrustIsPrinted) {
   EXPECT_EQ(diagnosis(), "Accessibility trusted: true\n");
 }
 
-TEST_F(DiagnosisTest, WithoutTrustNothingIsReadAndNobodyIsAsked) {
+TEST_F(DiagnosisTest, WithoutTrustNothingCanBeReadAndNobodyIsAsked) {
   platform.accessibility->trusted = false;
-  runMusic(7);
-  openWindow(7, {row("One", {620, 220, 360, 60})});
+  runMusic(7);  // its elements answer nothing then
   EXPECT_EQ(diagnosis(), "Accessibility trusted: false\n");
   EXPECT_THAT(platform.log, testing::Not(testing::Contains("requestTrust")));
 }
