@@ -1,0 +1,197 @@
+// What a caption costs: painted sharp beside Pango's own layout and show of the same text, blurred
+// beside OpenCV's Gaussian, and drawn again from the cache.
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <opencv2/core.hpp>
+#include <opencv2/imgproc.hpp>
+#include <pango/pangocairo.h>
+
+#include "platform/linux/drawing/cairo_surface.h"
+#include "platform/linux/drawing/gaussian_blur.h"
+#include "platform/linux/drawing/pango_painter.h"
+#include "render/caption_view.h"
+#include "support/fake_native_view.h"
+#include "support/fake_workspace.h"
+
+namespace vellora {
+namespace {
+
+constexpr double font = 24;
+constexpr Rect place{70, 210, 680, 44};
+constexpr std::int64_t pictureWidth = 700;
+constexpr std::int64_t pictureHeight = 64;
+
+struct Text {
+  const char* name;
+  const char* text;
+};
+constexpr Text texts[] = {
+    {"English", "The current translation stays clear"},
+    {"Chinese", "我愿意为你，忘记我姓名，就算多一秒停留在你怀里"},
+    {"Arabic", "وأنا أحبك كثيرا يا صديقي القديم والليل طويل"},
+    {"emoji", "I 💚 you 🎵 forever and ever and ever"},
+};
+
+CaptionDrawing drawingOf(const char* text) {
+  CaptionDrawing drawing;
+  drawing.text = text;
+  drawing.size = {pictureWidth, pictureHeight};
+  drawing.pixelWidth = pictureWidth;
+  drawing.pixelHeight = pictureHeight;
+  drawing.plate = {10, 10, place.width, place.height};
+  drawing.cornerRadius = 7;
+  drawing.plateColor = {0.32, 0.32, 0.32, 0.26};
+  drawing.textRect = {19, 14, place.width - 18, place.height - 8};
+  drawing.fontSize = font;
+  drawing.textColor = {0.82, 1, 0.92, 1};
+  return drawing;
+}
+
+// The floor: a layout in the same font and width, laid out and shown on a picture that is there.
+void pangoAlone(benchmark::State& state) {
+  const Text& text = texts[static_cast<std::size_t>(state.range(0))];
+  state.SetLabel(text.name);
+  const CairoSurfacePtr pixels = makePixels(pictureWidth, pictureHeight);
+  const CairoContextPtr context(cairo_create(pixels.get()));
+  cairo_set_source_rgb(context.get(), 0.82, 1, 0.92);
+  const PangoFontPtr description(pango_font_description_from_string("Inter Medium"));
+  pango_font_description_set_absolute_size(description.get(), font * PANGO_SCALE);
+  for ([[maybe_unused]] const auto& turn : state) {
+    const PangoLayoutPtr layout(pango_cairo_create_layout(context.get()));
+    pango_layout_set_font_description(layout.get(), description.get());
+    pango_layout_set_width(layout.get(), static_cast<int>((place.width - 18) * PANGO_SCALE));
+    pango_layout_set_text(layout.get(), text.text, -1);
+    cairo_move_to(context.get(), 19, 14);
+    pango_cairo_show_layout(context.get(), layout.get());
+  }
+}
+BENCHMARK(pangoAlone)->DenseRange(0, 3);
+
+void sharpCaption(benchmark::State& state) {
+  const Text& text = texts[static_cast<std::size_t>(state.range(0))];
+  state.SetLabel(text.name);
+  PangoPainter painter;
+  const CaptionDrawing drawing = drawingOf(text.text);
+  for ([[maybe_unused]] const auto& turn : state) {
+    benchmark::DoNotOptimize(painter.paint(drawing));
+  }
+}
+BENCHMARK(sharpCaption)->DenseRange(0, 3);
+
+// A caption's pixels, packed.
+std::vector<std::uint8_t> captionPixels() {
+  PangoPainter painter;
+  const auto image = painter.paint(drawingOf(texts[0].text));
+  cairo_surface_t* pixels = static_cast<const CairoImage&>(*image).pixels();
+  const unsigned char* data = cairo_image_surface_get_data(pixels);
+  const auto size =
+      static_cast<std::size_t>(cairo_image_surface_get_stride(pixels)) * pictureHeight;
+  return {data, data + size};
+}
+
+// Standard deviations in hundredths of a pixel.
+constexpr std::int64_t deviations[] = {33, 130, 260, 520};
+
+void openCvBlur(benchmark::State& state) {
+  cv::setNumThreads(1);
+  std::vector<std::uint8_t> pixels = captionPixels();
+  const cv::Mat source(pictureHeight, pictureWidth, CV_8UC4, pixels.data());
+  cv::Mat destination(pictureHeight, pictureWidth, CV_8UC4);
+  const double sigma = static_cast<double>(state.range(0)) / 100;
+  for ([[maybe_unused]] const auto& turn : state) {
+    cv::GaussianBlur(source, destination, cv::Size(), sigma, sigma, cv::BORDER_CONSTANT);
+    benchmark::ClobberMemory();
+  }
+}
+
+void ownBlur(benchmark::State& state) {
+  const std::vector<std::uint8_t> source = captionPixels();
+  std::vector<std::uint8_t> destination(source.size());
+  const double sigma = static_cast<double>(state.range(0)) / 100;
+  for ([[maybe_unused]] const auto& turn : state) {
+    gaussianBlur({source.data(), pictureWidth, pictureHeight, pictureWidth * 4},
+                 {destination.data(), pictureWidth, pictureHeight, pictureWidth * 4}, sigma);
+    benchmark::ClobberMemory();
+  }
+}
+
+// The same of a picture without a blank row or column, which its own blur would pass over.
+void noisePixels(std::vector<std::uint8_t>& pixels) {
+  std::uint32_t state = 1;
+  for (std::uint8_t& byte : pixels) {
+    state = state * 1664525 + 1013904223;
+    byte = static_cast<std::uint8_t>(state >> 24);
+  }
+}
+
+void openCvBlurOfNoise(benchmark::State& state) {
+  cv::setNumThreads(1);
+  std::vector<std::uint8_t> pixels(pictureWidth * pictureHeight * 4);
+  noisePixels(pixels);
+  const cv::Mat source(pictureHeight, pictureWidth, CV_8UC4, pixels.data());
+  cv::Mat destination(pictureHeight, pictureWidth, CV_8UC4);
+  const double sigma = static_cast<double>(state.range(0)) / 100;
+  for ([[maybe_unused]] const auto& turn : state) {
+    cv::GaussianBlur(source, destination, cv::Size(), sigma, sigma, cv::BORDER_CONSTANT);
+    benchmark::ClobberMemory();
+  }
+}
+
+void ownBlurOfNoise(benchmark::State& state) {
+  std::vector<std::uint8_t> source(pictureWidth * pictureHeight * 4);
+  noisePixels(source);
+  std::vector<std::uint8_t> destination(source.size());
+  const double sigma = static_cast<double>(state.range(0)) / 100;
+  for ([[maybe_unused]] const auto& turn : state) {
+    gaussianBlur({source.data(), pictureWidth, pictureHeight, pictureWidth * 4},
+                 {destination.data(), pictureWidth, pictureHeight, pictureWidth * 4}, sigma);
+    benchmark::ClobberMemory();
+  }
+}
+
+void eachDeviation(benchmark::internal::Benchmark* bench) {
+  for (const std::int64_t deviation : deviations) bench->Arg(deviation);
+}
+BENCHMARK(openCvBlur)->Apply(eachDeviation);
+BENCHMARK(ownBlur)->Apply(eachDeviation);
+BENCHMARK(openCvBlurOfNoise)->Apply(eachDeviation);
+BENCHMARK(ownBlurOfNoise)->Apply(eachDeviation);
+
+// Eight captions of a cached view, drawn on a window's worth of pixels at scale 1; the time is that
+// of one caption. On a clear surface, as a view is drawn, or over what is there.
+void redraw(benchmark::State& state) {
+  Log log;
+  PangoPainter painter;
+  FakeNativeView nativeView(log);
+  FakeWorkspace workspace(log);
+  nativeView.scale = 1.0;
+  CaptionView view(painter, nativeView, workspace);
+  std::vector<Caption> captions;
+  for (int i = 0; i < 8; ++i) {
+    captions.push_back({"Caption number " + std::to_string(i),
+                        {place.x, 20.0 + 90 * i, place.width, place.height},
+                        font,
+                        i * 0.125});
+  }
+  view.setCaptions(captions);
+  const auto bitmap = CairoBitmap::make(1200, 800);
+  const bool clear = state.range(0) == 1;
+  state.SetLabel(clear ? "on a clear surface" : "over content");
+  for ([[maybe_unused]] const auto& turn : state) {
+    CairoSurface surface(bitmap->pixels(), 1,
+                         clear ? CairoSurface::Target::isClear : CairoSurface::Target::hasContent);
+    view.draw(surface);
+  }
+  state.counters["caption"] = benchmark::Counter(
+      static_cast<double>(captions.size()),
+      benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+BENCHMARK(redraw)->Arg(1)->Arg(0);
+
+}  // namespace
+}  // namespace vellora
