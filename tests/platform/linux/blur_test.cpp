@@ -158,6 +158,7 @@ TEST(BlurTest, BelowTheSmallestRadiusTheImageComesBackAsItIs) {
   const Image image = noise(30, 20, 0);
   EXPECT_EQ(blurred(image, 0.15).bytes, image.bytes);
   EXPECT_EQ(blurred(image, 0).bytes, image.bytes);
+  EXPECT_EQ(blurred(image, -2.6).bytes, image.bytes);
   EXPECT_NE(blurred(image, 0.325).bytes, image.bytes);
 }
 

@@ -217,11 +217,13 @@ TEST_F(PainterTest, LinesThatFindNoRoomFollowOnTheLastOneThatDoes) {
 }
 
 TEST_F(PainterTest, ACutLineKeepsItsParagraphsDirection) {
-  // From the right to the left, though the line that is cut begins with a word from the left.
-  const Picture picture =
-      paintText(caption("שלום\u00A0עולם\u00A0טוב mmm ווו ווו ווו ווו ווו ווו", 150, 68, 24));
+  // From the right to the left, though the line that is cut begins with a word from the left: it
+  // finds no room on the first one.
+  const Picture picture = paintText(
+      caption("שלוםשלוםשלוםשלום mmmmmmmm ווו ווו ווו ווו ווו ווו ווו ווו ווו", 300, 68, 24));
   const Box last = picture.bounds({0, 46, picture.width() - 1, picture.height() - 1});
   const Box end = picture.bounds({last.left, 46, last.left + 12, picture.height() - 1});
+  EXPECT_GT(end.width(), 6);
   EXPECT_LT(end.height(), 6);
 }
 
