@@ -1,5 +1,6 @@
 #include "base/files.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -119,6 +120,12 @@ TEST_F(FilesTest, FileOfSixteenMebibytesIsReadAndOneByteMoreIsNot) {
   EXPECT_EQ(bytes->size(), largestReadableFile);
   fs::resize_file(folder / "a", largestReadableFile + 1);
   EXPECT_EQ(readWholeFile(folder / "a"), std::nullopt);
+}
+
+TEST_F(FilesTest, FileThatOnlySeemsEnormousIsRefusedBeforeRoomIsMadeForIt) {
+  put(folder / "sparse", "");
+  fs::resize_file(folder / "sparse", std::uintmax_t{1} << 42);
+  EXPECT_EQ(readWholeFile(folder / "sparse"), std::nullopt);
 }
 
 TEST_F(FilesTest, PathWithNulReachesNoOtherFile) {
