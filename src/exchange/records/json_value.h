@@ -11,8 +11,8 @@ namespace vellora {
 // Single JSON values. Any thread.
 
 // Appends the value's JSON text to `out`: compact, strings as RFC 8259 has them with "/" as "\/"
-// and nothing else escaped that need not be, U+FFFD for what is not UTF-8. False for a number that is not finite; `out` is then
-// of no use.
+// and nothing else escaped that need not be, U+FFFD for what is not UTF-8. False for a number that
+// is not finite; `out` is then of no use.
 bool appendJson(std::string& out, bool value);
 bool appendJson(std::string& out, std::int64_t value);
 bool appendJson(std::string& out, double value);
