@@ -187,6 +187,7 @@ TEST(SoftnessTest, RowOutsideTheViewportIsSharp) {
 
 TEST(SoftnessTest, ViewportWithoutHeightMakesEverythingSharp) {
   EXPECT_EQ(OverlayFocus::softness({0, 0, 300, 30}, {0, 0, 400, 0}), 0);
+  EXPECT_EQ(OverlayFocus::softness({0, -10, 300, 30}, {0, 0, 400, 0}), 0);
   EXPECT_EQ(OverlayFocus::softness({0, 0, 300, 30}, {0, 0, 400, nan}), 0);
 }
 
