@@ -19,6 +19,8 @@ constexpr char32_t firstBeyondMarkedScripts = 0x510;
 
 bool isSkinTone(char32_t character) { return character >= 0x1F3FB && character <= 0x1F3FF; }
 
+// Marks and what else extends a character to the left. The joiner is never one here, whatever a
+// release of Unicode makes of it.
 bool isExtender(char32_t character) {
   constexpr char32_t zeroWidthJoiner = 0x200D;
   if (character < 0x300 || character == zeroWidthJoiner) return false;
