@@ -26,13 +26,18 @@ CaptionsVerdict judgeCaptions(const SeenPlayer& player, const OverlaySnapshot& s
   verdict.right = true;
   const double font = std::clamp(snapshot.fontSize * 0.65, 12.0, 32.0);
   const Rect& viewport = player.viewport;
-  for (std::size_t i = 0; i < player.rows.size(); ++i) {
-    const Rect& row = player.rows[i].frame;
+  // Rows that are scrolled out of sight are listed too, wherever the toolkit believes them to be.
+  std::vector<SeenRow> rows = player.rows;
+  std::stable_sort(rows.begin(), rows.end(), [](const SeenRow& a, const SeenRow& b) {
+    return a.frame.minY() < b.frame.minY();
+  });
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const Rect& row = rows[i].frame;
     if (!row.intersects(viewport) || row.isEmpty()) continue;
     RowVerdict one;
-    one.text = player.rows[i].text;
+    one.text = rows[i].text;
     double below = viewport.maxY();
-    if (i + 1 < player.rows.size()) below = std::min(below, player.rows[i + 1].frame.minY());
+    if (i + 1 < rows.size()) below = std::min(below, rows[i + 1].frame.minY());
     const double room = below - row.maxY() - snapshot.verticalOffset;
     const double left = std::max(row.minX(), viewport.minX()) + 2;
     one.band = {left, row.maxY() + 2 + snapshot.verticalOffset, viewport.maxX() - 22 - left,

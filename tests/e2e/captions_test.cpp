@@ -1,5 +1,6 @@
 #include <signal.h>
 
+#include "base/files.h"
 #include "e2e/desk.h"
 
 namespace vellora::e2e {
@@ -7,7 +8,8 @@ namespace {
 
 class CaptionsOnTheDesk : public Desk {
  protected:
-  void follow(std::vector<std::string> playerOptions = {"--song", "1", "--paused", "--position", "12"}) {
+  void follow(std::vector<std::string> playerOptions = {"--song", "1", "--paused", "--position",
+                                                        "12"}) {
     ASSERT_NO_FATAL_FAILURE(startPlayer(std::move(playerOptions)));
     keepSnapshot(snapshotOfPlayer());
     startOverlay();

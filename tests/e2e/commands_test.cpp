@@ -11,7 +11,7 @@ class CommandsOnTheDesk : public Desk {
  protected:
   void SetUp() override {
     Desk::SetUp();
-    ASSERT_NO_FATAL_FAILURE(startPlayer({"--song", "1", "--position", "5"}));
+    ASSERT_NO_FATAL_FAILURE(startPlayer({"--song", "4", "--position", "5"}));
     keepSync();
     startOverlay();
     ASSERT_TRUE(waitFor([&] { return nowPlaying().has_value(); })) << "nothing is published";

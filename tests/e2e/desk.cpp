@@ -1,11 +1,11 @@
 #include "e2e/desk.h"
 
-#include <poll.h>
-#include <unistd.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
+
+#include <poll.h>
+#include <unistd.h>
 
 #include "base/files.h"
 #include "exchange/records/json.h"
@@ -130,9 +130,11 @@ OverlaySnapshot Desk::snapshotOfPlayer() const {
   const std::string separator = " — ";
   const std::size_t dash = seen->title.find(separator);
   snapshot.musicTitle = seen->title.substr(0, dash);
-  snapshot.musicArtist = dash == std::string::npos ? "" : seen->title.substr(dash + separator.size());
+  snapshot.musicArtist =
+      dash == std::string::npos ? "" : seen->title.substr(dash + separator.size());
   for (const witness::SeenRow& row : seen->rows) {
-    snapshot.lines.push_back({row.text, std::to_string(snapshot.lines.size()) + " of the translation"});
+    snapshot.lines.push_back(
+        {row.text, std::to_string(snapshot.lines.size()) + " of the translation"});
   }
   return snapshot;
 }

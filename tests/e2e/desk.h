@@ -1,12 +1,12 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+
+#include <gtest/gtest.h>
 
 #include "e2e/process.h"
 #include "exchange/records/records.h"
@@ -16,8 +16,8 @@
 
 namespace vellora::e2e {
 
-// A test on a whole desktop: the session that it runs in (scripts/session starts one for each test),
-// the stand-in player, the overlay, and the test itself in the companion's place.
+// A test on a whole desktop: the session that it runs in (scripts/session starts one for each
+// test), the stand-in player, the overlay, and the test itself in the companion's place.
 class Desk : public testing::Test {
  protected:
   void SetUp() override;

@@ -1,6 +1,6 @@
-#include <sys/stat.h>
-
 #include <fstream>
+
+#include <sys/stat.h>
 
 #include "base/files.h"
 #include "e2e/desk.h"
@@ -27,8 +27,8 @@ class LifeOnTheDesk : public Desk {
     }
     entry.close();
     outputOf({"update-desktop-database", applications});
-    outputOf({"xdg-mime", "default", "vellora-url-handler.desktop",
-              "x-scheme-handler/tessaly-overlay"});
+    outputOf(
+        {"xdg-mime", "default", "vellora-url-handler.desktop", "x-scheme-handler/tessaly-overlay"});
   }
 };
 

@@ -1,16 +1,16 @@
 #include "e2e/process.h"
 
+#include <chrono>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <chrono>
-#include <fstream>
-#include <sstream>
-#include <stdexcept>
 
 extern char** environ;
 
