@@ -14,20 +14,38 @@ namespace {
 // Takes down what a view draws instead of drawing it.
 class PlacementRecorder final : public Surface {
  public:
-  explicit PlacementRecorder(Point origin) : origin_(origin) {}
+  // Pictures that are in `before` too are taken over from there.
+  PlacementRecorder(Point origin, const std::vector<Placement>& before)
+      : origin_(origin), before_(before) {}
 
   void drawImage(const CaptionImage& image, const Rect& destination) override {
     const auto& picture = static_cast<const CairoImage&>(image);
-    placements.push_back(
-        {std::make_shared<CairoImage>(CairoSurfacePtr(cairo_surface_reference(picture.pixels())),
-                                      picture.size(), picture.plate()),
-         destination.offsetBy(origin_.x, origin_.y)});
+    const Rect place = destination.standardized().offsetBy(origin_.x, origin_.y);
+    if (!std::isfinite(place.x + place.y + place.width + place.height) || place.isEmpty()) return;
+    auto shown = find(before_, picture);
+    if (!shown) shown = find(placements, picture);
+    if (!shown) {
+      shown = std::make_shared<ShownPicture>();
+      shown->pixels.reset(cairo_surface_reference(picture.pixels()));
+      shown->size = picture.size();
+      shown->plate = picture.plate();
+    }
+    placements.push_back({std::move(shown), place});
   }
 
   std::vector<Placement> placements;
 
  private:
+  static std::shared_ptr<ShownPicture> find(const std::vector<Placement>& list,
+                                            const CairoImage& picture) {
+    const auto found = std::find_if(list.begin(), list.end(), [&](const Placement& each) {
+      return each.picture->pixels.get() == picture.pixels();
+    });
+    return found == list.end() ? nullptr : found->picture;
+  }
+
   Point origin_;
+  const std::vector<Placement>& before_;
 };
 
 Rect scaled(const Rect& rect, double scale) {
@@ -36,13 +54,13 @@ Rect scaled(const Rect& rect, double scale) {
 
 // The pixels that a picture may touch: pictures are moved to whole pixels, by less than one.
 PixelRect touched(const Placement& placement, double scale) {
-  return nearestPixels(scaled(placement.destination.standardized(), scale).insetBy(-1, -1));
+  return nearestPixels(scaled(placement.destination, scale).insetBy(-1, -1));
 }
 
 PixelRect plateOf(const Placement& placement, double scale) {
-  const Rect place = placement.destination.standardized();
-  const Size size = placement.picture->size();
-  const Rect plate = placement.picture->plate();
+  const Rect& place = placement.destination;
+  const Size size = placement.picture->size;
+  const Rect& plate = placement.picture->plate;
   const double growthX = place.width / size.width;
   const double growthY = place.height / size.height;
   return nearestPixels(scaled({place.x + plate.x * growthX, place.y + plate.y * growthY,
@@ -82,6 +100,7 @@ PixelRect boundsOf(const std::vector<PixelRect>& rects) {
 PanelPresenter::PanelPresenter(std::shared_ptr<XSession> session) : session_(std::move(session)) {}
 
 void PanelPresenter::forgetWindow() {
+  shown_.clear();  // with the copies, which the server may have lost
   target_.reset();
   targetWindow_ = XCB_WINDOW_NONE;
   shownIsKnown_ = false;
@@ -90,7 +109,7 @@ void PanelPresenter::forgetWindow() {
 
 void PanelPresenter::present(XView& view, PanelWindow& window, const PixelRect& frame, double scale,
                              bool clipToPlates) {
-  PlacementRecorder recorder({view.frame().minX(), view.frame().minY()});
+  PlacementRecorder recorder({view.frame().minX(), view.frame().minY()}, shown_);
   view.draw(recorder);
   const Setting setting{frame, scale, clipToPlates || !window.hasAlpha()};
   const std::vector<PixelRect> damaged = damage(recorder.placements, setting);
@@ -157,12 +176,8 @@ void PanelPresenter::paint(const std::vector<Placement>& next,
   const CairoSurfacePtr beside(cairo_surface_create_similar(
       target_.get(), CAIRO_CONTENT_COLOR_ALPHA, area.width, area.height));
   cairo_surface_set_device_offset(beside.get(), -area.x, -area.y);
-  {
-    CairoSurface surface(beside.get(), scale);
-    for (const Placement& placement : next) {
-      surface.drawImage(*placement.picture, placement.destination);
-    }
-  }
+  const CairoContextPtr drawing(cairo_create(beside.get()));
+  for (const Placement& placement : next) drawPicture(drawing.get(), placement, scale);
   const CairoContextPtr context(cairo_create(target_.get()));
   cairo_set_antialias(context.get(), CAIRO_ANTIALIAS_NONE);
   for (const PixelRect& rect : damaged) {
@@ -173,6 +188,33 @@ void PanelPresenter::paint(const std::vector<Placement>& next,
   cairo_set_source_surface(context.get(), beside.get(), 0, 0);
   cairo_paint(context.get());
   cairo_surface_flush(target_.get());
+}
+
+// A picture of the destination's own size goes to whole pixels, as sharp as it was painted; its
+// size was cut to whole pixels, so it may fall short by less than one. Any other is stretched.
+void PanelPresenter::drawPicture(cairo_t* context, const Placement& placement, double scale) {
+  ShownPicture& picture = *placement.picture;
+  const int width = cairo_image_surface_get_width(picture.pixels.get());
+  const int height = cairo_image_surface_get_height(picture.pixels.get());
+  if (!picture.copy) {
+    picture.copy.reset(
+        cairo_surface_create_similar(target_.get(), CAIRO_CONTENT_COLOR_ALPHA, width, height));
+    const CairoContextPtr upload(cairo_create(picture.copy.get()));
+    cairo_set_operator(upload.get(), CAIRO_OPERATOR_SOURCE);
+    cairo_set_source_surface(upload.get(), picture.pixels.get(), 0, 0);
+    cairo_paint(upload.get());
+  }
+  const Rect place = scaled(placement.destination, scale);
+  cairo_save(context);
+  if (std::abs(place.width - width) < 1 && std::abs(place.height - height) < 1) {
+    cairo_translate(context, std::round(place.x), std::round(place.y));
+  } else {
+    cairo_translate(context, place.x, place.y);
+    cairo_scale(context, place.width / width, place.height / height);
+  }
+  cairo_set_source_surface(context, picture.copy.get(), 0, 0);
+  cairo_paint(context);
+  cairo_restore(context);
 }
 
 }  // namespace vellora

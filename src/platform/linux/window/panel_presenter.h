@@ -11,25 +11,33 @@ namespace vellora {
 
 class XView;
 
-// A picture and where it goes, in points of the panel. Holding the picture keeps its pixels'
-// address from being given to another one, so that two placements are the same exactly when they
-// show the same.
+// A caption's picture as the panel shows it. Holding the pixels keeps their address from being
+// given to another picture, so that two pictures are the same exactly when their addresses are.
+struct ShownPicture {
+  CairoSurfacePtr pixels;  // an image surface
+  Size size;               // points
+  Rect plate;              // points, from the picture's top left
+  CairoSurfacePtr copy;    // the same on the server, once it was needed
+};
+
+// A picture and where it goes, in points of the panel.
 struct Placement {
-  std::shared_ptr<const CairoImage> picture;
+  std::shared_ptr<ShownPicture> picture;
   Rect destination;
 
   bool operator==(const Placement& other) const {
-    return picture->pixels() == other.picture->pixels() && destination == other.destination;
+    return picture->pixels == other.picture->pixels && destination == other.destination;
   }
 };
 
 // Brings a view's drawing onto the panel's window. What is shown is remembered as a list of
 // pictures and places: a drawing that comes to the same list sends nothing, and any other redraws
 // only where the two lists differ. It is put together beside the window, on the server, and appears
-// there at once. Main thread; the session must be present at each call of `present`.
+// there at once. A picture is sent to the server once for as long as it is shown; moving it sends
+// only where to. Main thread; the session must be present at each call of `present`.
 class PanelPresenter {
  public:
-  PanelPresenter(std::shared_ptr<XSession> session);
+  explicit PanelPresenter(std::shared_ptr<XSession> session);
 
   // Shows the view in `window`, which is `frame` large and mapped, at `scale` pixels to a point.
   // `clipToPlates`: only the plates remain part of the window, as there is no transparency.
@@ -53,6 +61,7 @@ class PanelPresenter {
   void applyClip(PanelWindow& window, const std::vector<Placement>& next, const Setting& setting);
   void paint(const std::vector<Placement>& next, const std::vector<PixelRect>& damaged,
              double scale);
+  void drawPicture(cairo_t* context, const Placement& placement, double scale);
   bool prepareTarget(PanelWindow& window, const PixelRect& frame);
 
   std::shared_ptr<XSession> session_;

@@ -26,6 +26,7 @@ void XPanel::configure(NativeView& content) {
   if (window_) {
     window_->applySettings();
     presenter_.forgetWindow();
+    displaySoon();
   } else {
     makeWindow();
   }
