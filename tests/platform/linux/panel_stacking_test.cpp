@@ -104,6 +104,17 @@ TEST_F(PanelStackingTest, IsThereOnEveryDesktop) {
   EXPECT_EQ(client.pixel(200, 130), 0xff0000u);
 }
 
+TEST_F(PanelStackingTest, ShownAgainItLiesAboveWhatCameWhileItWasHidden) {
+  showOnePicture();
+  panel->orderOut();
+  settle();
+  const auto other = client.makeWindow({0, 0, 600, 500}, backdrop, false);
+  ASSERT_TRUE(isAbove(other, own()));
+  panel->orderFrontRegardless();
+  settle();
+  EXPECT_TRUE(isAbove(own(), other));
+}
+
 TEST_F(PanelStackingTest, GoesBackAboveAWindowThatIsRaisedNowAndThen) {
   showOnePicture();
   const auto other = client.makeWindow({0, 0, 600, 500}, backdrop, false);

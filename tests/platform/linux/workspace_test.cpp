@@ -232,6 +232,14 @@ TEST_F(WorkspaceTest, ACallAfterTheServersEndNoticesItByItself) {
   EXPECT_FALSE(session->present());
 }
 
+TEST_F(WorkspaceTest, OnceConnectedABrokenPipeDoesNotEndTheProgram) {
+  std::signal(SIGPIPE, SIG_DFL);
+  const XSession another(server.display().c_str());
+  ASSERT_TRUE(another.present());
+  std::raise(SIGPIPE);  // ends the process unless it is ignored
+  EXPECT_NE(std::signal(SIGPIPE, SIG_IGN), SIG_DFL);
+}
+
 void expectNothing(const std::shared_ptr<XSession>& session) {
   EXPECT_FALSE(session->present());
   const auto workspace = makeWorkspace(session);
