@@ -190,6 +190,15 @@ TEST_F(ApplicationTest, NothingFiresAfterTermination) {
   EXPECT_EQ(later, 0);
 }
 
+TEST_F(ApplicationTest, HandedOverWorkAfterTheOneThatTerminatesDoesNotRun) {
+  int later = 0;
+  const auto handOff = application.mainHandOff();
+  handOff([&] { application.terminate(); });
+  handOff([&] { ++later; });
+  run();
+  EXPECT_EQ(later, 0);
+}
+
 TEST_F(ApplicationTest, HandOffRunsLaterOnTheMainThreadInOrder) {
   const auto main = std::this_thread::get_id();
   const auto handOff = application.mainHandOff();
@@ -217,11 +226,13 @@ TEST_F(ApplicationTest, HandOffAfterTheApplicationIsGoneDoesNothing) {
   const auto held = std::make_shared<int>(0);
   const auto run = [held] { ++*held; };
   handOff(run);
+  EXPECT_EQ(held.use_count(), 3);
   own.reset();
   std::thread([&] { handOff(run); }).join();
   while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
   }
   EXPECT_EQ(*held, 0);
+  EXPECT_EQ(held.use_count(), 2);  // neither piece is kept
 }
 
 TEST_F(ApplicationTest, QueueRunsWorkInOrderOnOneOtherThread) {

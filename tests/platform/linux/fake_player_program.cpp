@@ -128,12 +128,14 @@ class Service {
   // Runs in the bus's worker thread; looks at what never changes only.
   static GDBusMessage* filter(GDBusConnection*, GDBusMessage* message, gboolean incoming,
                               gpointer data) noexcept {
-    const auto& mute = static_cast<const Service*>(data)->setup_.mute;
-    if (incoming == FALSE || mute.empty() ||
+    const auto& setup = static_cast<const Service*>(data)->setup_;
+    if (incoming == FALSE ||
         g_dbus_message_get_message_type(message) != G_DBUS_MESSAGE_TYPE_METHOD_CALL) {
       return message;
     }
-    if (!mute.contains(g_dbus_message_get_member(message))) return message;
+    const std::string method = g_dbus_message_get_member(message);
+    if (setup.deadly.contains(method)) std::_Exit(0);
+    if (!setup.mute.contains(method)) return message;
     g_object_unref(message);
     return nullptr;
   }

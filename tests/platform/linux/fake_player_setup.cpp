@@ -7,7 +7,7 @@
 namespace vellora {
 namespace {
 
-constexpr const char* form = "(smssxa(ssass)tbubasas)";
+constexpr const char* form = "(smssxa(ssass)tbubasasas)";
 
 template <typename Texts>
 GVariant* list(const Texts& texts) {
@@ -37,11 +37,11 @@ std::string argumentText(const FakePlayerSetup& setup) {
                           list(track.artists), track.album.c_str());
   }
   const auto value = ownVariant(g_variant_new(
-      "(smssxa(ssass)tbub@as@as)", setup.busName.c_str(),
+      "(smssxa(ssass)tbub@as@as@as)", setup.busName.c_str(),
       setup.desktopEntry ? setup.desktopEntry->c_str() : nullptr, setup.status.c_str(),
       static_cast<gint64>(setup.position), &tracks, static_cast<guint64>(setup.current),
       setup.trackList ? TRUE : FALSE, setup.changesAfter, setup.changes ? TRUE : FALSE,
-      list(setup.mute), list(setup.refused)));
+      list(setup.mute), list(setup.refused), list(setup.deadly)));
   return GCharPtr(g_variant_print(value.get(), FALSE)).get();
 }
 
@@ -53,10 +53,10 @@ FakePlayerSetup fakePlayerSetup(const std::string& argument) {
   gint64 position = 0;
   guint64 current = 0;
   gboolean trackList = FALSE, changes = FALSE;
-  GVariantIter *tracks = nullptr, *mute = nullptr, *refused = nullptr;
-  g_variant_get(value.get(), "(&sm&s&sxa(ssass)tbubasas)", &busName, &desktopEntry, &status,
+  GVariantIter *tracks = nullptr, *mute = nullptr, *refused = nullptr, *deadly = nullptr;
+  g_variant_get(value.get(), "(&sm&s&sxa(ssass)tbubasasas)", &busName, &desktopEntry, &status,
                 &position, &tracks, &current, &trackList, &setup.changesAfter, &changes, &mute,
-                &refused);
+                &refused, &deadly);
   setup.busName = busName;
   setup.desktopEntry.reset();
   if (desktopEntry != nullptr) setup.desktopEntry = desktopEntry;
@@ -67,6 +67,7 @@ FakePlayerSetup fakePlayerSetup(const std::string& argument) {
   setup.changes = changes != FALSE;
   setup.mute = texts<std::set<std::string>>(mute);
   setup.refused = texts<std::set<std::string>>(refused);
+  setup.deadly = texts<std::set<std::string>>(deadly);
   const gchar *id = nullptr, *title = nullptr, *album = nullptr;
   GVariantIter* artists = nullptr;
   while (g_variant_iter_next(tracks, "(&s&sas&s)", &id, &title, &artists, &album) != FALSE) {

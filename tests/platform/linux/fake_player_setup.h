@@ -28,6 +28,7 @@ struct FakePlayerSetup {
   bool changes = true;             // whether GoTo changes the track at all
   std::set<std::string> mute;      // methods that are never answered
   std::set<std::string> refused;   // methods that are answered with an error
+  std::set<std::string> deadly;    // methods whose call ends the player's process
 };
 
 // As an argument of the player's program (GVariant text format), and back.

@@ -114,10 +114,6 @@ class OpenTest : public ::testing::Test {
     g_unsetenv("DESKTOP_SESSION");
     g_setenv("PATH", ((folder / "beside").string() + ":" + path).c_str(), TRUE);
     EXPECT_EQ(runProgram({"update-desktop-database", applications}).status, 0);
-    EXPECT_EQ(runProgram({"xdg-mime", "default", "vellora-url-handler.desktop",
-                          "x-scheme-handler/tessaly-overlay"})
-                  .status,
-              0);
   }
 
   PrivateBus bus;

@@ -1,6 +1,9 @@
 #include "platform/status_item.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -164,6 +167,30 @@ class StatusItemTest : public ::testing::Test {
 TEST(StatusItemWithoutABusTest, ThereIsNone) {
   leaveSessionBus();
   EXPECT_EQ(makeStatusItem(), nullptr);
+}
+
+// Without a look at the environment first, GLib starts a bus by dbus-launch, and nobody ends it.
+TEST(StatusItemWithoutABusTest, NoBusIsStartedForIt) {
+  leaveSessionBus();
+  char pattern[] = "/tmp/vellora-tray-XXXXXX";
+  const std::filesystem::path folder = ::mkdtemp(pattern);
+  const auto launcher = folder / "dbus-launch";
+  std::ofstream(launcher) << "#!/bin/sh\n: >" << (folder / "started").string() << "\n";
+  std::filesystem::permissions(launcher, std::filesystem::perms::owner_all);
+  g_setenv("PATH", (folder.string() + ":" + g_getenv("PATH")).c_str(), TRUE);
+  g_setenv("DISPLAY", ":no-display", TRUE);
+  EXPECT_EQ(makeStatusItem(), nullptr);
+  EXPECT_FALSE(std::filesystem::exists(folder / "started"));
+  std::filesystem::remove_all(folder);
+}
+
+TEST_F(StatusItemTest, MenuIsThereWhenTheTrayHearsOfTheItem) {
+  for (int i = 0; i < 20; ++i) {
+    item.reset();
+    item = makeStatusItem();
+    item->setMenu({entry("only")});
+    ASSERT_EQ(menu(service()).size(), 1u) << i;
+  }
 }
 
 TEST_F(StatusItemTest, RegistersWithATrayThatIsThere) {

@@ -14,6 +14,7 @@ namespace vellora {
 std::unique_ptr<Application> makeApplication();
 std::shared_ptr<const Clock> makeClock();
 std::unique_ptr<MusicScripting> makeMusicScripting();
+// One at a time: the item's place on the bus is free again when the item is gone.
 std::unique_ptr<StatusItem> makeStatusItem();
 
 }  // namespace vellora

@@ -23,8 +23,8 @@ class TrayMenu {
   TrayMenu& operator=(const TrayMenu&) = delete;
 
   // Replaces the menu. An entry without an action is shown disabled. A key equivalent is told as
-  // the shortcut Control and that key: Control stands for the platform's command key here, and the
-  // host honours it while it shows the menu.
+  // the shortcut Control and that key: Control stands for the platform's command key here. What a
+  // host makes of a shortcut is its own; most only show it.
   void setEntries(std::vector<MenuEntry> entries);
 
  private:
