@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <glib-unix.h>
@@ -283,10 +284,12 @@ TEST_F(ApplicationTest, DestroyedQueueFinishesItsPieceAndDropsTheRestWithoutAWai
     gate->pass();
     finished->open();
   });
-  queue->async([=] { ++*dropped; });
+  auto held = std::make_shared<int>(0);
+  queue->async([=, keeps = held] { ++*dropped; });
+  const std::weak_ptr<int> second = std::exchange(held, nullptr);
   started->pass();
-  const std::weak_ptr<std::atomic<int>> watched = dropped;
   queue.reset();  // returns although the piece waits at the gate
+  EXPECT_TRUE(second.expired());
   gate->open();
   finished->pass();
   EXPECT_EQ(*dropped, 0);
