@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/files.h"
 #include "exchange/records/json.h"
@@ -15,13 +14,6 @@ namespace vellora {
 // or written. Every other exchange file lies in the same folder. All locations are worked out anew
 // from it at each use, so that a change of it moves all files at once.
 using SnapshotLocation = std::optional<std::filesystem::path>;
-
-// A path from the command line as an absolute one, resolved against the working directory and not
-// checked in any way.
-std::filesystem::path absoluteLocation(std::string_view path);
-
-// The argument after the first "--snapshot", as a location; nothing when there is none.
-SnapshotLocation snapshotLocation(const std::vector<std::string>& arguments);
 
 // The snapshot's folder, and a file of that name in it.
 std::optional<std::filesystem::path> exchangeDirectory(const SnapshotLocation& snapshot);

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "controller/overlay_delegate.h"
-#include "exchange/exchange_folder.h"
 #include "main/diagnosis.h"
 #include "main/self_test.h"
 
@@ -14,7 +13,7 @@ namespace {
 
 void runRenderTest(const Arguments& arguments, Platform& platform, std::ostream& output) {
   platform.application().setAccessoryPolicy();
-  const PixelSize size = runSelfTest(platform, flagValue(arguments, Flags::output), output);
+  const PixelSize size = runSelfTest(platform, locationValue(arguments, Flags::output), output);
   output << "PASS native AppKit caption rendering (" << std::to_string(size.width) << " × "
          << std::to_string(size.height) << ")" << std::endl;
 }
@@ -22,8 +21,8 @@ void runRenderTest(const Arguments& arguments, Platform& platform, std::ostream&
 void runOverlay(const Arguments& arguments, Platform& platform, std::ostream& output) {
   Application& application = platform.application();
   application.setAccessoryPolicy();
-  const auto controller =
-      std::make_shared<OverlayDelegate>(snapshotLocation(arguments), platform, output);
+  const auto controller = std::make_shared<OverlayDelegate>(
+      locationValue(arguments, Flags::snapshot), platform, output);
   application.setDelegate(controller);
   application.run();
 }

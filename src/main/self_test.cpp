@@ -8,7 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "main/fatal.h"
+#include "base/fatal.h"
+#include "render/pixels.h"
 
 namespace vellora {
 
@@ -60,28 +61,21 @@ std::vector<Caption> sampleCaptions() {
           {"The next line blends into the background", {70, 300, 680, 44}, 24, 0.75}};
 }
 
-// One coordinate of a point as a pixel number, cut toward zero.
-std::int64_t pixelNumber(double value) {
-  constexpr double limit = 9223372036854775808.0;  // 2^63, the first number that does not fit
-  if (!(value >= -limit && value < limit)) fatalError("A pixel number is out of range");
-  return static_cast<std::int64_t>(value);
-}
-
-void writePng(const Bitmap& bitmap, const std::string& location) {
+void writePng(const Bitmap& bitmap, const std::filesystem::path& location) {
   const std::optional<std::vector<std::uint8_t>> png = bitmap.png();
   if (!png) return;
   std::ofstream file(location, std::ios::binary | std::ios::trunc);
   file.write(reinterpret_cast<const char*>(png->data()), static_cast<std::streamsize>(png->size()));
   file.close();
-  if (!file) fatalError("Could not write " + location);
+  if (!file) fatalError("Could not write " + location.string());
 }
 
 }  // namespace
 
 double alphaAt(const Bitmap& bitmap, double viewWidth, Point point) {
   const double scale = static_cast<double>(bitmap.pixelWidth()) / viewWidth;
-  const std::int64_t column = pixelNumber(point.x * scale);
-  const std::int64_t row = pixelNumber(point.y * scale);
+  const std::int64_t column = wholePixels(point.x * scale);
+  const std::int64_t row = wholePixels(point.y * scale);
   return bitmap.alpha(column, row).value_or(-1);
 }
 
@@ -91,7 +85,7 @@ void checkComposition(const OverlayDelegate& controller) {
   check(controller.canvas.captions().size() == 1);
 }
 
-PixelSize runSelfTest(Platform& platform, const std::optional<std::string>& picture,
+PixelSize runSelfTest(Platform& platform, const std::optional<std::filesystem::path>& picture,
                       std::ostream& output) {
   const auto controller = std::make_shared<OverlayDelegate>(std::nullopt, platform, output);
   CaptionView& canvas = controller->canvas;

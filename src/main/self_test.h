@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <iosfwd>
 #include <optional>
-#include <string>
 
 #include "controller/overlay_delegate.h"
 #include "platform/platform.h"
@@ -21,7 +21,7 @@ struct PixelSize {
 // is given (not atomically). Ends the process abnormally at the first check that fails, without a
 // word; with a line on standard error where there is no picture to draw in or the file cannot be
 // written. Main thread.
-PixelSize runSelfTest(Platform& platform, const std::optional<std::string>& picture,
+PixelSize runSelfTest(Platform& platform, const std::optional<std::filesystem::path>& picture,
                       std::ostream& output);
 
 // Its check of what the composition made: a panel that lets clicks and the window below through,

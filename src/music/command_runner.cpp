@@ -1,10 +1,11 @@
 #include "music/command_runner.h"
 
 #include <cstdint>
-#include <cstdlib>
-#include <iostream>
 #include <optional>
+#include <ostream>
+#include <string>
 
+#include "base/fatal.h"
 #include "base/number_text.h"
 #include "music/command_script.h"
 
@@ -15,9 +16,8 @@ namespace {
 std::int64_t requiredMilliseconds(double position) {
   const std::optional<std::int64_t> milliseconds = wholeMilliseconds(position);
   if (!milliseconds) {
-    std::cerr << "Fatal error: the position " << plainNumber(position)
-              << " has no whole number of milliseconds in 64 bits" << std::endl;
-    std::abort();
+    fatalError("the position " + plainNumber(position) +
+               " has no whole number of milliseconds in 64 bits");
   }
   return *milliseconds;
 }

@@ -1,8 +1,8 @@
 #include "render/pixels.h"
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
+
+#include "base/fatal.h"
 
 namespace vellora {
 
@@ -16,8 +16,7 @@ constexpr double limit = 9223372036854775808.0;
 std::int64_t wholePixels(double value) {
   const double whole = std::trunc(value);
   if (!(whole >= -limit && whole < limit)) {
-    std::fputs("Fatal error: a pixel coordinate is not finite or out of range\n", stderr);
-    std::abort();
+    fatalError("a pixel coordinate is not finite or out of range");
   }
   return static_cast<std::int64_t>(whole);
 }

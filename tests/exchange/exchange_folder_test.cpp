@@ -1,10 +1,7 @@
 #include "exchange/exchange_folder.h"
 
-#include <filesystem>
 #include <limits>
 #include <optional>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -12,8 +9,6 @@
 
 namespace vellora {
 namespace {
-
-namespace fs = std::filesystem;
 
 TEST(ExchangeFolderTest, WithoutASnapshotLocationThereIsNoFolderAndNoFile) {
   EXPECT_EQ(exchangeDirectory(std::nullopt), std::nullopt);
@@ -32,30 +27,6 @@ TEST(ExchangeFolderTest, EveryFileLiesBesideTheSnapshot) {
 TEST(ExchangeFolderTest, SlashAtTheEndIsNoComponent) {
   EXPECT_EQ(exchangeDirectory("/a/b/"), "/a");
   EXPECT_EQ(exchangeDirectory("/a"), "/");
-}
-
-TEST(ExchangeFolderTest, ArgumentAfterTheFirstSnapshotOptionIsTheLocation) {
-  using Arguments = std::vector<std::string>;
-  EXPECT_EQ(snapshotLocation(Arguments{"vellora", "--snapshot", "/a/s.json"}), "/a/s.json");
-  EXPECT_EQ(snapshotLocation(Arguments{"vellora", "--snapshot", "/a", "--snapshot", "/b"}), "/a");
-  EXPECT_EQ(snapshotLocation(Arguments{"vellora", "x", "--snapshot", "/a b/../ü.txt", "y"}),
-            "/a b/../ü.txt");
-}
-
-TEST(ExchangeFolderTest, SnapshotOptionThatIsLastOrMissingNamesNothing) {
-  using Arguments = std::vector<std::string>;
-  EXPECT_EQ(snapshotLocation(Arguments{"vellora", "--snapshot"}), std::nullopt);
-  EXPECT_EQ(snapshotLocation(Arguments{"vellora", "--Snapshot", "/a"}), std::nullopt);
-  EXPECT_EQ(snapshotLocation(Arguments{"vellora"}), std::nullopt);
-  EXPECT_EQ(snapshotLocation(Arguments{}), std::nullopt);
-}
-
-TEST(ExchangeFolderTest, RelativePathIsResolvedAgainstTheWorkingDirectory) {
-  const fs::path here = fs::current_path();
-  EXPECT_EQ(absoluteLocation("s.json"), here / "s.json");
-  EXPECT_EQ(absoluteLocation("a/s.json"), here / "a/s.json");
-  EXPECT_EQ(exchangeDirectory(absoluteLocation("s.json")), here);
-  EXPECT_EQ(absoluteLocation("~/s.json"), here / "~/s.json");
 }
 
 TEST(ExchangeFolderTest, UnreadableAndMalformedFilesHoldNoRecord) {

@@ -1,5 +1,7 @@
 #include "main/arguments.h"
 
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 namespace vellora {
@@ -31,6 +33,31 @@ TEST(ArgumentsTest, AFlagAtTheEndHasNoValue) {
   EXPECT_EQ(flagValue({"vellora", "--output"}, "--output"), std::nullopt);
   EXPECT_EQ(flagValue({"vellora"}, "--output"), std::nullopt);
   EXPECT_EQ(flagValue({}, "--output"), std::nullopt);
+}
+
+TEST(ArgumentsTest, ALocationIsAnAbsoluteValueAsItStands) {
+  EXPECT_EQ(locationValue({"vellora", "--snapshot", "/a/s.json"}, "--snapshot"), "/a/s.json");
+  EXPECT_EQ(locationValue({"vellora", "x", "--snapshot", "/a b/../ü.txt", "y"}, "--snapshot"),
+            "/a b/../ü.txt");
+  EXPECT_EQ(locationValue({"vellora", "--snapshot", "/a", "--snapshot", "/b"}, "--snapshot"), "/a");
+}
+
+TEST(ArgumentsTest, ARelativeLocationIsTakenFromTheCurrentDirectory) {
+  const std::filesystem::path here = std::filesystem::current_path();
+  const auto location = [](const char* value) {
+    return locationValue({"vellora", "--output", value}, "--output");
+  };
+  EXPECT_EQ(location("s.json"), here / "s.json");
+  EXPECT_EQ(location("a/../s.json"), here / "a/../s.json");
+  EXPECT_EQ(location("~/s.json"), here / "~/s.json");
+  EXPECT_EQ(location(""), here / ".");
+}
+
+TEST(ArgumentsTest, AFlagWithoutAValueNamesNoLocation) {
+  EXPECT_EQ(locationValue({"vellora", "--snapshot"}, "--snapshot"), std::nullopt);
+  EXPECT_EQ(locationValue({"vellora", "--Snapshot", "/a"}, "--snapshot"), std::nullopt);
+  EXPECT_EQ(locationValue({"vellora"}, "--snapshot"), std::nullopt);
+  EXPECT_EQ(locationValue({}, "--snapshot"), std::nullopt);
 }
 
 }  // namespace

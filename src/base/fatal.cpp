@@ -1,4 +1,4 @@
-#include "main/fatal.h"
+#include "base/fatal.h"
 
 #include <cstdlib>
 #include <iostream>
