@@ -177,6 +177,21 @@ TEST_F(ExchangeUseTest, AMalformedCommandStaysAndIsNeverRun) {
   EXPECT_EQ(commands(), 0u);
 }
 
+TEST_F(ExchangeUseTest, WithoutARequestACommandWaitsHoweverLong) {
+  writeCommand();
+  const std::string command = readText(folder / "command.json");
+  for (int i = 0; i < 100; ++i) {
+    controller->tick();
+    EXPECT_EQ(readText(folder / "command.json"), command);
+    platform.clock->advance(1);
+  }
+  EXPECT_THAT(platform.scripting->requests, IsEmpty());
+  writeSync();
+  controller->tick();
+  EXPECT_FALSE(exists("command.json"));
+  EXPECT_EQ(commands(), 0u);
+}
+
 TEST_F(ExchangeUseTest, OnlyTheLaterOfTwoCommandsIsSeen) {
   writeSync();
   writeCommand(0, MusicCommand::Action::next);

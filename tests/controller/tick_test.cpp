@@ -88,6 +88,16 @@ TEST_F(TickTest, AStaleSnapshotStopsTheOverlayMoreThanFifteenSecondsAfterTheLast
   EXPECT_EQ(statusFile(), StatusFiles::stopped);
 }
 
+TEST_F(TickTest, TheLastWaitIsReportedBeforeTheEnd) {
+  controller->applicationDidFinishLaunching();
+  controller->writeStatus("Another line", false);
+  platform.log.clear();
+  platform.clock->advance(15.001);
+  controller->tick();
+  EXPECT_EQ(platform.log, (Log{"hide panel", "tooltip Waiting for fresh lyrics from Tessaly",
+                               "tooltip Overlay stopped", "hide panel", "terminate"}));
+}
+
 TEST_F(TickTest, AUsableSnapshotMovesLastFreshWhateverFollows) {
   writeSnapshot();
   platform.accessibility->trusted = false;
@@ -140,6 +150,52 @@ TEST_F(TickTest, TheCommandAndThePublicationComeBeforeTheScan) {
   EXPECT_TRUE(exists("nowplaying.json"));
   EXPECT_TRUE(controller->scanning);
   EXPECT_EQ(platform.app.backgroundWaiting(), 1u);
+}
+
+TEST_F(TickTest, TheCommandAndThePublicationNeedNoTrustAndComeBeforeItsCheck) {
+  writeSnapshot();
+  writeSync();
+  writeCommand();
+  play("One");
+  platform.accessibility->trusted = false;
+  std::vector<std::string> seen;
+  platform.scripting->onRun = [&](const ScriptRequest& request) {
+    seen.push_back(request.command ? "command" : "question");
+  };
+  platform.accessibility->onRequestTrust = [&] { seen.push_back("trust"); };
+  controller->tick();
+  EXPECT_THAT(seen, ElementsAre("command", "question", "trust"));
+  EXPECT_EQ(statusFile(), StatusFiles::allow);
+}
+
+TEST_F(TickTest, TheSnapshotIsLookedForWhenTheCommandHasRun) {
+  writeSync();
+  writeCommand();
+  platform.scripting->onRun = [this](const ScriptRequest&) { writeSnapshot(); };
+  controller->tick();
+  EXPECT_EQ(statusFile(), StatusFiles::ready);
+}
+
+TEST_F(TickTest, ASnapshotThatTurnsStaleWhileTheCommandRunsIsNotUsed) {
+  writeSnapshot(5.9);
+  writeSync();
+  writeCommand();
+  bringMusicToFront();
+  platform.scripting->onRun = [this](const ScriptRequest&) { platform.clock->advance(0.2); };
+  controller->tick();
+  EXPECT_EQ(statusFile(), StatusFiles::following);
+  EXPECT_FALSE(controller->scanning);
+}
+
+TEST_F(TickTest, ASyncRequestThatLapsesWhileTheCommandRunsCountsUntilTheTickIsOver) {
+  writeSync(24.9);
+  writeCommand();
+  platform.scripting->onRun = [this](const ScriptRequest&) { platform.clock->advance(20); };
+  controller->tick();
+  EXPECT_EQ(statusFile(), StatusFiles::following);
+  EXPECT_EQ(platform.app.terminations, 0);
+  controller->tick();
+  EXPECT_EQ(platform.app.terminations, 1);
 }
 
 TEST_F(TickTest, WithoutASyncRequestNoCommandRunsAndNothingIsPublished) {
