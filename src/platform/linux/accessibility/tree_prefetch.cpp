@@ -16,6 +16,10 @@ constexpr std::size_t mostPerRound = 16;
 // then read element by element.
 constexpr std::size_t mostAsked = 2100;
 
+// Elements looked through for one volley of extents: as many as a walk can have behind it and as
+// many as it can have ahead. Branches that lead back into themselves have more than that.
+constexpr std::size_t mostLookedThrough = 1400;
+
 bool hasRole(const AccessibleNode& node, std::uint32_t role) {
   return node.facts.role.value == role;
 }
@@ -78,7 +82,10 @@ struct TreePrefetch::Volley {
   std::size_t most;
   bool isBegun = false;
   std::size_t position = 0;
+  std::size_t lookedThrough = 0;
   std::vector<NodeIndex> wanted{};
+
+  bool isFull() const { return position > most || lookedThrough >= mostLookedThrough; }
 };
 
 void TreePrefetch::askExtents(NodeIndex node, std::size_t most, Steady::time_point deadline) {
@@ -104,7 +111,8 @@ void TreePrefetch::askExtents(NodeIndex node, std::size_t most, Steady::time_poi
 }
 
 void TreePrefetch::planExtents(NodeIndex node, int depth, Volley& volley) {
-  if (depth > deepestPrefetched) return;
+  if (volley.isFull() || depth > deepestPrefetched) return;
+  ++volley.lookedThrough;
   if (node == volley.first) volley.isBegun = true;
   if (volley.isBegun && ++volley.position > volley.most) return;
   const AccessibleNode& here = store_[node];
@@ -115,7 +123,7 @@ void TreePrefetch::planExtents(NodeIndex node, int depth, Volley& volley) {
   if (!here.facts.children.value) return;
   for (const NodeIndex child : *here.facts.children.value) {
     planExtents(child, depth + 1, volley);
-    if (volley.position > volley.most) return;
+    if (volley.isFull()) return;
   }
 }
 

@@ -176,6 +176,21 @@ TEST_F(AccessibilityHostileTest, WideTreesOfWideTreesAreBounded) {
   EXPECT_LT(player->counts().getAll, 2100 + 700);
 }
 
+// Deep down, so that a walk soon leaves what has no end, and wants the frame of the row behind it.
+TEST_F(AccessibilityHostileTest, ABranchWithoutEndBeforeARowIsNotSearchedForIt) {
+  FakeProgram program = programWithRows(0);
+  std::size_t parent = 1;
+  for (int depth = 1; depth <= 20; ++depth) parent = add(program, parent, {});
+  const std::size_t endless = add(program, parent, {});
+  const std::size_t back = add(program, endless, {});
+  program.objects[endless].children = {back, back, back};
+  program.objects[back].children = {endless, endless};
+  add(program, parent, row("behind", 10));
+  start(program);
+  EXPECT_LT(seconds([&] { read(); }), 0.3 + 0.08 + slack);
+  EXPECT_THAT(texts(readRows(1)), ElementsAre("behind"));
+}
+
 TEST_F(AccessibilityHostileTest, ACountThatLiesChangesNothing) {
   for (const std::int32_t claimed : {1, 3, 600, -1}) {
     FakeProgram program = programWithRows(5);
