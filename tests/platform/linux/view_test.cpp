@@ -31,6 +31,20 @@ TEST(ViewWithoutDisplayTest, DrawsIntoABitmapOfTwoPixelsToAPoint) {
   EXPECT_EQ(bitmap->alpha(600, 699), 0.0);
 }
 
+TEST(ViewWithoutDisplayTest, DrawnIntoABitmapAgainItLiesOverWhatIsThere) {
+  unsetenv("DISPLAY");
+  const auto view = makeView(makeXSession());
+  const auto picture = plainPicture(40, 30, 0, {1, 1, 1, 0.5}, 2);
+  view->setDrawFunction([&](Surface& surface) { surface.drawImage(*picture, {10, 10, 40, 30}); });
+  view->setFrame({0, 0, 100, 100});
+  const auto bitmap = view->bitmapForCachingDisplay();
+  ASSERT_NE(bitmap, nullptr);
+  view->cacheDisplay(*bitmap);
+  EXPECT_NEAR(bitmap->alpha(60, 60).value(), 0.5, 0.01);
+  view->cacheDisplay(*bitmap);
+  EXPECT_NEAR(bitmap->alpha(60, 60).value(), 0.75, 0.01);
+}
+
 TEST(ViewWithoutDisplayTest, HasNoBitmapWithoutASize) {
   unsetenv("DISPLAY");
   const auto view = makeView(makeXSession());

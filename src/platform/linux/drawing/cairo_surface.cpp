@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 namespace vellora {
 
@@ -99,6 +100,10 @@ std::unique_ptr<CairoBitmap> CairoBitmap::make(std::int64_t pixelWidth, std::int
   CairoSurfacePtr pixels = makePixels(pixelWidth, pixelHeight);
   if (!pixels) return nullptr;
   return std::unique_ptr<CairoBitmap>(new CairoBitmap(std::move(pixels)));
+}
+
+CairoSurface CairoBitmap::surface(double scale) {
+  return {pixels_.get(), scale, std::exchange(state_, CairoSurface::Target::hasContent)};
 }
 
 std::int64_t CairoBitmap::pixelWidth() const {

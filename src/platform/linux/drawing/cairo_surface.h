@@ -67,6 +67,9 @@ class CairoBitmap final : public Bitmap {
   // An ARGB32 image surface.
   cairo_surface_t* pixels() const { return pixels_.get(); }
 
+  // A surface to draw on the bitmap, which counts as having content from then on.
+  CairoSurface surface(double scale);
+
   std::int64_t pixelWidth() const override;
   std::int64_t pixelHeight() const override;
   std::optional<double> alpha(std::int64_t column, std::int64_t row) const override;
@@ -76,6 +79,7 @@ class CairoBitmap final : public Bitmap {
   explicit CairoBitmap(CairoSurfacePtr pixels) : pixels_(std::move(pixels)) {}
 
   CairoSurfacePtr pixels_;
+  CairoSurface::Target state_ = CairoSurface::Target::isClear;
 };
 
 // A clear ARGB32 image surface; null when there is none to be had of that size.

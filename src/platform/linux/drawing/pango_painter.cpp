@@ -1,38 +1,19 @@
 #include "platform/linux/drawing/pango_painter.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <new>
-#include <numbers>
 #include <utility>
 
 #include "platform/linux/drawing/cairo_surface.h"
 #include "platform/linux/drawing/gaussian_blur.h"
+#include "platform/linux/drawing/plate.h"
 
 namespace vellora {
 
 namespace {
 
 constexpr std::size_t heightLimit = 256;  // of `heights_`, then all go
-
-void setColor(cairo_t* context, const Color& color, double alpha) {
-  cairo_set_source_rgba(context, color.red, color.green, color.blue, alpha);
-}
-
-// A rectangle with quarter circles for corners, as the current path.
-void addRoundedRectangle(cairo_t* context, const Rect& rect, double cornerRadius) {
-  const double radius = std::min({cornerRadius, rect.width / 2, rect.height / 2});
-  const double right = rect.x + rect.width;
-  const double bottom = rect.y + rect.height;
-  constexpr double quarter = std::numbers::pi / 2;
-  cairo_new_sub_path(context);
-  cairo_arc(context, right - radius, rect.y + radius, radius, -quarter, 0);
-  cairo_arc(context, right - radius, bottom - radius, radius, 0, quarter);
-  cairo_arc(context, rect.x + radius, bottom - radius, radius, quarter, 2 * quarter);
-  cairo_arc(context, rect.x + radius, rect.y + radius, radius, 2 * quarter, 3 * quarter);
-  cairo_close_path(context);
-}
 
 std::string heightKey(std::string_view text, double fontSize, double width) {
   const double numbers[] = {fontSize, width};
@@ -57,12 +38,14 @@ double PangoPainter::measureHeight(std::string_view text, double fontSize, doubl
 std::shared_ptr<const CaptionImage> PangoPainter::paint(const CaptionDrawing& drawing) {
   CairoSurfacePtr pixels = makePixels(drawing.pixelWidth, drawing.pixelHeight);
   if (!pixels) return nullptr;
+  const double scale = drawing.scale;
+  const Rect& plate = drawing.plate;
+  fillPlate(pixels.get(),
+            {plate.x * scale, plate.y * scale, plate.width * scale, plate.height * scale},
+            drawing.cornerRadius * scale, drawing.plateColor);
   {
     const CairoContextPtr context(cairo_create(pixels.get()));
-    cairo_scale(context.get(), drawing.scale, drawing.scale);
-    addRoundedRectangle(context.get(), drawing.plate, drawing.cornerRadius);
-    setColor(context.get(), drawing.plateColor, drawing.plateColor.alpha);
-    cairo_fill(context.get());
+    cairo_scale(context.get(), scale, scale);
     showText(context.get(), drawing);
     if (cairo_status(context.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
   }
@@ -74,7 +57,8 @@ void PangoPainter::showText(cairo_t* context, const CaptionDrawing& drawing) {
   // Faded as a whole, because glyphs with colours of their own ignore the colour's alpha.
   const bool faded = drawing.textColor.alpha < 1;
   if (faded) cairo_push_group(context);
-  setColor(context, drawing.textColor, 1);
+  cairo_set_source_rgb(context, drawing.textColor.red, drawing.textColor.green,
+                       drawing.textColor.blue);
   textSetter_.show(context, drawing.text, drawing.fontSize, drawing.textRect);
   if (faded) {
     cairo_pop_group_to_source(context);
