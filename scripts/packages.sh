@@ -21,6 +21,6 @@ packages_session=(
   xvfb openbox picom libatk-adaptor xdotool wmctrl x11-utils imagemagick libglib2.0-bin
 )
 
-packages_test=(libgtest-dev libgmock-dev)
+packages_test=(libgtest-dev libgmock-dev python3)
 
 packages_bench=(libbenchmark-dev libopencv-dev libatspi2.0-dev)
