@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/linux/desktop/player_actions.h"
+#include "platform/linux/desktop/player_request.h"
 
 namespace vellora {
 namespace {
@@ -35,13 +36,16 @@ ScriptOutcome MprisScripting::run(const ScriptRequest& request) {
     bus_ = connectToSessionBus();
     if (!bus_) return withoutPlayer(request);
     directory_ = std::make_unique<PlayerDirectory>(shareObject(bus_.get()), playerApplication);
+    silent_ = std::make_unique<SilentPlayer>(shareObject(bus_.get()));
   }
   const auto found = directory_->find(deadline);
   if (!found.busName) {
     return found.complete ? withoutPlayer(request) : refused("a player did not answer in time");
   }
+  if (silent_->isSilent(*found.busName)) return refused("the player still does not answer");
   PlayerRequest calls(bus_.get(), *found.busName, deadline);
   auto reply = request.command ? carryOut(calls, *request.command) : nowPlayingReply(calls);
+  if (calls.playerIsSilent()) silent_->note(*found.busName);
   if (calls.playerIsGone()) return withoutPlayer(request);
   if (calls.failed()) return refused(*calls.failure());
   return replied(std::move(reply));

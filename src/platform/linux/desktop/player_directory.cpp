@@ -10,6 +10,9 @@ namespace {
 
 constexpr std::string_view playerPrefix = "org.mpris.MediaPlayer2.";
 
+// playerctl's daemon passes itself off as whichever player was active last, another one each time.
+constexpr std::string_view standIn = "org.mpris.MediaPlayer2.playerctld";
+
 }  // namespace
 
 PlayerDirectory::PlayerDirectory(BusConnection bus, std::string desktopEntry)
@@ -54,7 +57,7 @@ PlayerDirectory::list(const Deadline& deadline) const {
   for (gsize i = 0; i < g_variant_n_children(names.get()); ++i) {
     const GVariantPtr name(g_variant_get_child_value(names.get(), i));
     const std::string_view text(g_variant_get_string(name.get(), nullptr));
-    if (text.starts_with(playerPrefix)) players.emplace(text, nullptr);
+    if (text.starts_with(playerPrefix) && text != standIn) players.emplace(text, nullptr);
   }
   return players;
 }

@@ -46,7 +46,8 @@ GVariantPtr PlayerRequest::tryCall(const char* interface, const char* method, GV
         G_DBUS_CALL_FLAGS_NO_AUTO_START, remaining, nullptr, error.out()));
     if (answer) return answer;
   }
-  if (remaining == 0 || g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_TIMED_OUT)) {
+  silent_ = g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE;
+  if (remaining == 0 || silent_) {
     fail(std::string("the player did not answer in time (") + method + ")");
   } else if (isGone(error.get())) {
     gone_ = true;

@@ -35,6 +35,8 @@ class PlayerRequest {
   const std::optional<std::string>& failure() const { return failure_; }
   // Whether it failed because the player is not there any more.
   bool playerIsGone() const { return gone_; }
+  // Whether it failed because the player let a call wait until the deadline.
+  bool playerIsSilent() const { return silent_; }
 
   const Deadline& deadline() const { return deadline_; }
   GDBusConnection* bus() const { return bus_; }
@@ -47,6 +49,7 @@ class PlayerRequest {
   std::optional<std::string> failure_;
   std::string refusal_;
   bool gone_ = false;
+  bool silent_ = false;
 };
 
 }  // namespace vellora

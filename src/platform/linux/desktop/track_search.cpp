@@ -12,6 +12,7 @@ namespace {
 constexpr const char* trackList = "org.mpris.MediaPlayer2.TrackList";
 
 std::string withoutCase(std::string_view text) {
+  if (text.find('\0') != text.npos) return std::string(text);  // where GLib's texts end
   const auto length = static_cast<gssize>(text.size());
   // Decomposed first: a composed capital may fold to several characters.
   const GCharPtr decomposed(g_utf8_normalize(text.data(), length, G_NORMALIZE_NFD));
