@@ -14,9 +14,11 @@ namespace {
 
 class AxElement final : public AccessibilityElement {
  public:
+  // Null is an element whose object is gone.
   explicit AxElement(CfPtr<AXUIElementRef> element) : element(std::move(element)) {}
 
   AttributeValue attribute(std::string_view name) override {
+    if (element == nullptr) return {};
     @autoreleasepool {
       CFTypeRef copied = nullptr;
       const AXError error = AXUIElementCopyAttributeValue(
@@ -57,8 +59,7 @@ class AxElement final : public AccessibilityElement {
     for (CFIndex i = 0; i < count; ++i) {
       const CFTypeRef item = CFArrayGetValueAtIndex(list, i);
       if (item == nullptr || CFGetTypeID(item) != AXUIElementGetTypeID()) return {};
-      elements.push_back(std::make_shared<AxElement>(CfPtr<AXUIElementRef>(
-          static_cast<AXUIElementRef>(const_cast<void*>(CFRetain(item))))));
+      elements.push_back(std::make_shared<AxElement>(retained(static_cast<AXUIElementRef>(item))));
     }
     return elements;
   }
@@ -80,15 +81,13 @@ class AxAccessibility final : public Accessibility {
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
                                                            float messagingTimeout) override {
     CfPtr<AXUIElementRef> element(AXUIElementCreateApplication(processIdentifier));
-    AXUIElementSetMessagingTimeout(element.get(), messagingTimeout);
+    if (element != nullptr) AXUIElementSetMessagingTimeout(element.get(), messagingTimeout);
     return std::make_shared<AxElement>(std::move(element));
   }
 };
 
 }  // namespace
 
-std::shared_ptr<Accessibility> makeAxAccessibility() {
-  return std::make_shared<AxAccessibility>();
-}
+std::shared_ptr<Accessibility> makeAxAccessibility() { return std::make_shared<AxAccessibility>(); }
 
 }  // namespace vellora

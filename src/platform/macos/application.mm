@@ -56,9 +56,10 @@ class DispatchQueue final : public SerialQueue {
   ~DispatchQueue() override { *open = false; }
 
   void async(std::function<void()> work) override {
-    dispatch_async(queue, [work = std::move(work), open = open] {
+    const std::shared_ptr<std::atomic<bool>> stillOpen = open;
+    dispatch_async(queue, ^{
       @autoreleasepool {
-        if (*open) work();
+        if (*stillOpen) work();
       }
     });
   }
@@ -86,10 +87,14 @@ class AppKitApplication final : public Application {
   void run() override { [application run]; }
 
   std::unique_ptr<Timer> scheduleTimer(double interval, std::function<void()> fire) override {
+    // A pool of its own: the event loop's is emptied by events, and a program in the background may
+    // see none for hours.
     NSTimer* const timer = [NSTimer scheduledTimerWithTimeInterval:interval
                                                            repeats:YES
                                                              block:^(NSTimer* __unused fired) {
-                                                               fire();
+                                                               @autoreleasepool {
+                                                                 fire();
+                                                               }
                                                              }];
     return std::make_unique<RunLoopTimer>(timer);
   }
@@ -100,7 +105,11 @@ class AppKitApplication final : public Application {
 
   std::function<void(std::function<void()>)> mainHandOff() override {
     return [](std::function<void()> work) {
-      dispatch_async(dispatch_get_main_queue(), [work = std::move(work)] { work(); });
+      dispatch_async(dispatch_get_main_queue(), ^{
+        @autoreleasepool {
+          work();
+        }
+      });
     };
   }
 

@@ -11,12 +11,15 @@
 // Every conversion between the core's values and the system's. Any thread.
 namespace vellora {
 
-// Ill-formed UTF-8 becomes U+FFFD, as the core's other texts have it.
+// Ill-formed UTF-8 becomes U+FFFD, as the core's other texts have it; every character is kept.
 NSString* toNSString(std::string_view text);
-// Lone surrogates become U+FFFD; nil the empty text.
+// Surrogates without their partner become U+FFFD, nil the empty text.
 std::string fromNSString(NSString* text);
 
 NSRect toNSRect(const Rect& rect);
+// Whether a window or a view can be there: to place one at what is not a finite number is an
+// Objective-C exception.
+bool isPlaceable(const Rect& rect);
 Rect fromNSRect(NSRect rect);
 
 // Colours in the calibrated spaces: of one white level where the three components agree.

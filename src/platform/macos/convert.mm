@@ -1,24 +1,34 @@
 #import "platform/macos/convert.h"
 
-#include "base/utf8.h"
+#include <cmath>
+
+#include "base/utf16.h"
 
 namespace vellora {
 
+// By way of UTF-16, which is what an NSString holds: its own readers of UTF-8 drop a byte-order
+// mark at the front, and its writers are not bound to any replacement of lone surrogates.
+static_assert(sizeof(unichar) == sizeof(char16_t));
+
 NSString* toNSString(std::string_view text) {
-  const std::string valid = wellFormed(text);
-  NSString* const result = [[NSString alloc] initWithBytes:valid.data()
-                                                    length:valid.size()
-                                                  encoding:NSUTF8StringEncoding];
-  return result != nil ? result : @"";
+  const std::u16string units = toUtf16(text);
+  return [[NSString alloc] initWithCharacters:reinterpret_cast<const unichar*>(units.data())
+                                       length:units.size()];
 }
 
 std::string fromNSString(NSString* text) {
   if (text == nil) return {};
-  NSData* const bytes = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
-  return std::string(static_cast<const char*>(bytes.bytes), bytes.length);
+  std::u16string units(text.length, u'\0');
+  [text getCharacters:reinterpret_cast<unichar*>(units.data()) range:NSMakeRange(0, units.size())];
+  return fromUtf16(units);
 }
 
 NSRect toNSRect(const Rect& rect) { return NSMakeRect(rect.x, rect.y, rect.width, rect.height); }
+
+bool isPlaceable(const Rect& rect) {
+  return std::isfinite(rect.x) && std::isfinite(rect.y) && std::isfinite(rect.width) &&
+         std::isfinite(rect.height);
+}
 
 Rect fromNSRect(NSRect rect) {
   return {rect.origin.x, rect.origin.y, rect.size.width, rect.size.height};

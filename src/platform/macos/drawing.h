@@ -6,23 +6,22 @@
 #include <memory>
 
 #include "platform/caption_painter.h"
+#import "platform/macos/cf_ptr.h"
 
 namespace vellora {
 
 // A caption's picture as AppKit draws it, with its pixels beside it for the blur.
 class AppKitImage final : public CaptionImage {
  public:
-  AppKitImage(CGImageRef pixels, NSSize size);
-  ~AppKitImage() override;
-  AppKitImage(const AppKitImage&) = delete;
-  AppKitImage& operator=(const AppKitImage&) = delete;
+  // `size` in points; the pixels are not null.
+  AppKitImage(CfPtr<CGImageRef> pixels, NSSize size);
 
-  CGImageRef pixels() const { return pixels_; }
+  CGImageRef pixels() const { return pixels_.get(); }
   NSImage* image() const { return image_; }
 
  private:
-  CGImageRef pixels_;
-  NSImage* image_;
+  const CfPtr<CGImageRef> pixels_;
+  NSImage* const image_;
 };
 
 // Draws into the current graphics context, that of a view that is being drawn.

@@ -1,6 +1,7 @@
 #import "platform/macos/drawing.h"
 
-#import "platform/macos/cf_ptr.h"
+#include <utility>
+
 #import "platform/macos/convert.h"
 
 namespace vellora {
@@ -34,17 +35,18 @@ void drawCaption(const CaptionDrawing& drawing, CGContextRef context) {
 class AppKitPainter final : public CaptionPainter {
  public:
   AppKitPainter()
-      : imageContext([CIContext contextWithOptions:@{kCIContextCacheIntermediates : @NO}]) {}
+      : imageContext([CIContext contextWithOptions:
+                                    @{kCIContextCacheIntermediates : @NO}]) {}
 
   double measureHeight(std::string_view text, double fontSize, double width,
                        double maximumHeight) override {
     @autoreleasepool {
-      const NSRect bounds = [toNSString(text)
-          boundingRectWithSize:NSMakeSize(width, maximumHeight)
-                       options:NSStringDrawingUsesLineFragmentOrigin |
-                               NSStringDrawingUsesFontLeading
-                    attributes:@{NSFontAttributeName : captionFont(fontSize)}
-                       context:nil];
+      const NSRect bounds =
+          [toNSString(text) boundingRectWithSize:NSMakeSize(width, maximumHeight)
+                                         options:NSStringDrawingUsesLineFragmentOrigin |
+                                                 NSStringDrawingUsesFontLeading
+                                      attributes:@{NSFontAttributeName : captionFont(fontSize)}
+                                         context:nil];
       return bounds.size.height;
     }
   }
@@ -64,7 +66,8 @@ class AppKitPainter final : public CaptionPainter {
                                                 bitsPerPixel:0];
       if (bitmap == nil) return nullptr;
       // Made before the bitmap has its size in points: its unit is a pixel until it is scaled.
-      NSGraphicsContext* const context =
+      // Kept to the end: drawCaption puts another in its place as the current one.
+      NS_VALID_UNTIL_END_OF_SCOPE NSGraphicsContext* const context =
           [NSGraphicsContext graphicsContextWithBitmapImageRep:bitmap];
       if (context == nil) return nullptr;
       const NSSize size = NSMakeSize(drawing.size.width, drawing.size.height);
@@ -79,9 +82,9 @@ class AppKitPainter final : public CaptionPainter {
       drawCaption(drawing, target);
       [NSGraphicsContext restoreGraphicsState];
 
-      const CGImageRef pixels = bitmap.CGImage;
+      CfPtr<CGImageRef> pixels = retained(bitmap.CGImage);
       if (pixels == nullptr) return nullptr;
-      return std::make_shared<AppKitImage>(pixels, size);
+      return std::make_shared<AppKitImage>(std::move(pixels), size);
     }
   }
 
@@ -94,9 +97,9 @@ class AppKitPainter final : public CaptionPainter {
       [filter setValue:@(radius) forKey:kCIInputRadiusKey];
       CIImage* const output = filter.outputImage;
       if (output == nil) return nullptr;
-      const CfPtr<CGImageRef> pixels([imageContext createCGImage:output fromRect:input.extent]);
+      CfPtr<CGImageRef> pixels([imageContext createCGImage:output fromRect:input.extent]);
       if (pixels == nullptr) return nullptr;
-      return std::make_shared<AppKitImage>(pixels.get(), sharp.image().size);
+      return std::make_shared<AppKitImage>(std::move(pixels), sharp.image().size);
     }
   }
 
@@ -106,11 +109,9 @@ class AppKitPainter final : public CaptionPainter {
 
 }  // namespace
 
-AppKitImage::AppKitImage(CGImageRef pixels, NSSize size)
-    : pixels_(CGImageRetain(pixels)),
-      image_([[NSImage alloc] initWithCGImage:pixels size:size]) {}
-
-AppKitImage::~AppKitImage() { CGImageRelease(pixels_); }
+AppKitImage::AppKitImage(CfPtr<CGImageRef> pixels, NSSize size)
+    : pixels_(std::move(pixels)),
+      image_([[NSImage alloc] initWithCGImage:pixels_.get() size:size]) {}
 
 void AppKitSurface::drawImage(const CaptionImage& image, const Rect& destination) {
   [static_cast<const AppKitImage&>(image).image() drawInRect:toNSRect(destination)

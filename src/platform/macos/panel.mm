@@ -29,9 +29,9 @@ namespace vellora {
 
 namespace {
 
-constexpr NSWindowCollectionBehavior everywhere =
-    NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorIgnoresCycle |
-    NSWindowCollectionBehaviorFullScreenAuxiliary;
+constexpr NSWindowCollectionBehavior everywhere = NSWindowCollectionBehaviorCanJoinAllSpaces |
+                                                  NSWindowCollectionBehaviorIgnoresCycle |
+                                                  NSWindowCollectionBehaviorFullScreenAuxiliary;
 static_assert(everywhere == 321);
 
 }  // namespace
@@ -58,7 +58,9 @@ void AppKitPanel::configure(NativeView& content) {
   panel_.contentView = static_cast<AppKitView&>(content).view();
 }
 
-void AppKitPanel::setFrame(const Rect& frame) { [panel_ setFrame:toNSRect(frame) display:NO]; }
+void AppKitPanel::setFrame(const Rect& frame) {
+  if (isPlaceable(frame)) [panel_ setFrame:toNSRect(frame) display:NO];
+}
 
 void AppKitPanel::orderFrontRegardless() { [panel_ orderFrontRegardless]; }
 

@@ -41,9 +41,7 @@ class MenuBarItem final : public StatusItem {
 
   void setTitle(std::string_view title) override { item.button.title = toNSString(title); }
 
-  void setToolTip(std::string_view toolTip) override {
-    item.button.toolTip = toNSString(toolTip);
-  }
+  void setToolTip(std::string_view toolTip) override { item.button.toolTip = toNSString(toolTip); }
 
   void setMenu(std::vector<MenuEntry> entries) override {
     NSMenu* const menu = [[NSMenu alloc] init];

@@ -11,8 +11,8 @@ namespace vellora::TextServices {
 namespace {
 
 CfPtr<CFMutableStringRef> mutableCopy(std::string_view text) {
-  return CfPtr<CFMutableStringRef>(CFStringCreateMutableCopy(
-      kCFAllocatorDefault, 0, (__bridge CFStringRef)toNSString(text)));
+  return CfPtr<CFMutableStringRef>(
+      CFStringCreateMutableCopy(kCFAllocatorDefault, 0, (__bridge CFStringRef)toNSString(text)));
 }
 
 std::string textOf(const CfPtr<CFMutableStringRef>& text) {
@@ -23,6 +23,32 @@ std::string textOf(const CfPtr<CFMutableStringRef>& text) {
 constexpr CFStringCompareFlags foldingOptions =
     kCFCompareCaseInsensitive | kCFCompareDiacriticInsensitive | kCFCompareWidthInsensitive;
 static_assert(foldingOptions == 385);
+
+// The script Tangut, category Lo, which the system's set leaves out (Unicode, Blocks.txt).
+bool isTangut(char32_t character) {
+  return (character >= 0x17000 && character <= 0x187F7) ||
+         (character >= 0x18800 && character <= 0x18AFF) ||
+         (character >= 0x18D00 && character <= 0x18D08);
+}
+
+// Whether an extended grapheme cluster (UAX #29) ends at `offset`, which is above 0. The regular
+// expressions' \X is that cluster; NSString's "composed character sequences" are others: they go on
+// after a virama, and end before the Thai vowel am.
+bool isCharacterBoundary(NSString* text, NSUInteger offset) {
+  NSRegularExpression* const character = [NSRegularExpression regularExpressionWithPattern:@"\\X"
+                                                                                   options:0
+                                                                                     error:nil];
+  __block bool boundary = false;
+  [character enumerateMatchesInString:text
+                              options:0
+                                range:NSMakeRange(0, text.length)
+                           usingBlock:^(NSTextCheckingResult* match, NSMatchingFlags, BOOL* stop) {
+                             const NSUInteger end = NSMaxRange(match.range);
+                             boundary = end == offset;
+                             *stop = end >= offset;
+                           }];
+  return boundary;
+}
 
 }  // namespace
 
@@ -39,8 +65,7 @@ std::optional<std::string> simplified(std::string_view text) {
 std::string folded(std::string_view text) {
   @autoreleasepool {
     const CfPtr<CFMutableStringRef> copy = mutableCopy(text);
-    const CfPtr<CFLocaleRef> locale(
-        CFLocaleCreate(kCFAllocatorDefault, CFSTR("en_US_POSIX")));
+    const CfPtr<CFLocaleRef> locale(CFLocaleCreate(kCFAllocatorDefault, CFSTR("en_US_POSIX")));
     CFStringFold(copy.get(), foldingOptions, locale.get());
     return textOf(copy);
   }
@@ -48,7 +73,9 @@ std::string folded(std::string_view text) {
 
 bool isAlphanumeric(char32_t character) {
   return CFCharacterSetIsLongCharacterMember(
-      CFCharacterSetGetPredefined(kCFCharacterSetAlphaNumeric), static_cast<UTF32Char>(character));
+             CFCharacterSetGetPredefined(kCFCharacterSetAlphaNumeric),
+             static_cast<UTF32Char>(character)) ||
+         isTangut(character);
 }
 
 std::string canonicalForm(std::string_view text) {
@@ -68,9 +95,7 @@ bool beginsWith(std::string_view text, std::string_view prefix) {
     const std::string begin = canonicalForm(prefix);
     if (!whole.starts_with(begin)) return false;
     if (whole.size() == begin.size()) return true;
-    NSString* const string = toNSString(whole);
-    const NSUInteger end = toNSString(begin).length;
-    return [string rangeOfComposedCharacterSequenceAtIndex:end].location == end;
+    return isCharacterBoundary(toNSString(whole), toNSString(begin).length);
   }
 }
 

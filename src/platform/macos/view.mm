@@ -34,7 +34,9 @@ void AppKitView::setDrawFunction(std::function<void(Surface&)> draw) {
   [view_ setDrawFunction:std::move(draw)];
 }
 
-void AppKitView::setFrame(const Rect& frame) { view_.frame = toNSRect(frame); }
+void AppKitView::setFrame(const Rect& frame) {
+  if (isPlaceable(frame)) view_.frame = toNSRect(frame);
+}
 
 Rect AppKitView::bounds() const { return fromNSRect(view_.bounds); }
 
