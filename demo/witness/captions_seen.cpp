@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string_view>
 
 namespace vellora::witness {
 
@@ -12,7 +13,12 @@ namespace {
 double roomForOneLine(double font) { return 2 + std::ceil(font * 1.35) + 8 + 3; }
 double roomForTwoLines(double font) { return 2 + std::ceil(font * 2.6) + 8 + 3; }
 
+// What the player shows where nobody sings. A row without a letter or digit is never translated,
+// whatever the snapshot says.
+constexpr std::string_view rest = "♪";
+
 bool hasTranslation(const OverlaySnapshot& snapshot, const std::string& text) {
+  if (text == rest) return false;
   return std::any_of(snapshot.lines.begin(), snapshot.lines.end(), [&](const OverlayLine& line) {
     return line.source == text && line.translation.find_first_not_of(" \t\n") != std::string::npos;
   });
