@@ -156,6 +156,15 @@ TEST_F(WorkspaceTest, AnActiveWindowThatIsGoneHasNoProgram) {
   EXPECT_TRUE(session->present());
 }
 
+TEST_F(WorkspaceTest, AnActiveWindowThatGoesLaterHasNoProgramThoughItStaysNamedAsActive) {
+  const auto window = makeProgram(1, "a\0com.apple.Music\0"s);
+  setActive(window);
+  ASSERT_NE(workspace->frontmostApplication(), nullptr);
+  client.destroyWindow(window);
+  EXPECT_EQ(workspace->frontmostApplication(), nullptr);
+  EXPECT_TRUE(session->present());
+}
+
 TEST_F(WorkspaceTest, RunningApplicationsAreTheListedWindowsProgramsOnceEachInOrder) {
   const auto second = makeProgram(20, "a\0com.apple.Music\0"s);
   const auto other = makeProgram(30, "a\0org.example.Editor\0"s);

@@ -107,7 +107,7 @@ void XWorkspace::readFrontmost() {
   frontmost_.reset();
   if (window == XCB_WINDOW_NONE || window == session_->root()) return;
   // Before the questions, so that no change falls between them and the first notice.
-  const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
   xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &events);
   frontmost_ = WindowQuestions(*session_, window).take();
 }
@@ -146,6 +146,12 @@ std::optional<double> XWorkspace::mainScreenScale() {
 }
 
 void XWorkspace::handleEvent(const xcb_generic_event_t& event) {
+  // Some window managers leave the last window's number behind when its program dies.
+  if (eventType(event) == XCB_DESTROY_NOTIFY &&
+      eventAs<xcb_destroy_notify_event_t>(event).window == activeWindow_) {
+    frontmostKnown_ = false;
+    return;
+  }
   if (eventType(event) != XCB_PROPERTY_NOTIFY) return;
   const auto& notice = eventAs<xcb_property_notify_event_t>(event);
   const XAtoms& atoms = session_->atoms();
