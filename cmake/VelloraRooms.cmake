@@ -3,14 +3,18 @@
 # an include against the arrows of docs/architecture.md finds no file and does not build.
 
 # vellora_expose(TARGET PATH...) lets users of TARGET include the given headers or folders, named
-# relative to src/ (for instance "matching" or "platform/clock.h").
+# relative to src/ (for instance "matching" or "platform/clock.h"), or to VELLORA_ROOM_ROOT where a
+# folder with rooms of its own sets it.
 function(vellora_expose target)
   set(farm "${CMAKE_BINARY_DIR}/rooms/${target}")
+  if(NOT VELLORA_ROOM_ROOT)
+    set(VELLORA_ROOM_ROOT "${PROJECT_SOURCE_DIR}/src")
+  endif()
   file(REMOVE_RECURSE "${farm}")  # links go, what they point to stays
   foreach(path IN LISTS ARGN)
     get_filename_component(parent "${farm}/${path}" DIRECTORY)
     file(MAKE_DIRECTORY "${parent}")
-    file(CREATE_LINK "${PROJECT_SOURCE_DIR}/src/${path}" "${farm}/${path}" SYMBOLIC)
+    file(CREATE_LINK "${VELLORA_ROOM_ROOT}/${path}" "${farm}/${path}" SYMBOLIC)
   endforeach()
   target_include_directories(${target} INTERFACE "${farm}")
   get_target_property(type ${target} TYPE)

@@ -8,6 +8,7 @@ packages_build=(
   libsystemd-dev libdbusmenu-glib-dev libicu-dev
   nlohmann-json3-dev libfmt-dev libfast-float-dev
   libgtk-3-dev
+  libcli11-dev libncurses-dev libpugixml-dev
 )
 
 packages_run=(

@@ -1,0 +1,86 @@
+#include "companion/exchange/folder.h"
+
+#include <cstdlib>
+#include <system_error>
+
+#include "base/files.h"
+#include "base/percent_encoding.h"
+#include "exchange/opened_url.h"
+
+namespace vellora::companion {
+
+namespace fs = std::filesystem;
+
+std::optional<std::string> processEnvironment(const char* name) {
+  const char* const value = std::getenv(name);
+  if (value == nullptr || *value == '\0') return std::nullopt;
+  return value;
+}
+
+std::optional<fs::path> defaultExchangeFolder(const Environment& environment) {
+  if (const auto runtime = environment("XDG_RUNTIME_DIR")) {
+    return fs::path(*runtime) / exchangeFolderName;
+  }
+  const auto home = environment("HOME");
+  std::error_code error;
+  if (home) {
+    const fs::path support = fs::path(*home) / "Library" / "Application Support";
+    if (fs::is_directory(support, error)) return support / exchangeFolderName;
+  }
+  if (const auto state = environment("XDG_STATE_HOME"))
+    return fs::path(*state) / exchangeFolderName;
+  if (!home) return std::nullopt;
+  return fs::path(*home) / ".local" / "state" / exchangeFolderName;
+}
+
+std::optional<std::string> ExchangeFolder::make() const {
+  std::error_code error;
+  if (fs::is_directory(path_, error)) return std::nullopt;
+  fs::create_directories(path_, error);
+  if (error) return path_.string() + " cannot be made: " + error.message();
+  fs::permissions(path_, fs::perms::owner_all, error);
+  return std::nullopt;
+}
+
+std::optional<NowPlayingTrack> ExchangeFolder::nowPlaying() const {
+  return readExchangeFile<NowPlayingTrack>(path_ / nowPlayingFileName);
+}
+
+std::optional<OverlayStatus> ExchangeFolder::status() const {
+  return readExchangeFile<OverlayStatus>(path_ / statusFileName);
+}
+
+bool ExchangeFolder::write(const SyncRequest& request) const {
+  return writeExchangeFile(path_ / syncRequestFileName, request);
+}
+
+bool ExchangeFolder::write(const OverlaySnapshot& snapshot) const {
+  return writeExchangeFile(snapshotPath(), snapshot);
+}
+
+bool ExchangeFolder::write(const MusicCommand& command) const {
+  return writeExchangeFile(path_ / commandFileName, command);
+}
+
+bool ExchangeFolder::commandWaits() const { return fileExists(path_ / commandFileName); }
+
+void ExchangeFolder::withdrawCommand() const { removeFile(path_ / commandFileName); }
+
+void ExchangeFolder::withdrawRequest() const { removeFile(path_ / syncRequestFileName); }
+
+std::string ExchangeFolder::url() const {
+  // "&" and "+" stand for themselves in a query, but not within one of its values.
+  std::string value;
+  for (const char c : snapshotPath().string()) {
+    if (c == '&') {
+      value.append("%26");
+    } else if (c == '+') {
+      value.append("%2B");
+    } else {
+      value.append(percentEncodedForQuery(std::string_view(&c, 1)));
+    }
+  }
+  return std::string(openedURLScheme) + "://snapshot?snapshot=" + value;
+}
+
+}  // namespace vellora::companion

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "exchange/exchange_folder.h"
+#include "exchange/records/records.h"
+
+namespace vellora::companion {
+
+inline constexpr std::string_view snapshotFileName = "snapshot.json";
+inline constexpr std::string_view exchangeFolderName = "Vellora";
+
+// Looks up an environment variable; nothing where it is unset or empty.
+using Environment = std::function<std::optional<std::string>(const char* name)>;
+
+// The environment of the process.
+std::optional<std::string> processEnvironment(const char* name);
+
+// Where the exchange folder is unless the user says otherwise: "Vellora" in $XDG_RUNTIME_DIR, which
+// lives in memory; else in ~/Library/Application Support where that exists; else in
+// $XDG_STATE_HOME or ~/.local/state (XDG Base Directory Specification). Nothing without a home.
+std::optional<std::filesystem::path> defaultExchangeFolder(const Environment& environment);
+
+// The companion's side of an exchange folder. Main thread.
+class ExchangeFolder {
+ public:
+  explicit ExchangeFolder(std::filesystem::path path) : path_(std::move(path)) {}
+
+  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path snapshotPath() const { return path_ / snapshotFileName; }
+
+  // Makes the folder where it is missing, for the user alone. What went wrong, or nothing.
+  std::optional<std::string> make() const;
+
+  std::optional<NowPlayingTrack> nowPlaying() const;
+  std::optional<OverlayStatus> status() const;
+
+  // Each replaces its file in one step; false where it cannot be written.
+  bool write(const SyncRequest& request) const;
+  bool write(const OverlaySnapshot& snapshot) const;
+  bool write(const MusicCommand& command) const;
+
+  // Whether a command waits to be taken.
+  bool commandWaits() const;
+  void withdrawCommand() const;
+  // Ends the request to be told what plays.
+  void withdrawRequest() const;
+
+  // The URL by which a running overlay is pointed at this folder.
+  std::string url() const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace vellora::companion

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "companion/exchange/renewal.h"
+#include "companion/library/library.h"
+#include "exchange/records/records.h"
+
+namespace vellora::companion {
+
+// How the captions shall look.
+struct CaptionSettings {
+  static constexpr double smallestFont = 8, largestFont = 96, farthestOffset = 400;
+
+  double fontSize = 26;       // points
+  double verticalOffset = 0;  // points, positive moves captions down
+  bool shown = true;
+
+  // Within their bounds.
+  void changeFontSize(double points);
+  void changeOffset(double points);
+};
+
+// The song that plays, with its lines and what they were read from.
+struct PlayingSong {
+  LibrarySong from;
+  Song song;
+  std::vector<OverlayLine> lines;  // as the snapshot carries them
+};
+
+// What the companion does, without its files and its clock: it keeps the request to be told what
+// plays alive, looks for the song that plays, and keeps the snapshot of its lines fresh. One
+// thread.
+class Keeper {
+ public:
+  // Seconds between two renewals, well inside the ages up to which the overlay takes the records,
+  // and between two looks at whether a file of lyrics has changed.
+  static constexpr double syncInterval = 5, snapshotInterval = 1.5, filesInterval = 2;
+
+  struct Step {
+    std::optional<SyncRequest> sync;
+    std::optional<OverlaySnapshot> snapshot;
+    bool songChanged = false;  // another track, or other files
+  };
+
+  Keeper(Library library, CaptionSettings settings);
+
+  // To be called several times a second. `now`: wall-clock seconds since 1970; `published`: what
+  // stands in the now-playing file.
+  Step step(double now, const std::optional<NowPlayingTrack>& published);
+
+  // The track that plays; nothing while none is published that is usable.
+  const std::optional<NowPlayingTrack>& track() const { return track_; }
+  // Its song; null where the library has none.
+  const PlayingSong* playing() const { return playing_.get(); }
+
+  const CaptionSettings& settings() const { return settings_; }
+  // The next step writes a snapshot with these.
+  void setSettings(CaptionSettings settings);
+
+  Library& library() { return library_; }
+
+ private:
+  void lookForSong();
+  void lookForChanges(double now, bool& changed);
+  OverlaySnapshot snapshot(double now) const;
+
+  Library library_;
+  CaptionSettings settings_;
+  std::optional<NowPlayingTrack> track_;
+  std::unique_ptr<PlayingSong> playing_;
+  std::uint64_t version_ = 0;
+  Renewal sync_{syncInterval};
+  Renewal snapshot_{snapshotInterval};
+  Renewal files_{filesInterval};
+};
+
+}  // namespace vellora::companion

@@ -1,0 +1,194 @@
+#include "companion/library/song_files.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <set>
+#include <system_error>
+#include <utility>
+
+#include "companion/lyrics/reading.h"
+#include "companion/lyrics/text.h"
+
+namespace vellora::companion {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view translationWord = "translation";
+constexpr std::string_view lyricsWord = "lyrics";
+
+// The files of one folder by what comes before their ending.
+using ByStem = std::map<std::string, std::vector<fs::path>>;
+
+bool isTable(const fs::path& path) {
+  const std::string ending = readableEnding(path);
+  return ending == ".po" || ending == ".tsv";
+}
+
+std::size_t preference(const fs::path& path) {
+  return static_cast<std::size_t>(
+      std::find(readableEndings.begin(), readableEndings.end(), readableEnding(path)) -
+      readableEndings.begin());
+}
+
+bool sameLetters(std::string_view a, std::string_view b) { return lowerCase(a) == lowerCase(b); }
+
+// The song that a file of this stem translates, and into what; nothing where it is a song itself.
+std::optional<std::pair<std::string, std::string>> translates(const std::string& stem,
+                                                              const ByStem& all) {
+  const std::size_t dot = stem.rfind('.');
+  const std::string base = stem.substr(0, dot);
+  const std::string word = dot == std::string::npos ? std::string() : stem.substr(dot + 1);
+  if (sameLetters(base, translationWord) && (word.empty() || isLanguageTag(word))) {
+    for (const auto& [other, files] : all) {
+      if (sameLetters(other, lyricsWord)) return std::pair(other, word);
+    }
+  }
+  if (word.empty() || !all.contains(base)) return std::nullopt;
+  if (sameLetters(word, translationWord)) return std::pair(base, std::string());
+  if (isLanguageTag(word)) return std::pair(base, word);
+  return std::nullopt;
+}
+
+struct Translation {
+  std::string language;
+  fs::path path;
+};
+
+// The wanted language before its variants, those before every other.
+int remoteness(const std::string& language, const std::string& wanted) {
+  if (wanted.empty() || sameLetters(language, wanted)) return 0;
+  const auto primary = [](const std::string& tag) {
+    return lowerCase(tag.substr(0, tag.find('-')));
+  };
+  return primary(language) == primary(wanted) ? 1 : 2;
+}
+
+fs::path chosen(const std::vector<Translation>& translations, const std::string& wanted) {
+  const auto best = std::min_element(
+      translations.begin(), translations.end(), [&](const Translation& a, const Translation& b) {
+        return std::tuple(remoteness(a.language, wanted), a.language, preference(a.path), a.path) <
+               std::tuple(remoteness(b.language, wanted), b.language, preference(b.path), b.path);
+      });
+  return best == translations.end() ? fs::path() : best->path;
+}
+
+class Search {
+ public:
+  Search(fs::path root, std::string wanted) : root_(std::move(root)), wanted_(std::move(wanted)) {}
+
+  FoundFiles run() && {
+    visit(root_, 0);
+    std::sort(found_.songs.begin(), found_.songs.end(),
+              [](const SongFiles& a, const SongFiles& b) { return a.lyrics < b.lyrics; });
+    return std::move(found_);
+  }
+
+ private:
+  void fail(const fs::path& path, std::string message, std::string advice) {
+    if (found_.problems.size() >= Problems::most) return;
+    found_.problems.push_back(
+        {Severity::error, path.string(), 0, std::move(message), std::move(advice)});
+  }
+
+  void visit(const fs::path& folder, int depth) {
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    if (error) return fail(folder, "cannot be opened: " + error.message(), "is it a folder?");
+    ByStem files;
+    std::set<fs::path> folders;
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+      std::error_code failure;
+      if (entry->is_directory(failure) && !entry->is_symlink(failure)) {
+        folders.insert(entry->path());
+      } else if (!readableEnding(entry->path()).empty()) {
+        if (++count_ > mostFiles) {
+          fail(root_, "more than " + std::to_string(mostFiles) + " files",
+               "the rest is left out; name the folder that holds your lyrics");
+          return;
+        }
+        files[entry->path().stem().string()].push_back(entry->path());
+      }
+    }
+    addSongs(folder, files);
+    if (depth == deepestFolder) return;
+    for (const fs::path& inner : folders) visit(inner, depth + 1);
+  }
+
+  void addSongs(const fs::path& folder, ByStem& files) {
+    std::map<std::string, std::vector<Translation>> translations;
+    std::set<std::string> translating;
+    for (const auto& [stem, paths] : files) {
+      const auto song = translates(stem, files);
+      if (!song) continue;
+      translating.insert(stem);
+      for (const fs::path& path : paths) translations[song->first].push_back({song->second, path});
+    }
+    for (auto& [stem, paths] : files) {
+      if (translating.contains(stem)) continue;
+      std::sort(paths.begin(), paths.end(), [](const fs::path& a, const fs::path& b) {
+        return std::pair(preference(a), a) < std::pair(preference(b), b);
+      });
+      addSong(folder, stem, paths, translations[stem]);
+    }
+  }
+
+  void addSong(const fs::path& folder, const std::string& stem, const std::vector<fs::path>& paths,
+               std::vector<Translation>& translations) {
+    const bool table = isTable(paths.front());
+    for (const fs::path& path : paths) {
+      if (!table && isTable(path)) translations.push_back({wanted_, path});
+    }
+    SongFiles song{paths.front(), chosen(translations, wanted_), stem, {}};
+    if (song.translation.empty() && readableEnding(song.lyrics) == ".txt") return noteText(song);
+    for (fs::path inner = folder; inner != root_ && inner.has_relative_path();
+         inner = inner.parent_path()) {
+      song.folders.push_back(inner.filename().string());
+    }
+    if (sameLetters(stem, lyricsWord) && !song.folders.empty()) {
+      song.stem = song.folders.front();
+      song.folders.erase(song.folders.begin());
+    }
+    found_.songs.push_back(std::move(song));
+  }
+
+  void noteText(const SongFiles& song) {
+    if (found_.problems.size() >= Problems::most) return;
+    found_.problems.push_back({Severity::note, song.lyrics.string(), 0,
+                               "a text without a translation beside it is left out",
+                               "if it is a song, add " + song.stem + ".LANGUAGE.txt"});
+  }
+
+  fs::path root_;
+  std::string wanted_;
+  std::size_t count_ = 0;
+  FoundFiles found_;
+};
+
+}  // namespace
+
+bool isLanguageTag(const std::string& text) {
+  const auto letters = [](std::string_view part) {
+    return std::all_of(part.begin(), part.end(), [](char c) {
+      return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    });
+  };
+  std::size_t begin = 0;
+  for (int part = 0;; ++part) {
+    const std::size_t end = std::min(text.find_first_of("-_", begin), text.size());
+    const std::string_view piece = std::string_view(text).substr(begin, end - begin);
+    if (piece.size() < 2 || piece.size() > (part == 0 ? 3U : 8U) || !letters(piece)) return false;
+    if (part == 0 && piece.find_first_of("0123456789") != std::string_view::npos) return false;
+    if (end == text.size()) return true;
+    begin = end + 1;
+  }
+}
+
+FoundFiles findSongFiles(const fs::path& folder, const std::string& wantedLanguage) {
+  fs::path root = folder.lexically_normal();
+  if (!root.has_filename()) root = root.parent_path();  // "songs/" as "songs"
+  return Search(std::move(root), wantedLanguage).run();
+}
+
+}  // namespace vellora::companion

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "companion/lyrics/problem.h"
+
+namespace vellora::companion {
+
+// Which files belong to one song.
+struct SongFiles {
+  std::filesystem::path lyrics;
+  std::filesystem::path translation;  // empty where the lyrics stand alone
+  // Its name without endings; that of the folder for "lyrics.lrc".
+  std::string stem;
+  // The folders that it lies in, the innermost first, down from the one that was searched.
+  std::vector<std::string> folders;
+};
+
+struct FoundFiles {
+  std::vector<SongFiles> songs;  // in the order of their paths
+  std::vector<Problem> problems;
+};
+
+// Bounds of a search.
+inline constexpr int deepestFolder = 8;
+inline constexpr std::size_t mostFiles = 50'000;
+
+// The songs in a folder and the folders within it (symbolic links to folders are not followed). A
+// song is a file with an ending that can be read; its translation stands beside it as
+// "song.LANGUAGE.lrc" (BCP 47), "song.translation.lrc", or as a table "song.po" or "song.tsv"
+// beside "song.lrc"; "translation.lrc" beside "lyrics.lrc" is one too. Of several languages,
+// `wantedLanguage` (a tag or "") is taken, else the first by name. A text file alone is no song.
+FoundFiles findSongFiles(const std::filesystem::path& folder, const std::string& wantedLanguage);
+
+// Whether the text is a language tag as file names carry it: "de", "pt-BR", "zh-Hant".
+bool isLanguageTag(const std::string& text);
+
+}  // namespace vellora::companion

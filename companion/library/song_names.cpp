@@ -1,0 +1,136 @@
+#include "companion/library/song_names.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "companion/lyrics/text.h"
+#include "matching/normalization.h"
+#include "matching/trimming.h"
+
+namespace vellora::companion {
+namespace {
+
+using OverlayMatching::normalized;
+using OverlayMatching::trimmed;
+
+constexpr std::string_view dash = " - ";
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// "03 Title", "03. Title", "03 - Title", "03-title" without the number.
+std::string_view withoutNumber(std::string_view stem) {
+  std::size_t end = 0;
+  while (end < stem.size() && end < 3 && isDigit(stem[end])) ++end;
+  if (end == 0 || end == stem.size()) return stem;
+  const std::size_t next = stem.find_first_not_of(" .-_", end);
+  return next == end || next == std::string_view::npos ? stem : stem.substr(next);
+}
+
+// The part before an opening bracket whose closing one ends the title.
+std::string_view withoutBrackets(std::string_view title) {
+  constexpr std::array<std::string_view, 4> closing{")", "]", "）", "】"};
+  constexpr std::array<std::string_view, 4> opening{"(", "[", "（", "【"};
+  for (std::size_t i = 0; i < closing.size(); ++i) {
+    if (!title.ends_with(closing[i])) continue;
+    const std::size_t begin = title.rfind(opening[i]);
+    if (begin != std::string_view::npos) return trimmed(title.substr(0, begin));
+  }
+  return title;
+}
+
+bool namesVersion(std::string_view text) {
+  const std::string lower = lowerCase(text);
+  constexpr std::array<std::string_view, 10> words{
+      "remaster", "live", "version", "edit", "mix", "mono", "stereo", "acoustic", "demo", "feat"};
+  return std::any_of(words.begin(), words.end(),
+                     [&](std::string_view word) { return lower.find(word) != std::string::npos; });
+}
+
+// "A feat. B" and "A" are taken for one artist.
+bool artistsMeet(const std::string& a, const std::string& b) {
+  return a.find(b) != std::string::npos || b.find(a) != std::string::npos;
+}
+
+int likenessOfTags(const SongKeys& tags, const SongKeys& wanted) {
+  if (tags.title.empty() || tags.title != wanted.title) return 0;
+  if (tags.artist.empty() || wanted.artist.empty()) return 3;
+  if (tags.artist == wanted.artist) return 6;
+  return artistsMeet(tags.artist, wanted.artist) ? 5 : 0;
+}
+
+int likenessOfName(const SongKeys& name, const SongKeys& wanted) {
+  if (name.title.empty() || name.title != wanted.title) return 0;
+  if (name.artist.empty() || wanted.artist.empty()) return 1;
+  if (name.artist == wanted.artist) return 4;
+  return artistsMeet(name.artist, wanted.artist) ? 2 : 0;
+}
+
+// Adds "a" and "b" both ways round.
+void addBothWays(std::vector<SongKeys>& to, std::string_view a, std::string_view b) {
+  to.push_back(keysOf(b, a));
+  to.push_back(keysOf(a, b));
+}
+
+}  // namespace
+
+SongKeys keysOf(std::string_view title, std::string_view artist) {
+  return {normalized(title), normalized(artist)};
+}
+
+std::string plainTitle(std::string_view title) {
+  std::string_view plain = trimmed(title);
+  const std::size_t at = plain.rfind(dash);
+  if (at != std::string_view::npos && namesVersion(plain.substr(at))) plain = plain.substr(0, at);
+  for (std::string_view shorter = withoutBrackets(plain); shorter != plain;
+       shorter = withoutBrackets(plain)) {
+    if (shorter.empty()) break;
+    plain = shorter;
+  }
+  plain = trimmed(plain);
+  return std::string(plain.empty() ? title : plain);
+}
+
+SongNames namesOf(const SongFiles& files, const LyricFile& lyrics) {
+  const auto tag = [&](const char* key) {
+    const auto found = lyrics.tags.find(key);
+    return found == lyrics.tags.end() ? std::string() : found->second;
+  };
+  SongNames names;
+  names.title = tag("ti");
+  names.artist = tag("ar");
+  names.tags = keysOf(names.title, names.artist);
+
+  const std::string_view stem = withoutNumber(files.stem);
+  const std::size_t first = stem.find(dash);
+  for (std::size_t at = first; at != std::string_view::npos; at = stem.find(dash, at + 1)) {
+    addBothWays(names.fileName, stem.substr(0, at), stem.substr(at + dash.size()));
+    if (names.fileName.size() > 8) break;
+  }
+  const std::size_t folders = std::min<std::size_t>(files.folders.size(), 2);
+  for (std::size_t i = 0; i < folders; ++i) {
+    names.fileName.push_back(keysOf(stem, files.folders[i]));
+    // "Artist/Album/Artist - Title" is known already; here the folder says who plays "01 - Title".
+  }
+  if (first == std::string_view::npos) names.fileName.push_back({normalized(stem), {}});
+  if (names.title.empty()) {
+    names.title =
+        cleaned(first == std::string_view::npos ? stem : stem.substr(first + dash.size()));
+    if (names.artist.empty() && first != std::string_view::npos) {
+      names.artist = cleaned(stem.substr(0, first));
+    }
+  }
+  return names;
+}
+
+int likeness(const SongNames& song, const SongKeys& wanted) {
+  if (wanted.title.empty()) return 0;
+  if (const int tags = likenessOfTags(song.tags, wanted); tags > 0) return tags;
+  // A file whose tags name another song is not brought back by its name.
+  if (!song.tags.title.empty() && !song.tags.artist.empty()) return 0;
+  int best = 0;
+  for (const SongKeys& name : song.fileName) best = std::max(best, likenessOfName(name, wanted));
+  return best;
+}
+
+}  // namespace vellora::companion

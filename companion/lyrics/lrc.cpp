@@ -1,0 +1,185 @@
+#include "companion/lyrics/lrc.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "base/number_text.h"
+#include "companion/lyrics/text.h"
+#include "companion/lyrics/time_stamp.h"
+#include "matching/trimming.h"
+
+namespace vellora::companion {
+namespace {
+
+using OverlayMatching::trimmed;
+
+constexpr double largestOffset = 600'000;  // milliseconds
+constexpr std::size_t mostStamps = 200;    // of one line
+constexpr std::size_t longestStamp = 16;
+constexpr std::size_t longestLine = mostStamps * longestStamp + 20 * longestText;
+
+bool isTagKey(std::string_view key) {
+  return !key.empty() && key.size() <= 12 && std::all_of(key.begin(), key.end(), [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '#';
+  });
+}
+
+// The stamp that begins at `text`'s first character, its opening bracket, and how long it is.
+struct Stamp {
+  double time;
+  std::size_t length;
+};
+
+std::optional<Stamp> stampAt(std::string_view text) {
+  const char closing = text.front() == '<' ? '>' : ']';
+  const std::size_t end = text.substr(0, longestStamp + 2).find(closing);
+  if (end == std::string_view::npos) return std::nullopt;
+  const auto time = parseStamp(text.substr(1, end - 1));
+  if (!time) return std::nullopt;
+  return Stamp{*time, end + 1};
+}
+
+// The text without the stamps of its words.
+std::string withoutWordStamps(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const std::size_t next = text.find_first_of("<[");
+    result.append(text.substr(0, next));
+    if (next == std::string_view::npos) break;
+    text.remove_prefix(next);
+    const auto stamp = stampAt(text);
+    if (!stamp) result.push_back(text.front());
+    text.remove_prefix(stamp ? stamp->length : 1);
+  }
+  return result;
+}
+
+class Reader {
+ public:
+  explicit Reader(std::string_view name) : problems_(name) { file_.name = name; }
+
+  bool take(int number, std::string_view raw) {
+    // What comes after is no more than cut text; looking at it would take time that grows with it.
+    std::string_view line = trimmed(cut(raw, longestLine));
+    if (line.empty()) return true;
+    std::vector<double> times;
+    while (!line.empty() && line.front() == '[' && times.size() < mostStamps) {
+      const auto stamp = stampAt(line);
+      if (!stamp) break;
+      times.push_back(stamp->time);
+      line = trimmed(line.substr(stamp->length));
+    }
+    if (!times.empty()) return addTimed(number, times, line);
+    if (line.front() == '[') {
+      const std::size_t end = line.find(']');
+      const std::string_view inside = line.substr(1, end == std::string_view::npos ? end : end - 1);
+      if (looksLikeStamp(inside)) {
+        problems_.warn(number, "the time stamp " + quoted(line.substr(0, end)) + " cannot be read",
+                       "write it as [mm:ss.xx] with seconds below 60");
+        return true;
+      }
+      if (end != std::string_view::npos && takeTag(number, inside)) return true;
+    }
+    if (line.front() != '#') addUntimed(number, line);
+    return true;
+  }
+
+  LyricFile result() && {
+    if (file_.lines.empty()) {
+      takeUntimed();
+    } else {
+      reportUntimed();
+      for (FileLine& line : file_.lines) line.time = std::max(*line.time - offset_ / 1000, 0.0);
+      std::stable_sort(file_.lines.begin(), file_.lines.end(),
+                       [](const FileLine& a, const FileLine& b) { return *a.time < *b.time; });
+      file_.mayBeBilingual = true;
+    }
+    file_.problems = std::move(problems_).take();
+    return std::move(file_);
+  }
+
+ private:
+  bool takeTag(int number, std::string_view inside) {
+    const std::size_t colon = inside.find(':');
+    if (colon == std::string_view::npos || !isTagKey(inside.substr(0, colon))) return false;
+    const std::string key = lowerCase(inside.substr(0, colon));
+    const std::string_view value = trimmed(inside.substr(colon + 1));
+    if (key == "offset") {
+      takeOffset(number, value);
+    } else if (!value.empty() && file_.tags.size() < 50) {
+      file_.tags.emplace(key, cleaned(cut(value, longestText)));
+    }
+    return true;
+  }
+
+  void takeOffset(int number, std::string_view value) {
+    if (!value.empty() && value.front() == '+') value.remove_prefix(1);
+    const auto milliseconds = parseNumber(value);
+    if (!milliseconds || !(std::abs(*milliseconds) <= largestOffset)) {
+      problems_.warn(number, "the offset " + quoted(value) + " is no number of milliseconds",
+                     "write it as [offset:250], or leave the tag out");
+      return;
+    }
+    offset_ = *milliseconds;
+  }
+
+  bool addTimed(int number, const std::vector<double>& times, std::string_view rest) {
+    if (rest.size() > longestText) {
+      problems_.warn(number, "the line is longer than " + std::to_string(longestText) + " bytes",
+                     "it is cut there; put each sung line on a line of its own");
+    }
+    const std::string text = cleaned(cut(withoutWordStamps(rest), longestText));
+    for (const double time : times) {
+      if (file_.lines.size() == mostLines) {
+        problems_.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
+                       "the rest is left out; is this one song?");
+        return false;
+      }
+      file_.lines.push_back({time, text, {}, number});
+    }
+    return true;
+  }
+
+  void addUntimed(int number, std::string_view line) {
+    if (untimed_.size() == mostLines) return;
+    untimed_.push_back({std::nullopt,
+                        cleaned(cut(withoutWordStamps(cut(line, longestText)), longestText)),
+                        {},
+                        number});
+  }
+
+  void takeUntimed() {
+    if (untimed_.empty()) {
+      problems_.fail(0, "no lines", "a line of LRC reads [mm:ss.xx] and the text");
+      return;
+    }
+    problems_.warn(untimed_.front().number, "no line has a time stamp",
+                   "the file is taken as plain text; a line of LRC reads [mm:ss.xx] and the text");
+    file_.lines = std::move(untimed_);
+  }
+
+  void reportUntimed() {
+    for (const FileLine& line : untimed_) {
+      problems_.warn(line.number, "no time stamp before " + quoted(line.text),
+                     "the line is left out; begin it with [mm:ss.xx]");
+    }
+  }
+
+  Problems problems_;
+  LyricFile file_;
+  std::vector<FileLine> untimed_;
+  double offset_ = 0;  // milliseconds
+};
+
+}  // namespace
+
+LyricFile readLrc(std::string_view name, std::string_view text) {
+  Reader reader(name);
+  forEachLine(text, [&](int number, std::string_view line) { return reader.take(number, line); });
+  return std::move(reader).result();
+}
+
+}  // namespace vellora::companion

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "companion/lyrics/problem.h"
+
+namespace vellora::companion {
+
+// Most lines that are taken of a file.
+inline constexpr std::size_t mostLines = 5000;
+
+// One line of a file of lyrics.
+struct FileLine {
+  std::optional<double> time;  // seconds since the song's begin
+  std::string text;            // cleaned; empty for a pause or a blank line
+  std::string translation;     // where the file itself holds one; else empty
+  int number = 0;              // the line of the file, from 1
+
+  bool operator==(const FileLine&) const = default;
+};
+
+// A file of lyrics, of a translation, or of both, taken apart.
+struct LyricFile {
+  std::string name;                         // as the user knows it
+  std::map<std::string, std::string> tags;  // ti, ar, al, la …; keys in lower case
+  std::vector<FileLine> lines;              // in order of time where they have times
+  // Whether a second line with the same time may be the translation of the first.
+  bool mayBeBilingual = false;
+  // A table: lines that hold source and translation themselves, to be looked up by their text.
+  bool isTable = false;
+  std::vector<Problem> problems;
+
+  bool timed() const { return !lines.empty() && lines.front().time.has_value(); }
+};
+
+}  // namespace vellora::companion

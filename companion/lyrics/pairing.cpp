@@ -1,0 +1,122 @@
+#include "companion/lyrics/pairing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <string>
+#include <utility>
+
+#include "companion/lyrics/stanzas.h"
+#include "companion/lyrics/text.h"
+#include "companion/lyrics/time_stamp.h"
+#include "matching/translation_index.h"
+
+namespace vellora::companion {
+namespace {
+
+constexpr double sameTime = 0.05;         // seconds
+constexpr double roundingError = 0.0005;  // seconds
+
+// The end of the lines from `begin` on that have the time of the first; lines without text do not
+// count as one of them, but do not end them either.
+std::size_t endOfTime(const std::vector<FileLine>& lines, std::size_t begin) {
+  std::size_t end = begin + 1;
+  while (end < lines.size() && *lines[end].time - *lines[begin].time < roundingError) ++end;
+  return end;
+}
+
+// The lines of each time, those without text left out.
+std::vector<std::vector<const FileLine*>> byTime(const LyricFile& file) {
+  std::vector<std::vector<const FileLine*>> groups;
+  for (std::size_t begin = 0; begin < file.lines.size();) {
+    const std::size_t end = endOfTime(file.lines, begin);
+    std::vector<const FileLine*> group;
+    for (; begin < end; ++begin) {
+      if (!file.lines[begin].text.empty()) group.push_back(&file.lines[begin]);
+    }
+    if (!group.empty()) groups.push_back(std::move(group));
+  }
+  return groups;
+}
+
+std::string nearestStamp(const Song& song, double time) {
+  const auto nearest = std::min_element(
+      song.lines.begin(), song.lines.end(), [&](const SongLine& a, const SongLine& b) {
+        return std::abs(*a.time - time) < std::abs(*b.time - time);
+      });
+  return nearest == song.lines.end() ? std::string() : stampText(*nearest->time);
+}
+
+void pairByTime(Song& song, const LyricFile& translation, Problems& problems) {
+  std::vector<bool> taken(song.lines.size());
+  std::size_t from = 0;
+  for (const FileLine& line : translation.lines) {
+    if (line.text.empty()) continue;
+    while (from < song.lines.size() && *song.lines[from].time < *line.time - sameTime) ++from;
+    std::optional<std::size_t> best;
+    for (std::size_t i = from;
+         i < song.lines.size() && *song.lines[i].time <= *line.time + sameTime; ++i) {
+      const auto distance = [&](std::size_t at) {
+        return std::abs(*song.lines[at].time - *line.time);
+      };
+      if (!taken[i] && (!best || distance(i) < distance(*best) - roundingError)) best = i;
+    }
+    if (!best) {
+      problems.warn(line.number,
+                    "no line of the lyrics has the time " + stampText(*line.time) + " of " +
+                        quoted(line.text),
+                    "give it the time of the line that it translates; the nearest is " +
+                        nearestStamp(song, *line.time));
+      continue;
+    }
+    taken[*best] = true;
+    song.lines[*best].translation = line.text;
+  }
+}
+
+void pairByTable(Song& song, const LyricFile& table) {
+  std::vector<OverlayLine> lines;
+  for (const FileLine& line : table.lines) lines.push_back({line.text, line.translation});
+  const TranslationIndex index(lines);
+  for (SongLine& line : song.lines) {
+    if (const auto found = index.translation(line.source)) line.translation = cleaned(*found);
+  }
+}
+
+}  // namespace
+
+bool isBilingual(const LyricFile& file) {
+  if (!file.timed()) return false;
+  const auto groups = byTime(file);
+  const auto doubled = std::count_if(groups.begin(), groups.end(),
+                                     [](const auto& group) { return group.size() >= 2; });
+  return doubled > 0 && static_cast<std::size_t>(doubled) * 2 >= groups.size();
+}
+
+std::vector<SongLine> unfolded(const LyricFile& file, Problems& problems) {
+  std::vector<SongLine> lines;
+  for (const auto& group : byTime(file)) {
+    const FileLine& first = *group.front();
+    std::string translation = group.size() > 1 ? group.back()->text : std::string();
+    if (group.size() > 2) {
+      problems.note(first.number,
+                    std::to_string(group.size()) + " lines have the time " + stampText(*first.time),
+                    "the first is taken as the lyrics, the last as their translation");
+    }
+    lines.push_back({first.time, first.text, std::move(translation), first.number});
+  }
+  return lines;
+}
+
+void pair(Song& song, const LyricFile& translation, Problems& problems) {
+  const bool timed = !song.lines.empty() && song.lines.front().time.has_value();
+  if (translation.isTable) {
+    pairByTable(song, translation);
+  } else if (timed && translation.timed()) {
+    pairByTime(song, translation, problems);
+  } else {
+    pairByPlace(song, translation, problems);
+  }
+}
+
+}  // namespace vellora::companion

@@ -1,0 +1,34 @@
+#include "companion/lyrics/plain.h"
+
+#include <string>
+#include <utility>
+
+#include "companion/lyrics/text.h"
+
+namespace vellora::companion {
+
+LyricFile readPlain(std::string_view name, std::string_view text) {
+  LyricFile file;
+  file.name = name;
+  Problems problems(name);
+  bool any = false;
+  forEachLine(text, [&](int number, std::string_view line) {
+    if (file.lines.size() == mostLines) {
+      problems.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
+                    "the rest is left out; is this one song?");
+      return false;
+    }
+    if (line.size() > longestText) {
+      problems.warn(number, "the line is longer than " + std::to_string(longestText) + " bytes",
+                    "it is cut there; put each sung line on a line of its own");
+    }
+    file.lines.push_back({std::nullopt, cleaned(cut(line, longestText)), {}, number});
+    any = any || !file.lines.back().text.empty();
+    return true;
+  });
+  if (!any) problems.fail(0, "no lines", "each sung line stands on a line of its own");
+  file.problems = std::move(problems).take();
+  return file;
+}
+
+}  // namespace vellora::companion

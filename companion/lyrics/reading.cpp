@@ -1,0 +1,67 @@
+#include "companion/lyrics/reading.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include "base/files.h"
+#include "companion/lyrics/encoding.h"
+#include "companion/lyrics/lrc.h"
+#include "companion/lyrics/plain.h"
+#include "companion/lyrics/text.h"
+
+namespace vellora::companion {
+namespace {
+
+LyricFile unreadable(const std::filesystem::path& path, std::string message, std::string advice) {
+  LyricFile file;
+  file.name = path.string();
+  file.problems.push_back({Severity::error, file.name, 0, std::move(message), std::move(advice)});
+  return file;
+}
+
+LyricFile readAs(const std::string& ending, const std::string& name, std::string_view text,
+                 std::string_view /*wantedLanguage*/) {
+  if (ending == ".txt") return readPlain(name, text);
+  return readLrc(name, text);
+}
+
+}  // namespace
+
+std::string readableEnding(const std::filesystem::path& path) {
+  std::string ending = lowerCase(path.extension().string());
+  const bool known =
+      std::find(readableEndings.begin(), readableEndings.end(), ending) != readableEndings.end();
+  return known ? ending : std::string();
+}
+
+LyricFile readLyrics(const std::filesystem::path& name, std::string_view bytes,
+                     std::string_view wantedLanguage) {
+  const auto decoded = decodeText(bytes);
+  if (!decoded) {
+    return unreadable(name, "not a text in any encoding that is known", "save it as UTF-8");
+  }
+  LyricFile file = readAs(readableEnding(name), name.string(), decoded->text, wantedLanguage);
+  if (decoded->doubtful()) {
+    file.problems.push_back(
+        {Severity::warning, file.name, 0,
+         "the encoding is taken to be " + decoded->encoding + ", which is no more than a guess",
+         "save it as UTF-8 if letters look wrong"});
+  }
+  return file;
+}
+
+LyricFile readLyricFile(const std::filesystem::path& path, std::string_view wantedLanguage) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  if (!error && size > largestReadableFile) {
+    return unreadable(path, "larger than 16 MiB", "no song's lyrics are; it is left out");
+  }
+  const auto bytes = readWholeFile(path);
+  if (!bytes) {
+    return unreadable(path, "cannot be read", "is it an ordinary file, and may you read it?");
+  }
+  return readLyrics(path, *bytes, wantedLanguage);
+}
+
+}  // namespace vellora::companion

@@ -1,0 +1,82 @@
+#include "companion/lyrics/song.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "companion/lyrics/pairing.h"
+#include "companion/lyrics/text.h"
+#include "matching/normalization.h"
+
+namespace vellora::companion {
+namespace {
+
+void takeOwn(Song& song, LyricFile& lyrics) {
+  for (FileLine& line : lyrics.lines) {
+    if (line.text.empty()) continue;
+    song.lines.push_back(
+        {line.time, std::move(line.text), std::move(line.translation), line.number});
+  }
+}
+
+void append(std::vector<Problem>& to, std::vector<Problem>&& from) {
+  to.insert(to.end(), std::make_move_iterator(from.begin()), std::make_move_iterator(from.end()));
+}
+
+}  // namespace
+
+bool SongLine::hasLetters() const { return !OverlayMatching::normalized(source).empty(); }
+
+std::size_t Song::translated() const {
+  return static_cast<std::size_t>(std::count_if(
+      lines.begin(), lines.end(), [](const SongLine& line) { return !line.translation.empty(); }));
+}
+
+bool Song::complete() const {
+  bool any = false;
+  for (const SongLine& line : lines) {
+    if (!line.hasLetters()) continue;
+    if (line.translation.empty()) return false;
+    any = true;
+  }
+  return any;
+}
+
+std::optional<std::size_t> Song::lineAt(double position) const {
+  if (lines.empty() || !lines.front().time) return std::nullopt;
+  const auto later = std::upper_bound(
+      lines.begin(), lines.end(), position,
+      [](double value, const SongLine& line) { return value < line.time.value_or(0); });
+  if (later == lines.begin()) return std::nullopt;
+  return static_cast<std::size_t>(later - lines.begin()) - 1;
+}
+
+std::vector<OverlayLine> Song::overlayLines() const {
+  std::vector<OverlayLine> result;
+  for (const SongLine& line : lines) {
+    if (line.hasLetters()) result.push_back({line.source, line.translation});
+  }
+  return result;
+}
+
+Song assemble(LyricFile lyrics, std::optional<LyricFile> translation) {
+  Song song;
+  song.name = lyrics.name;
+  song.problems = std::move(lyrics.problems);
+  Problems problems(lyrics.name);
+  if (!translation && lyrics.mayBeBilingual && isBilingual(lyrics)) {
+    song.lines = unfolded(lyrics, problems);
+  } else {
+    takeOwn(song, lyrics);
+  }
+  append(song.problems, std::move(problems).take());
+  if (translation) {
+    append(song.problems, std::move(translation->problems));
+    Problems pairing(translation->name);
+    pair(song, *translation, pairing);
+    append(song.problems, std::move(pairing).take());
+  }
+  return song;
+}
+
+}  // namespace vellora::companion

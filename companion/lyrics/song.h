@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "companion/lyrics/lyric_file.h"
+#include "exchange/records/records.h"
+
+namespace vellora::companion {
+
+// A line of a song with its translation.
+struct SongLine {
+  std::optional<double> time;  // seconds since the song's begin
+  std::string source;
+  std::string translation;  // empty where there is none
+  int number = 0;           // its line in the file of the lyrics, from 1
+
+  // Whether a player's row can be matched with it at all: a text of signs alone never is.
+  bool hasLetters() const;
+};
+
+// A song put together from its files.
+struct Song {
+  std::string name;             // its file of lyrics
+  std::vector<SongLine> lines;  // in order; pauses and blank lines are left out
+  std::vector<Problem> problems;
+
+  std::size_t translated() const;
+  // Every line that has letters has a translation, and there is such a line.
+  bool complete() const;
+  // The line that is sung at `position` seconds; nothing before the first, and in untimed songs.
+  std::optional<std::size_t> lineAt(double position) const;
+  // The lines as a snapshot carries them. Lines without letters, which match nothing, are left out.
+  std::vector<OverlayLine> overlayLines() const;
+};
+
+// Puts a song together. Without a translation file, `lyrics` may hold its own translation: in the
+// lines themselves, or as a second line of the same time where at least half of the times have one.
+// A translation with times is matched by time, one without by its place, a table by the text.
+Song assemble(LyricFile lyrics, std::optional<LyricFile> translation);
+
+}  // namespace vellora::companion

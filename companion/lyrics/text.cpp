@@ -1,0 +1,65 @@
+#include "companion/lyrics/text.h"
+
+#include "base/utf8.h"
+#include "matching/trimming.h"
+
+namespace vellora::companion {
+namespace {
+
+bool isControl(char32_t c) {
+  return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
+}
+
+}  // namespace
+
+std::string cleaned(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  bool pending = false;
+  for (std::size_t offset = 0; offset < text.size();) {
+    const char32_t character = nextCharacter(text, offset);
+    if (isControl(character)) {
+      pending = true;
+      continue;
+    }
+    if (pending && !result.empty()) result.push_back(' ');
+    pending = false;
+    appendCharacter(result, character);
+  }
+  return std::string(OverlayMatching::trimmed(result));
+}
+
+std::string_view cut(std::string_view text, std::size_t longest) {
+  if (text.size() <= longest) return text;
+  std::size_t end = longest;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U) --end;
+  return text.substr(0, end);
+}
+
+std::string quoted(std::string_view text) {
+  constexpr std::size_t longest = 60;
+  std::string result = "\"";
+  result.append(cut(text, longest));
+  if (text.size() > longest) result.append("…");
+  return cleaned(result.append("\""));
+}
+
+void forEachLine(std::string_view text, const std::function<bool(int, std::string_view)>& take) {
+  for (int number = 1; !text.empty(); ++number) {
+    const std::size_t end = text.find_first_of("\r\n");
+    if (!take(number, text.substr(0, end))) return;
+    if (end == std::string_view::npos) return;
+    const bool pair = text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n';
+    text.remove_prefix(end + (pair ? 2 : 1));
+  }
+}
+
+std::string lowerCase(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return result;
+}
+
+}  // namespace vellora::companion

@@ -1,0 +1,19 @@
+#include <iostream>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "companion/program/keeping.h"
+#include "companion/program/options.h"
+
+int main(int argc, char** argv) {
+  using namespace vellora::companion;
+  const auto parsed =
+      parseOptions(std::vector<std::string>(argv + 1, argv + argc), processEnvironment);
+  if (const auto* answer = std::get_if<Answer>(&parsed)) {
+    (answer->status == allWell ? std::cout : std::cerr) << answer->text;
+    return answer->status;
+  }
+  const auto& options = std::get<Options>(parsed);
+  return keep(options);
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "companion/exchange/folder.h"
+#include "companion/exchange/keeper.h"
+#include "exchange/records/records.h"
+
+namespace vellora::companion {
+
+// The program's exit statuses; documented in the man page.
+enum ExitStatus : int {
+  allWell = 0,
+  findings = 1,  // check and import: a song is incomplete, or a file has a mistake
+  wrongArguments = 2,
+  noOverlay = 3,    // no overlay answers
+  noEffect = 4,     // the overlay took the command, but the player did not do it
+  filesFailed = 5,  // a file or folder cannot be read or written
+};
+
+enum class Task { keep, command, status, check, import };
+
+// Where a seek goes.
+struct SeekTarget {
+  double seconds = 0;
+  bool relative = false;
+};
+
+// "1:23", "83.5"; with "+" or "-" before it from where the player is.
+std::optional<SeekTarget> parseSeekTarget(const std::string& text);
+
+// What the command line asks for.
+struct Options {
+  Task task = Task::keep;
+  std::filesystem::path exchange;  // named "Vellora"
+  std::filesystem::path lyrics;    // the folder of songs, for keep, check and import
+  std::string language;            // BCP 47, or ""
+  CaptionSettings captions;
+  bool plain = false;
+  bool overlay = false;
+  std::string overlayProgram;
+  MusicCommand command;  // action, title, artist
+  SeekTarget target;     // of seek, and of play ("--at")
+  double patience = 8;   // seconds that a command's effect is waited for
+  std::filesystem::path importTo;
+  bool force = false;
+};
+
+// What to print instead of doing anything, and the exit status.
+struct Answer {
+  std::string text;
+  int status = allWell;
+};
+
+// `arguments` without the program's name.
+std::variant<Options, Answer> parseOptions(const std::vector<std::string>& arguments,
+                                           const Environment& environment);
+
+}  // namespace vellora::companion

@@ -1,0 +1,54 @@
+#include "companion/view/plain_view.h"
+
+#include <ostream>
+
+#include <poll.h>
+
+#include "companion/lyrics/text.h"
+#include "companion/lyrics/time_stamp.h"
+
+namespace vellora::companion {
+
+std::string songText(const ViewState& state) {
+  if (!state.track) return "nothing plays that the overlay tells of";
+  std::string text = state.track->title;
+  if (!state.track->artist.empty()) text.append(" — ").append(state.track->artist);
+  if (state.song == nullptr) return cleaned(text.append(": no lyrics in the folder"));
+  const Song& song = state.song->song;
+  text.append(": ").append(std::to_string(song.lines.size())).append(" lines, ");
+  return cleaned(text.append(std::to_string(song.translated())).append(" translated"));
+}
+
+void PlainView::show(const ViewState& state) {
+  showSong(state);
+  if (state.overlay != overlay_) {
+    overlay_ = state.overlay;
+    if (!overlay_.empty()) say("overlay: " + cleaned(overlay_));
+  }
+  if (state.line == line_) return;
+  line_ = state.line;
+  if (!line_) return;
+  const SongLine& line = state.song->song.lines[*line_];
+  std::string text = "[" + clockText(state.position) + "] " + line.source;
+  if (!line.translation.empty()) text.append(" — ").append(line.translation);
+  say(text);
+}
+
+void PlainView::showSong(const ViewState& state) {
+  std::string text = songText(state);
+  if (song_ == text) return;
+  song_ = std::move(text);
+  line_.reset();
+  say(*song_);
+  if (state.song == nullptr) return;
+  for (const Problem& problem : state.song->song.problems) say("  " + problem.text());
+}
+
+void PlainView::say(const std::string& line) { out_ << line << std::endl; }
+
+std::vector<Wish> PlainView::wait(double seconds) {
+  poll(nullptr, 0, static_cast<int>(seconds * 1000));
+  return {};
+}
+
+}  // namespace vellora::companion

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "companion/exchange/keeper.h"
+#include "exchange/records/records.h"
+
+namespace vellora::companion {
+
+// What there is to be seen at a moment.
+struct ViewState {
+  std::optional<NowPlayingTrack> track;  // nothing while none is published that is usable
+  double position = 0;                   // of the track, in seconds, as of this moment
+  const PlayingSong* song = nullptr;     // null where the library has none
+  std::optional<std::size_t> line;       // the sung line of `song`
+  std::string overlay;                   // the overlay's status line; empty where there is none
+  CaptionSettings settings;
+  std::filesystem::path snapshot;
+  std::size_t songsInLibrary = 0;
+  std::string notice;  // what became of the last key; may be empty
+};
+
+// What a user asks for.
+enum class Wish {
+  quit,
+  playPause,
+  next,
+  previous,
+  back,
+  forward,
+  captionsUp,
+  captionsDown,
+  larger,
+  smaller,
+  toggle
+};
+
+// How the companion shows itself. Main thread.
+class View {
+ public:
+  virtual ~View() = default;
+
+  virtual void show(const ViewState& state) = 0;
+  // Waits until the user asks for something or the time, in seconds, is over.
+  virtual std::vector<Wish> wait(double seconds) = 0;
+};
+
+}  // namespace vellora::companion

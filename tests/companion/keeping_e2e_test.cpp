@@ -1,0 +1,125 @@
+#include <fstream>
+
+#include <signal.h>
+
+#include "base/files.h"
+#include "e2e/desk.h"
+#include "exchange/records/json.h"
+
+namespace vellora::e2e {
+namespace {
+
+// The program in the companion's place: the test itself only looks.
+class CompanionOnTheDesk : public Desk {
+ protected:
+  void SetUp() override {
+    Desk::SetUp();
+    songs = folder / "songs";
+    std::filesystem::create_directory(songs);
+    const std::filesystem::path song =
+        std::filesystem::path(VELLORA_SONGS) / "04-au-clair-de-la-lune";
+    std::filesystem::copy_file(song / "lyrics.lrc", songs / "song.lrc");
+    std::filesystem::copy_file(song / "translation.lrc", songs / "song.de.lrc");
+    ASSERT_NO_FATAL_FAILURE(startPlayer({"--song", "4", "--position", "5"}));
+  }
+  void TearDown() override {
+    if (companion) companion->stop();
+    Desk::TearDown();
+  }
+
+  void startCompanion(std::vector<std::string> options = {}) {
+    options.insert(options.begin(), {VELLORA_COMPANION, songs, "--exchange", exchange});
+    companion = std::make_unique<Process>(std::move(options), folder / "companion.log");
+  }
+  std::optional<OverlaySnapshot> snapshot() const {
+    const auto bytes = readWholeFile(exchange / "snapshot.json");
+    return bytes ? decode<OverlaySnapshot>(*bytes) : std::nullopt;
+  }
+  bool said(const std::string& part) const {
+    std::ifstream file(folder / "companion.log");
+    for (std::string line; std::getline(file, line);) {
+      if (line.find(part) != std::string::npos) return true;
+    }
+    return false;
+  }
+
+  std::filesystem::path songs;
+  std::unique_ptr<Process> companion;
+};
+
+TEST_F(CompanionOnTheDesk, ALrcPairBecomesCaptionsOverThePlayer) {
+  startCompanion();
+  startOverlay();
+  ASSERT_TRUE(waitFor([&] { return following(); })) << "no captions came";
+  ASSERT_TRUE(snapshot());
+  EXPECT_EQ(snapshot()->musicTitle, "Au clair de la lune");
+  EXPECT_EQ(snapshot()->musicArtist, "Traditionnel");
+  EXPECT_TRUE(snapshot()->isUsable(now()));
+  EXPECT_TRUE(said("Au clair de la lune — Traditionnel: 17 lines, 16 translated"));
+  EXPECT_TRUE(waitFor([&] { return said("overlay: Following Music • "); }));
+  EXPECT_TRUE(waitFor([&] { return said("Prête-moi ta plume — lend me your pen"); }));
+  // The witness looks with the companion's snapshot, which this test does not renew.
+  EXPECT_TRUE(waitFor([&] {
+    const auto written = snapshot();
+    if (!written) return false;
+    const auto seen = seenPlayer();
+    const auto whole = screen->whole();
+    const auto alone = screen->windowAlone("com.apple.Music");
+    return seen && whole && alone && seenPlayer() == seen &&
+           witness::judgeCaptions(*seen, *written, *whole, *alone).right;
+  }));
+}
+
+TEST_F(CompanionOnTheDesk, SnapshotAndRequestStayFresh) {
+  startCompanion();
+  startOverlay();
+  ASSERT_TRUE(waitFor([&] { return following(); }));
+  const double begin = now();
+  bool stale = false;
+  waitFor(
+      [&] {
+        const auto bytes = readWholeFile(exchange / syncRequestFileName);
+        const auto request = bytes ? decode<SyncRequest>(*bytes) : std::nullopt;
+        const auto written = snapshot();
+        if (!request || now() - request->updatedAt > 6) stale = true;
+        if (!written || now() - written->updatedAt > 3 || !written->enabled) stale = true;
+        return stale;
+      },
+      8);
+  EXPECT_FALSE(stale) << "after " << now() - begin << " s";
+}
+
+TEST_F(CompanionOnTheDesk, ASongThatIsNotInTheFolderSwitchesTheSnapshotOff) {
+  std::filesystem::remove(songs / "song.lrc");
+  startCompanion();
+  startOverlay();
+  EXPECT_TRUE(waitFor([&] { return said("Au clair de la lune — Traditionnel: no lyrics"); }));
+  ASSERT_TRUE(waitFor([&] { return snapshot().has_value(); }));
+  EXPECT_FALSE(snapshot()->enabled);
+  EXPECT_TRUE(snapshot()->lines.empty());
+}
+
+TEST_F(CompanionOnTheDesk, AFileThatComesWhileTheSongPlaysIsTakenUp) {
+  std::filesystem::rename(songs / "song.de.lrc", folder / "later.lrc");
+  startCompanion();
+  startOverlay();
+  ASSERT_TRUE(waitFor([&] { return said("17 lines, 0 translated"); }));
+  std::filesystem::rename(folder / "later.lrc", songs / "song.de.lrc");
+  EXPECT_TRUE(waitFor([&] { return said("17 lines, 16 translated"); }));
+  EXPECT_TRUE(waitFor([&] { return following(); }));
+}
+
+TEST_F(CompanionOnTheDesk, AtItsEndNothingGoesOn) {
+  startCompanion();
+  startOverlay();
+  ASSERT_TRUE(waitFor([&] { return following(); }));
+  companion->signal(SIGTERM);
+  ASSERT_TRUE(waitFor([&] { return !companion->running(); }, 3));
+  EXPECT_EQ(companion->exitStatus(), 0);
+  EXPECT_FALSE(snapshot()->enabled);
+  EXPECT_FALSE(fileExists(exchange / syncRequestFileName));
+  EXPECT_TRUE(waitFor([&] { return nothingOverPlayer(); }));
+}
+
+}  // namespace
+}  // namespace vellora::e2e
