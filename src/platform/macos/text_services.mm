@@ -35,9 +35,9 @@ bool isTangut(char32_t character) {
 // expressions' \X is that cluster; NSString's "composed character sequences" are others: they go on
 // after a virama, and end before the Thai vowel am.
 bool isCharacterBoundary(NSString* text, NSUInteger offset) {
-  NSRegularExpression* const character = [NSRegularExpression regularExpressionWithPattern:@"\\X"
-                                                                                   options:0
-                                                                                     error:nil];
+  // Does not change once made, and may be used on every thread.
+  static NSRegularExpression* const character =
+      [NSRegularExpression regularExpressionWithPattern:@"\\X" options:0 error:nil];
   __block bool boundary = false;
   [character enumerateMatchesInString:text
                               options:0
