@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <memory>
 #include <sstream>
+#include <system_error>
 
 #include <CLI/CLI.hpp>
 
@@ -140,7 +141,9 @@ std::string judge(Options& options, const Words& words, const Environment& envir
     options.exchange = *folder;
     return {};
   }
-  options.exchange = absoluteLocation(words.exchange).lexically_normal();
+  std::error_code error;
+  options.exchange = std::filesystem::absolute(words.exchange, error).lexically_normal();
+  if (error) return "--exchange: the working folder is gone; name the folder from the root on";
   if (!options.exchange.has_filename()) options.exchange = options.exchange.parent_path();
   if (options.exchange.filename() != exchangeFolderName) {
     return "--exchange: the folder's own name must be \"Vellora\", for the overlay takes no other";
