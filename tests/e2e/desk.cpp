@@ -3,8 +3,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 
-#include <poll.h>
 #include <unistd.h>
 
 #include "base/files.h"
@@ -28,14 +28,16 @@ void Desk::SetUp() {
   std::string pattern = "/tmp/vellora-e2e-XXXXXX";
   ASSERT_NE(mkdtemp(pattern.data()), nullptr);
   folder = pattern;
-  exchange = folder / "Vellora";
-  std::filesystem::create_directory(exchange);
+  std::filesystem::create_directory(folder / "Vellora");
+  written = std::make_unique<WrittenFiles>(folder / "written");
+  useExchange(folder / "Vellora");
   screen = witness::Screen::open();
   ASSERT_NE(screen, nullptr) << "no display";
   outputOf({"xdotool", "mousemove", "1279", "799"});
 }
 
 void Desk::TearDown() {
+  if (written) checkWrittenFiles();
   if (HasFailure()) {
     const testing::TestInfo* const info = testing::UnitTest::GetInstance()->current_test_info();
     const std::filesystem::path kept_ = std::filesystem::path(VELLORA_TEST_OUTPUT) / info->name();
@@ -53,6 +55,23 @@ void Desk::TearDown() {
   if (overlay) overlay->stop();
   if (player) player->stop();
   std::filesystem::remove_all(folder);
+}
+
+void Desk::useExchange(const std::filesystem::path& other) {
+  exchange = other;
+  written->watch(exchange);
+}
+
+void Desk::checkWrittenFiles() {
+  written->wait(0);
+  if (written->count() == 0) return;
+  const std::filesystem::path log = folder / "schemas.log";
+  Process check({VELLORA_PYTHON, VELLORA_CHECK_EXCHANGE, folder / "written"}, log);
+  EXPECT_TRUE(waitFor([&] { return !check.running(); }, 30));
+  std::ostringstream said;
+  said << std::ifstream(log).rdbuf();
+  EXPECT_EQ(check.exitStatus(), 0) << "files that do not satisfy docs/schema:\n" << said.str();
+  std::cout << said.str();
 }
 
 void Desk::startPlayer(std::vector<std::string> options) {
@@ -76,7 +95,7 @@ bool Desk::waitFor(const std::function<bool()>& condition, double seconds) {
     renew();
     if (condition()) return true;
     if (now() >= deadline) return false;
-    poll(nullptr, 0, 15);
+    written->wait(15);
   }
 }
 
@@ -139,6 +158,11 @@ OverlaySnapshot Desk::snapshotOfPlayer() const {
   return snapshot;
 }
 
+std::optional<OverlaySnapshot> Desk::snapshot() const {
+  const auto bytes = readWholeFile(exchange / "snapshot.json");
+  return bytes ? decode<OverlaySnapshot>(*bytes) : std::nullopt;
+}
+
 std::optional<OverlayStatus> Desk::status() const {
   const auto bytes = readWholeFile(exchange / statusFileName);
   return bytes ? decode<OverlayStatus>(*bytes) : std::nullopt;
@@ -168,8 +192,9 @@ std::optional<witness::CaptionsVerdict> Desk::look() const {
   const auto whole = screen->whole();
   const auto alone = screen->windowAlone(application);
   const auto after = seenPlayer();
-  if (!kept || !before || !whole || !alone || !after || *before != *after) return std::nullopt;
-  return witness::judgeCaptions(*before, *kept, *whole, *alone);
+  const auto given = snapshot();
+  if (!given || !before || !whole || !alone || !after || *before != *after) return std::nullopt;
+  return witness::judgeCaptions(*before, *given, *whole, *alone);
 }
 
 bool Desk::captionsRight() const {

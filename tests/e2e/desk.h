@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "e2e/process.h"
+#include "e2e/written_files.h"
 #include "exchange/records/records.h"
 #include "witness/accessible_rows.h"
 #include "witness/captions_seen.h"
@@ -21,7 +22,8 @@ namespace vellora::e2e {
 class Desk : public testing::Test {
  protected:
   void SetUp() override;
-  // A failed test leaves its logs, its exchange files and a screenshot in test-output/.
+  // Every file that any program put into the exchange folder must satisfy its schema. A failed test
+  // leaves its logs, its exchange files and a screenshot in test-output/.
   void TearDown() override;
 
   void startPlayer(std::vector<std::string> options = {});
@@ -35,11 +37,15 @@ class Desk : public testing::Test {
   void keepSync();
   void dropSnapshot();
   void dropSync();
+  // From now on the test looks into this folder, which must exist.
+  void useExchange(const std::filesystem::path& other);
   void send(const MusicCommand& command) const;
   // The snapshot of the demonstration's song: its lines as the player shows them and translations
   // that the test makes up ("<number> of the translation").
   OverlaySnapshot snapshotOfPlayer() const;
 
+  // What stands in the exchange folder.
+  std::optional<OverlaySnapshot> snapshot() const;
   std::optional<OverlayStatus> status() const;
   std::optional<NowPlayingTrack> nowPlaying() const;
   bool statusIs(const std::string& message) const;
@@ -58,9 +64,11 @@ class Desk : public testing::Test {
   std::unique_ptr<Process> player;
   std::unique_ptr<Process> overlay;
   std::unique_ptr<witness::Screen> screen;
+  std::unique_ptr<WrittenFiles> written;  // what came into the exchange folder so far
 
  private:
   void renew();
+  void checkWrittenFiles();
   std::optional<OverlaySnapshot> kept;
   bool syncing = false;
   double lastRenewal = 0;

@@ -41,7 +41,7 @@ TEST_F(LifeOnTheDesk, AUrlOpenedThroughTheDesktopMovesTheExchangeFolder) {
   std::string url = "tessaly-overlay://x?snapshot=" + folder.string() +
                     "/another%20place%20%C3%A9/Vellora/snapshot.json";
   const std::filesystem::path before = exchange;
-  exchange = other;
+  useExchange(other);
   outputOf({"gio", "open", url});
   EXPECT_TRUE(waitFor([&] { return statusIs("Waiting for fresh lyrics from Tessaly"); }))
       << "no status in the new folder";
