@@ -1,5 +1,6 @@
 #include "main/self_test.h"
 
+#include <cmath>
 #include <csignal>
 #include <functional>
 #include <sstream>
@@ -92,10 +93,10 @@ TEST(SelfTestTest, EachFailedCheckEndsTheProcessWithoutAWordAndWithoutAPicture) 
       {"no height", [](auto& p) { p.putBitmap(1200, 0); }},
       {"low", [](auto& p) { p.putBitmap(1200, 100); }},
       {"background", [](auto& p) { p.set(0, 0, 1.0 / 255); }},
-      {"sharp plate faint", [](auto& p) { p.set(700, 230, 0.1999); }},
-      {"sharp plate strong", [](auto& p) { p.set(700, 230, 0.3001); }},
-      {"soft plate faint", [](auto& p) { p.set(700, 140, 0.0999); }},
-      {"soft plate strong", [](auto& p) { p.set(700, 140, 0.1801); }},
+      {"sharp plate faint", [](auto& p) { p.set(700, 230, std::nextafter(0.2, 0)); }},
+      {"sharp plate strong", [](auto& p) { p.set(700, 230, std::nextafter(0.3, 1)); }},
+      {"soft plate faint", [](auto& p) { p.set(700, 140, std::nextafter(0.1, 0)); }},
+      {"soft plate strong", [](auto& p) { p.set(700, 140, std::nextafter(0.18, 1)); }},
       {"no blur", [](auto& p) { p.set(700, 117, 0); }},
       {"spill", [](auto& p) { p.set(700, 207, 1.0 / 255); }},
   };
@@ -108,6 +109,30 @@ TEST(SelfTestTest, EachFailedCheckEndsTheProcessWithoutAWordAndWithoutAPicture) 
     EXPECT_EXIT(run(platform, picture), KilledBySignal(SIGABRT), testing::Eq(std::string()));
     EXPECT_FALSE(std::filesystem::exists(picture));
   }
+}
+
+// A bitmap that has every alpha that is asked for, in the order of the questions.
+void putWillingBitmap(PassingPlatform& platform, std::int64_t width, std::int64_t height) {
+  platform.putBitmap(width, height);
+  platform.bitmap->boundless = true;
+  platform.bitmap->alphaOf = [question = 0](auto, auto) mutable {
+    constexpr double alphas[] = {0, 0.26, 0.14, 0.02, 0};
+    return alphas[question++];
+  };
+}
+
+TEST(SelfTestTest, ABitmapWithoutWidthOrHeightEndsTheProcessWhateverItsPixels) {
+  const std::vector<std::pair<std::int64_t, std::int64_t>> sizes = {
+      {0, 800}, {1200, 0}, {-1, 800}, {1200, -1}};
+  for (const auto& [width, height] : sizes) {
+    SCOPED_TRACE(testing::Message() << width << " × " << height);
+    PassingPlatform platform;
+    putWillingBitmap(platform, width, height);
+    EXPECT_EXIT(run(platform), KilledBySignal(SIGABRT), testing::Eq(std::string()));
+  }
+  PassingPlatform platform;
+  putWillingBitmap(platform, 1, 1);
+  EXPECT_EQ(run(platform).width, 1);
 }
 
 TEST(SelfTestTest, AnyOtherNumberOfComposedCaptionsThanOneEndsTheProcess) {

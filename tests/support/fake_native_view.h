@@ -20,11 +20,13 @@ class FakeBitmap final : public Bitmap {
   std::int64_t pixelWidth() const override { return width_; }
   std::int64_t pixelHeight() const override { return height_; }
   std::optional<double> alpha(std::int64_t column, std::int64_t row) const override {
+    if (boundless) return alphaOf(column, row);
     if (column < 0 || row < 0 || column >= width_ || row >= height_) return std::nullopt;
     return alphaOf(column, row);
   }
   std::optional<std::vector<std::uint8_t>> png() const override { return encoded; }
 
+  bool boundless = false;  // has pixels beyond its size too
   std::function<double(std::int64_t, std::int64_t)> alphaOf = [](auto, auto) { return 0.0; };
   std::optional<std::vector<std::uint8_t>> encoded = std::vector<std::uint8_t>{1, 2, 3};
 
