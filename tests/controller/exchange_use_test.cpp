@@ -262,6 +262,28 @@ TEST_F(ExchangeUseTest, AnAcceptedUrlMovesEveryFileAtOnce) {
   EXPECT_THAT(folder.names(), ElementsAre("a", "command.json", "sync.json"));
 }
 
+TEST_F(ExchangeUseTest, AnAcceptedUrlLeavesTheOldRequestBehind) {
+  writeSync();
+  const auto moved = makeVelloraFolder("a");
+  write(moved / "command.json", MusicCommand(now(), MusicCommand::Action::next, "Song"));
+  open("tessaly-overlay:?snapshot=" + (moved / "snapshot.json").string());
+  EXPECT_FALSE(controller->syncRequested());
+  EXPECT_TRUE(std::filesystem::exists(moved / "command.json"));
+  EXPECT_THAT(platform.scripting->requests, IsEmpty());
+  EXPECT_EQ(readText(moved / "status.json"), StatusFiles::waiting);
+}
+
+TEST_F(ExchangeUseTest, AnAcceptedUrlFindsTheNewRequestAndTheNewSnapshot) {
+  const auto moved = makeVelloraFolder("a");
+  writeSnapshot();
+  std::filesystem::rename(snapshotPath(), moved / "snapshot.json");
+  write(moved / "sync.json", SyncRequest{now()});
+  open("tessaly-overlay:?snapshot=" + (moved / "snapshot.json").string());
+  EXPECT_TRUE(controller->syncRequested());
+  EXPECT_EQ(questions(), 1u);
+  EXPECT_EQ(readText(moved / "status.json"), StatusFiles::ready);
+}
+
 TEST_F(ExchangeUseTest, AnAcceptedUrlGivesFifteenSecondsMoreAndANewStatus) {
   controller->tick();
   const auto moved = makeVelloraFolder("a");

@@ -33,6 +33,15 @@ TEST(SelfTestTest, ComposesWithoutShowingThePanelThenDrawsItsOwnCaptions) {
                           "make bitmap", "cache display"));
 }
 
+TEST(SelfTestTest, ComposesTheTranslationOfTheRowInTheFixedWindow) {
+  DrawingPlatform platform;
+  run(platform);
+  ASSERT_EQ(platform.drawn.measurements.size(), 1u);
+  EXPECT_DOUBLE_EQ(platform.drawn.measurements[0].fontSize, 20.8);
+  EXPECT_EQ(platform.drawn.measurements[0].width, 516);  // 600 + 580 − 620 − 44
+  EXPECT_EQ(platform.inner.lastFrame, (Rect{0, 0, 1200, 800}));
+}
+
 TEST(SelfTestTest, DrawsThreeCaptionsOfDifferentSoftness) {
   DrawingPlatform platform;
   run(platform);
