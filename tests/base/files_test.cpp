@@ -12,10 +12,10 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "support/file_size_limit.h"
 #include "support/ordinary_user.h"
 
 namespace vellora {
@@ -48,25 +48,6 @@ class FilesTest : public testing::Test {
   fs::path folder;
 };
 
-// Lets files grow to `bytes` only, and writes beyond that fail instead of ending the process.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    handler = ::signal(SIGXFSZ, SIG_IGN);
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit limit{bytes, before.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    ::signal(SIGXFSZ, handler);
-  }
-
- private:
-  rlimit before{};
-  void (*handler)(int);
-};
-
 TEST_F(FilesTest, WholeContentIsReadBytesAndAll) {
   const std::string bytes("a\0\r\n\xFF", 5);
   put(folder / "a", bytes);
@@ -76,12 +57,6 @@ TEST_F(FilesTest, WholeContentIsReadBytesAndAll) {
   const std::string large(1'000'003, 'x');
   put(folder / "large", large);
   EXPECT_EQ(readWholeFile(folder / "large"), large);
-}
-
-TEST_F(FilesTest, FileWhoseSizeIsNotKnownBeforehandIsRead) {
-  const std::optional<std::string> status = readWholeFile("/proc/self/status");
-  ASSERT_TRUE(status);
-  EXPECT_NE(status->find("Name:"), std::string::npos);
 }
 
 TEST_F(FilesTest, SymbolicLinkIsFollowedForReading) {

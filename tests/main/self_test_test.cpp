@@ -10,6 +10,7 @@
 
 #include "main/drawing_platform.h"
 #include "main/passing_platform.h"
+#include "support/file_size_limit.h"
 #include "support/temporary_folder.h"
 
 namespace vellora {
@@ -191,14 +192,23 @@ TEST(SelfTestTest, APictureThatCannotBeEncodedIsLeftOut) {
 
 TEST(SelfTestTest, APictureThatCannotBeWrittenEndsTheProcessWithALine) {
   TemporaryFolder folder;
-  // Through a link, so that nothing can happen to the device itself.
-  std::filesystem::create_symlink("/dev/full", folder / "full");
-  for (const auto& picture : {folder / "missing" / "picture.png", folder.path(), folder / "full"}) {
+  for (const auto& picture : {folder / "missing" / "picture.png", folder.path()}) {
     PassingPlatform platform;
     EXPECT_EXIT(run(platform, picture.string()), KilledBySignal(SIGABRT),
                 "Fatal error: Could not write")
         << picture;
   }
+}
+
+TEST(SelfTestTest, APictureThatFillsTheDiskEndsTheProcessWithALine) {
+  TemporaryFolder folder;
+  PassingPlatform platform;
+  platform.bitmap->encoded = std::vector<std::uint8_t>(900);
+  const auto runOnAFullDisk = [&] {
+    const FileSizeLimit limit(400);
+    run(platform, (folder / "picture.png").string());
+  };
+  EXPECT_EXIT(runOnAFullDisk(), KilledBySignal(SIGABRT), "Fatal error: Could not write");
 }
 
 TEST(AlphaAtTest, PixelNumbersAreCutTowardZero) {
