@@ -54,6 +54,12 @@ TEST(NormalizationTest, TraditionalAndSimplifiedFormsHaveTheSameKey) {
   EXPECT_NE(normalized("漢語"), normalized("汉字"));
 }
 
+TEST(NormalizationTest, CharactersAreMadeSimplifiedBeforeMarksAreDropped) {
+  // 甚麼 as one word becomes 什么; the mark keeps its two characters apart until they have changed.
+  EXPECT_EQ(normalized("甚麼"), "什么");
+  EXPECT_EQ(normalized("甚\u0301麼"), "甚么");
+}
+
 TEST(NormalizationTest, KanaAndHangulPassThroughTheScriptFoldingUnchanged) {
   for (const std::string text : {"ひらがな カタカナ ー", "사랑해요 그대를", "がぎぐげご"}) {
     EXPECT_EQ(TextServices::simplified(text), text);
@@ -65,7 +71,8 @@ TEST(NormalizationTest, KanaAndHangulPassThroughTheScriptFoldingUnchanged) {
 TEST(NormalizationTest, CaseAccentsWidthSpacingAndPunctuationDoNotCount) {
   const std::string key = normalized("naive cafe 12");
   for (const std::string text :
-       {"NAIVE CAFE 12", "naïve café 12", "nai\u0308ve cafe\u0301 12", "ｎａｉｖｅ　ｃａｆｅ　１２",
+       {"NAIVE CAFE 12", "naïve café 12", "NAÏVE CAFÉ 12", "nai\u0308ve cafe\u0301 12",
+        "NAI\u0308VE CAFE\u0301 12", "ｎａｉｖｅ　ｃａｆｅ　１２", "ＮＡＩＶＥ　ＣＡＦＥ　１２",
         " naive  cafe\n12 ", "‘Naive’—(café): 12!"}) {
     EXPECT_EQ(normalized(text), key) << text;
   }

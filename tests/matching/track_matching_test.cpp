@@ -21,6 +21,8 @@ TEST(TrackMatchingTest, DescriptionBeginsWithTitleAndThenArtist) {
       {"Night Drive — River Band — Live at Home", "Night Drive", "River Band", true},
       {"NIGHT DRIVE · river band", "Night Drive", "River Band", true},
       {"River Band — Night Drive", "Night Drive", "River Band", false},
+      {"Live — Night Drive — River Band", "Night Drive", "River Band", false},
+      {"Night Drive — Live — River Band", "Night Drive", "River Band", false},
       {"Night Drive", "Night Drive", "River Band", false},
       {"", "Night Drive", "River Band", false},
       {"Night Drive — River Band", "Night Drive", "", false},

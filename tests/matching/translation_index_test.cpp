@@ -97,6 +97,16 @@ TEST(TranslationIndexTest, AgreesWithThePlainSearchOnManyLines) {
   }
 }
 
+TEST(TranslationIndexTest, KeysWithTheSameHashAreToldApart) {
+  // A pair that shares its hash in GNU's library, found by turning that hash round.
+  const std::string first = "gnotihvtcglvkntb";
+  const std::string second = "hfaflahnwoowfwou";
+  EXPECT_EQ(TranslationIndex(Lines{{first, "one"}}).translation(second), std::nullopt);
+  const TranslationIndex both(Lines{{first, "one"}, {second, "two"}});
+  EXPECT_EQ(both.translation(first), "one");
+  EXPECT_EQ(both.translation(second), "two");
+}
+
 TEST(TranslationIndexTest, IndexOfNoLinesFindsNothing) {
   EXPECT_EQ(TranslationIndex().translation("a"), std::nullopt);
   EXPECT_EQ(TranslationIndex(Lines{}).translationForKey("a"), std::nullopt);

@@ -89,6 +89,13 @@ TEST_F(CompositionTest, AnotherSongHidesThePanelAndLeavesTheCachesAsTheyWere) {
   EXPECT_THAT(texts(), ElementsAre("eins", "zwei", "drei"));
 }
 
+TEST_F(CompositionTest, AWindowThatNamesNoSongShowsNoCaptions) {
+  layout.title = "";
+  EXPECT_EQ(compose(), otherSong);
+  EXPECT_THAT(log, ElementsAre("hide panel"));
+  EXPECT_THAT(texts(), ElementsAre("earlier"));
+}
+
 TEST_F(CompositionTest, AnotherSongsNewLinesAreNotTakenOver) {
   compose();
   const std::vector<OverlayLine> before = lastLines;
