@@ -47,7 +47,7 @@ TEST_F(TheExampleOnTheDesk, DrivesTheOverlayFromTheCommandToTheCaptions) {
   std::filesystem::remove(exchange);
   startCompanion(wanted, {"--play"});
   ASSERT_TRUE(waitFor([&] { return fileExists(exchange / "snapshot.json"); })) << said();
-  written->watch(exchange);
+  writtenFiles->watch(exchange);
   startOverlay();
   ASSERT_TRUE(waitFor([&] { return nowPlaying() && nowPlaying()->title == wanted.musicTitle; }))
       << "the command did not reach the player: " << said();
@@ -59,10 +59,10 @@ TEST_F(TheExampleOnTheDesk, DrivesTheOverlayFromTheCommandToTheCaptions) {
   EXPECT_TRUE(waitFor([&] { return captionsRight(); })) << "no captions under the rows";
   EXPECT_TRUE(waitFor([&] { return said().find("Following Music • ") != std::string::npos; }))
       << said();
-  EXPECT_GE(written->count("snapshot.json"), 2U);
-  EXPECT_GE(written->count("sync.json"), 2U);
-  EXPECT_GE(written->count(std::string(nowPlayingFileName)), 2U);
-  EXPECT_GE(written->count(std::string(statusFileName)), 1U);
+  EXPECT_GE(writtenFiles->count("snapshot.json"), 2U);
+  EXPECT_GE(writtenFiles->count("sync.json"), 2U);
+  EXPECT_GE(writtenFiles->count(std::string(nowPlayingFileName)), 2U);
+  EXPECT_GE(writtenFiles->count(std::string(statusFileName)), 1U);
 }
 
 TEST_F(TheExampleOnTheDesk, SwitchesTheCaptionsOffForAnotherSongAndAtItsEnd) {

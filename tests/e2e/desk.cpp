@@ -29,7 +29,7 @@ void Desk::SetUp() {
   ASSERT_NE(mkdtemp(pattern.data()), nullptr);
   folder = pattern;
   std::filesystem::create_directory(folder / "Vellora");
-  written = std::make_unique<WrittenFiles>(folder / "written");
+  writtenFiles = std::make_unique<WrittenFiles>(folder / "written");
   useExchange(folder / "Vellora");
   screen = witness::Screen::open();
   ASSERT_NE(screen, nullptr) << "no display";
@@ -37,7 +37,7 @@ void Desk::SetUp() {
 }
 
 void Desk::TearDown() {
-  if (written) checkWrittenFiles();
+  if (writtenFiles) checkWrittenFiles();
   if (HasFailure()) {
     const testing::TestInfo* const info = testing::UnitTest::GetInstance()->current_test_info();
     const std::filesystem::path kept_ = std::filesystem::path(VELLORA_TEST_OUTPUT) / info->name();
@@ -59,12 +59,12 @@ void Desk::TearDown() {
 
 void Desk::useExchange(const std::filesystem::path& other) {
   exchange = other;
-  written->watch(exchange);
+  writtenFiles->watch(exchange);
 }
 
 void Desk::checkWrittenFiles() {
-  written->wait(0);
-  if (written->count() == 0) return;
+  writtenFiles->wait(0);
+  if (writtenFiles->count() == 0) return;
   const std::filesystem::path log = folder / "schemas.log";
   Process check({VELLORA_PYTHON, VELLORA_CHECK_EXCHANGE, folder / "written"}, log);
   EXPECT_TRUE(waitFor([&] { return !check.running(); }, 30));
@@ -95,7 +95,7 @@ bool Desk::waitFor(const std::function<bool()>& condition, double seconds) {
     renew();
     if (condition()) return true;
     if (now() >= deadline) return false;
-    written->wait(15);
+    writtenFiles->wait(15);
   }
 }
 

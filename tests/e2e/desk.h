@@ -64,7 +64,7 @@ class Desk : public testing::Test {
   std::unique_ptr<Process> player;
   std::unique_ptr<Process> overlay;
   std::unique_ptr<witness::Screen> screen;
-  std::unique_ptr<WrittenFiles> written;  // what came into the exchange folder so far
+  std::unique_ptr<WrittenFiles> writtenFiles;  // what came into the exchange folder so far
 
  private:
   void renew();
