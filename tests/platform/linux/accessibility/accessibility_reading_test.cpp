@@ -150,7 +150,9 @@ TEST_F(AccessibilityReadingTest, ReadingsHandOneConnectionOn) {
   start(programWithRows(2));
   readRows(2);
   const std::size_t before = bus.connections();
+  const std::size_t made = bus.connectionsMade();
   for (int i = 0; i < 20; ++i) readRows(2);
+  EXPECT_EQ(bus.connectionsMade(), made + 1);
   EXPECT_EQ(bus.connections(), before);
 }
 

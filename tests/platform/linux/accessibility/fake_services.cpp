@@ -114,7 +114,8 @@ class ProgramServer {
     return sd_bus_message_is_method_call(call, nullptr, member) > 0;
   }
 
-  // The object of a path, "N" or for a copy "N_i"; null when there is none.
+  // The object of a path, "N" or for a copy "N_i_" and the path of whose child it is; null when
+  // there is none.
   const FakeAccessible* object(sd_bus_message* call) const {
     const std::string_view path = sd_bus_message_get_path(call);
     if (path == rootPath) return program_.objects.data();
@@ -208,12 +209,16 @@ class ProgramServer {
     return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_UNKNOWN_PROPERTY, "no such property");
   }
 
-  std::pair<std::string, std::string> child(const FakeAccessible& object, std::size_t i) const {
+  std::pair<std::string, std::string> child(sd_bus_message* call, const FakeAccessible& object,
+                                            std::size_t i) const {
     const char* self = nullptr;
     sd_bus_get_unique_name(bus_, &self);
     const std::string prefix(objectPrefix);
     if (object.copies > 0) {
-      return {self, prefix + std::to_string(object.copyOf) + "_" + std::to_string(i)};
+      const std::string parent(
+          std::string_view(sd_bus_message_get_path(call)).substr(prefix.size()));
+      return {self,
+              prefix + std::to_string(object.copyOf) + "_" + std::to_string(i) + "_" + parent};
     }
     const std::size_t place = object.children[i];
     if (place == FakeAccessible::nullChild) return {"", nullPath};
@@ -228,7 +233,7 @@ class ProgramServer {
     const BusMessagePtr owner(reply);
     sd_bus_message_open_container(reply, 'a', "(so)");
     for (std::size_t i = 0; i < listLength(object); ++i) {
-      const auto [name, path] = child(object, i);
+      const auto [name, path] = child(call, object, i);
       sd_bus_message_append(reply, "(so)", name.c_str(), path.c_str());
     }
     sd_bus_message_close_container(reply);
@@ -240,7 +245,7 @@ class ProgramServer {
     must(sd_bus_message_read(call, "i", &index), "index");
     const auto i = static_cast<std::size_t>(index);
     const auto [name, path] = i < listLength(object)
-                                  ? child(object, i)
+                                  ? child(call, object, i)
                                   : std::pair<std::string, std::string>("", nullPath);
     return sd_bus_reply_method_return(call, "(so)", name.c_str(), path.c_str());
   }

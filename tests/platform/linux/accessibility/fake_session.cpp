@@ -140,6 +140,14 @@ std::size_t PrivateBus::connections() const {
   return count - 1;
 }
 
+// The daemon numbers its clients: ":1.0", ":1.1" and so on.
+std::size_t PrivateBus::connectionsMade() const {
+  const BusPtr bus = connect(*this);
+  const char* name = nullptr;
+  if (sd_bus_get_unique_name(bus.get(), &name) < 0) throw std::runtime_error("no unique name");
+  return std::stoul(std::string(name).substr(3)) + 1;
+}
+
 void setEnabled(const PrivateBus& bus, bool isEnabled) {
   const BusPtr connection = connect(bus);
   sd_bus_set_property(connection.get(), "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Status",

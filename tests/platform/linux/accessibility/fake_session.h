@@ -45,6 +45,8 @@ class PrivateBus {
   const std::string& address() const { return address_; }
   // Programs connected at present, the one that asks left out.
   std::size_t connections() const;
+  // Programs that have connected so far, the one that asks among them.
+  std::size_t connectionsMade() const;
 
  private:
   std::string folder_;
