@@ -119,6 +119,19 @@ TEST_F(AccessibilityHostileTest, AnswersOfTheWrongTypeAreNoAnswers) {
   EXPECT_FALSE(read().has_value());
 }
 
+TEST_F(AccessibilityHostileTest, OnePropertyOfTheWrongTypeLeavesTheOthers) {
+  for (const char* toolkit : {"gtk", "Qt"}) {
+    FakeProgram program = programWithRows(0);
+    program.toolkit = toolkit;
+    FakeAccessible odd = row("", 0);
+    odd.description = "described";
+    odd.nameIsANumber = true;
+    add(program, 1, odd);
+    start(program);
+    EXPECT_THAT(texts(readRows(1)), ElementsAre("described")) << toolkit;
+  }
+}
+
 TEST_F(AccessibilityHostileTest, DeepTreeIsReadToItsTwentyFourthLevelOnly) {
   FakeProgram program = programWithRows(0);
   std::size_t parent = 1;

@@ -185,6 +185,10 @@ class ProgramServer {
   }
 
   int answerAll(sd_bus_message* call, const FakeAccessible& object) const {
+    if (object.nameIsANumber) {
+      return sd_bus_reply_method_return(call, "a{sv}", 2, "Name", "i", 1, "Description", "s",
+                                        object.description.c_str());
+    }
     return sd_bus_reply_method_return(call, "a{sv}", 7, "Name", "s", object.name.c_str(),
                                       "Description", "s", object.description.c_str(), "Parent",
                                       "(so)", "", nullPath, "Attributes", "a{ss}", 1, "toolkit",
@@ -199,6 +203,9 @@ class ProgramServer {
     const std::string_view property = name;
     if (property == "ChildCount") {
       return sd_bus_reply_method_return(call, "v", "i", childCount(object));
+    }
+    if (property == "Name" && object.nameIsANumber) {
+      return sd_bus_reply_method_return(call, "v", "i", 1);
     }
     const std::string* text = property == "Name"           ? &object.name
                               : property == "Description"  ? &object.description

@@ -79,6 +79,7 @@ struct FakeAccessible {
   std::optional<std::array<std::int32_t, 4>> extents{};
   std::uint64_t states = 0;
   bool answersWrongTypes = false;
+  bool nameIsANumber = false;  // and all else is as it should be
   std::optional<std::int32_t> claimedChildCount{};
   // In place of `children`: this many, each an object of its own that is as the one named.
   std::size_t copies = 0;
