@@ -12,6 +12,7 @@
 #include "feeder/feeder.h"
 #include "feeder/options.h"
 #include "library/song.h"
+#include "library/songs_of_program.h"
 #include "player/glib_pointer.h"
 
 namespace vellora::demo {
@@ -109,7 +110,7 @@ int send(const std::filesystem::path& folder, MusicCommand command) {
 int main(int argc, char** argv) {
   using namespace vellora::demo;
   const auto options =
-      parseFeederOptions(std::vector<std::string>(argv + 1, argv + argc), VELLORA_DEMO_SONGS);
+      parseFeederOptions(std::vector<std::string>(argv + 1, argv + argc), songsOfProgram());
   if (const auto* error = std::get_if<std::string>(&options)) {
     return fail(*error + "; --help tells what there is");
   }

@@ -8,6 +8,7 @@
 #include <gtk/gtk.h>
 
 #include "library/song.h"
+#include "library/songs_of_program.h"
 #include "playback/playback.h"
 #include "player/glib_pointer.h"
 #include "player/mpris_service.h"
@@ -78,7 +79,7 @@ int run(const PlayerOptions& options) {
 int main(int argc, char** argv) {
   using namespace vellora::demo;
   const auto options =
-      parsePlayerOptions(std::vector<std::string>(argv + 1, argv + argc), VELLORA_DEMO_SONGS);
+      parsePlayerOptions(std::vector<std::string>(argv + 1, argv + argc), songsOfProgram());
   if (const auto* error = std::get_if<std::string>(&options)) {
     return fail(*error + "; --help tells what there is");
   }
