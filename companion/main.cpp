@@ -3,6 +3,7 @@
 #include <variant>
 #include <vector>
 
+#include "companion/program/commanding.h"
 #include "companion/program/keeping.h"
 #include "companion/program/options.h"
 
@@ -15,5 +16,15 @@ int main(int argc, char** argv) {
     return answer->status;
   }
   const auto& options = std::get<Options>(parsed);
+  switch (options.task) {
+    case Task::command:
+      return command(options);
+    case Task::status:
+      return tellStatus(options);
+    case Task::check:
+    case Task::import:
+    case Task::keep:
+      break;
+  }
   return keep(options);
 }

@@ -27,24 +27,6 @@ using ConverterPtr = std::unique_ptr<UConverter, CloseConverter>;
 // As much as a guess needs; ICU looks at every byte that it is given.
 constexpr std::size_t detectedBytes = std::size_t{256} * 1024;
 
-struct Guess {
-  std::string encoding;
-  int confidence = 0;
-};
-
-std::optional<Guess> guess(std::string_view bytes) {
-  UErrorCode error = U_ZERO_ERROR;
-  const DetectorPtr detector(ucsdet_open(&error));
-  const auto size = static_cast<std::int32_t>(std::min(bytes.size(), detectedBytes));
-  ucsdet_setText(detector.get(), bytes.data(), size, &error);
-  const UCharsetMatch* const match = ucsdet_detect(detector.get(), &error);
-  if (U_FAILURE(error) || match == nullptr) return std::nullopt;
-  const char* const name = ucsdet_getName(match, &error);
-  const std::int32_t confidence = ucsdet_getConfidence(match, &error);
-  if (U_FAILURE(error) || name == nullptr) return std::nullopt;
-  return Guess{name, std::min(confidence, 99)};
-}
-
 // Nothing where the bytes are not of that encoding.
 std::optional<std::string> converted(const std::string& encoding, std::string_view bytes) {
   UErrorCode error = U_ZERO_ERROR;
@@ -74,6 +56,27 @@ std::optional<std::string> converted(const std::string& encoding, std::string_vi
   return text;
 }
 
+// The likeliest encoding of which the bytes are a text.
+std::optional<DecodedText> guessed(std::string_view bytes) {
+  UErrorCode error = U_ZERO_ERROR;
+  const DetectorPtr detector(ucsdet_open(&error));
+  const auto size = static_cast<std::int32_t>(std::min(bytes.size(), detectedBytes));
+  ucsdet_setText(detector.get(), bytes.data(), size, &error);
+  std::int32_t count = 0;
+  const UCharsetMatch** const matches = ucsdet_detectAll(detector.get(), &count, &error);
+  if (U_FAILURE(error)) return std::nullopt;
+  for (std::int32_t i = 0; i < count; ++i) {
+    const char* const name = ucsdet_getName(matches[i], &error);
+    const std::int32_t confidence = ucsdet_getConfidence(matches[i], &error);
+    if (U_FAILURE(error) || name == nullptr) return std::nullopt;
+    auto text = converted(name, bytes);
+    if (text && text->find('\0') == std::string::npos) {
+      return DecodedText{*std::move(text), name, std::min(confidence, 99)};
+    }
+  }
+  return std::nullopt;
+}
+
 struct Mark {
   std::string_view bytes;
   const char* encoding;
@@ -89,30 +92,25 @@ constexpr std::array<Mark, 5> marks{{{{"\x00\x00\xFE\xFF", 4}, "UTF-32BE"},
 }  // namespace
 
 std::optional<DecodedText> decodeText(std::string_view bytes) {
-  DecodedText result{{}, "UTF-8", 100};
   const auto* const mark = std::find_if(marks.begin(), marks.end(), [&](const Mark& candidate) {
     return bytes.starts_with(candidate.bytes);
   });
+  std::string encoding = "UTF-8";
   if (mark != marks.end()) {
     bytes.remove_prefix(mark->bytes.size());
-    result.encoding = mark->encoding;
+    encoding = mark->encoding;
   } else if (!isWellFormed(bytes) || bytes.find('\0') != std::string_view::npos) {
     // UTF-16 without a mark is well-formed UTF-8 as long as its letters are ASCII.
-    auto guessed = guess(bytes);
-    if (!guessed) return std::nullopt;
-    result.encoding = std::move(guessed->encoding);
-    result.confidence = guessed->confidence;
+    return guessed(bytes);
   }
-  if (result.encoding == "UTF-8") {
-    if (!isWellFormed(bytes)) return std::nullopt;
-    result.text = bytes;
-  } else {
-    auto text = converted(result.encoding, bytes);
-    if (!text) return std::nullopt;
-    result.text = *std::move(text);
+  std::optional<std::string> text;
+  if (encoding != "UTF-8") {
+    text = converted(encoding, bytes);
+  } else if (isWellFormed(bytes)) {
+    text = bytes;
   }
-  if (result.text.find('\0') != std::string::npos) return std::nullopt;
-  return result;
+  if (!text || text->find('\0') != std::string::npos) return std::nullopt;
+  return DecodedText{*std::move(text), std::move(encoding), 100};
 }
 
 }  // namespace vellora::companion

@@ -8,7 +8,10 @@
 #include "companion/lyrics/encoding.h"
 #include "companion/lyrics/lrc.h"
 #include "companion/lyrics/plain.h"
+#include "companion/lyrics/srt.h"
+#include "companion/lyrics/table.h"
 #include "companion/lyrics/text.h"
+#include "companion/lyrics/ttml.h"
 
 namespace vellora::companion {
 namespace {
@@ -21,8 +24,12 @@ LyricFile unreadable(const std::filesystem::path& path, std::string message, std
 }
 
 LyricFile readAs(const std::string& ending, const std::string& name, std::string_view text,
-                 std::string_view /*wantedLanguage*/) {
+                 std::string_view wantedLanguage) {
+  if (ending == ".ttml") return readTtml(name, text, wantedLanguage);
+  if (ending == ".srt") return readSrt(name, text);
   if (ending == ".txt") return readPlain(name, text);
+  if (ending == ".po") return readPo(name, text);
+  if (ending == ".tsv") return readTsv(name, text);
   return readLrc(name, text);
 }
 

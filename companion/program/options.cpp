@@ -24,7 +24,7 @@ constexpr const char* footer =
     "TSV.\n"
     "Exit status: 0 done; 1 check or import found something; 2 wrong arguments; 3 no overlay "
     "answers;\n"
-    "4 the player did not do it; 5 a file or folder cannot be read or written.";
+    "4 the player did not do it; 5 a file or folder cannot be read or written.\n";
 
 // "de_DE.UTF-8" as "de-DE"; "" for "C" and "POSIX".
 std::string languageOf(const Environment& environment) {

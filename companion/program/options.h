@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include "companion/exchange/command_watch.h"
 #include "companion/exchange/folder.h"
 #include "companion/exchange/keeper.h"
 #include "exchange/records/records.h"
@@ -23,12 +24,6 @@ enum ExitStatus : int {
 };
 
 enum class Task { keep, command, status, check, import };
-
-// Where a seek goes.
-struct SeekTarget {
-  double seconds = 0;
-  bool relative = false;
-};
 
 // "1:23", "83.5"; with "+" or "-" before it from where the player is.
 std::optional<SeekTarget> parseSeekTarget(const std::string& text);

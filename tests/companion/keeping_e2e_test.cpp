@@ -1,51 +1,10 @@
-#include <fstream>
-
 #include <signal.h>
 
 #include "base/files.h"
-#include "e2e/desk.h"
-#include "exchange/records/json.h"
+#include "companion/companion_desk.h"
 
 namespace vellora::e2e {
 namespace {
-
-// The program in the companion's place: the test itself only looks.
-class CompanionOnTheDesk : public Desk {
- protected:
-  void SetUp() override {
-    Desk::SetUp();
-    songs = folder / "songs";
-    std::filesystem::create_directory(songs);
-    const std::filesystem::path song =
-        std::filesystem::path(VELLORA_SONGS) / "04-au-clair-de-la-lune";
-    std::filesystem::copy_file(song / "lyrics.lrc", songs / "song.lrc");
-    std::filesystem::copy_file(song / "translation.lrc", songs / "song.de.lrc");
-    ASSERT_NO_FATAL_FAILURE(startPlayer({"--song", "4", "--position", "5"}));
-  }
-  void TearDown() override {
-    if (companion) companion->stop();
-    Desk::TearDown();
-  }
-
-  void startCompanion(std::vector<std::string> options = {}) {
-    options.insert(options.begin(), {VELLORA_COMPANION, songs, "--exchange", exchange});
-    companion = std::make_unique<Process>(std::move(options), folder / "companion.log");
-  }
-  std::optional<OverlaySnapshot> snapshot() const {
-    const auto bytes = readWholeFile(exchange / "snapshot.json");
-    return bytes ? decode<OverlaySnapshot>(*bytes) : std::nullopt;
-  }
-  bool said(const std::string& part) const {
-    std::ifstream file(folder / "companion.log");
-    for (std::string line; std::getline(file, line);) {
-      if (line.find(part) != std::string::npos) return true;
-    }
-    return false;
-  }
-
-  std::filesystem::path songs;
-  std::unique_ptr<Process> companion;
-};
 
 TEST_F(CompanionOnTheDesk, ALrcPairBecomesCaptionsOverThePlayer) {
   startCompanion();

@@ -2,19 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "companion/lines_text.h"
+
 namespace vellora::companion {
 namespace {
-
-// "time text|time text", so that a table can be read.
-std::string linesOf(const LyricFile& file) {
-  std::string result;
-  for (const FileLine& line : file.lines) {
-    if (!result.empty()) result += "|";
-    if (line.time) result += std::to_string(static_cast<int>(*line.time * 100 + 0.5)) + " ";
-    result += line.text;
-  }
-  return result;
-}
 
 struct LrcCase {
   const char* what;
@@ -27,7 +18,7 @@ class LrcForms : public testing::TestWithParam<LrcCase> {};
 
 TEST_P(LrcForms, AreRead) {
   const LyricFile file = readLrc("a.lrc", GetParam().text);
-  EXPECT_EQ(linesOf(file), GetParam().lines) << GetParam().what;
+  EXPECT_EQ(textOf(file), GetParam().lines) << GetParam().what;
   EXPECT_EQ(file.problems.size(), GetParam().problems)
       << (file.problems.empty() ? "" : file.problems.front().text());
 }

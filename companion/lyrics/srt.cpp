@@ -1,0 +1,119 @@
+#include "companion/lyrics/srt.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "companion/lyrics/text.h"
+#include "companion/lyrics/time_stamp.h"
+#include "matching/trimming.h"
+
+namespace vellora::companion {
+namespace {
+
+using OverlayMatching::trimmed;
+
+constexpr std::string_view arrow = "-->";
+constexpr std::size_t longestTag = 60;
+
+bool isNumber(std::string_view text) {
+  return !text.empty() && text.size() < 10 &&
+         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// Without "<…>" that begins as a tag does, and without "{\…}".
+std::string withoutTags(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const std::size_t next = text.find_first_of("<{");
+    result.append(text.substr(0, next));
+    if (next == std::string_view::npos) break;
+    text.remove_prefix(next);
+    const bool angle = text.front() == '<';
+    const std::size_t end = text.substr(0, longestTag).find(angle ? '>' : '}');
+    const char second = text.size() > 1 ? text[1] : ' ';
+    const bool letter = (second >= 'a' && second <= 'z') || (second >= 'A' && second <= 'Z');
+    const bool tag =
+        end != std::string_view::npos && (angle ? letter || second == '/' : second == '\\');
+    if (!tag) result.push_back(text.front());
+    text.remove_prefix(tag ? end + 1 : 1);
+  }
+  return result;
+}
+
+class Reader {
+ public:
+  explicit Reader(std::string_view name) : problems_(name) { file_.name = name; }
+
+  bool take(int number, std::string_view raw) {
+    const std::string_view line = trimmed(cut(raw, 4 * longestText));
+    if (line.find(arrow) != std::string_view::npos) {
+      takeTime(number, line);
+      return true;
+    }
+    if (line.empty()) {
+      time_.reset();
+      lost_ = false;
+      return true;
+    }
+    if (!time_) {
+      noteOutside(number, line);
+      return true;
+    }
+    if (file_.lines.size() == mostLines) {
+      problems_.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
+                     "the rest is left out; is this one song?");
+      return false;
+    }
+    file_.lines.push_back({time_, cleaned(cut(withoutTags(line), longestText)), {}, number});
+    return true;
+  }
+
+  LyricFile result() && {
+    if (file_.lines.empty()) {
+      problems_.fail(0, "no lines",
+                     "a block of SRT is a number, a line \"00:01:02,000 --> 00:01:05,000\", the "
+                     "text, and a blank line");
+    }
+    std::stable_sort(file_.lines.begin(), file_.lines.end(),
+                     [](const FileLine& a, const FileLine& b) { return *a.time < *b.time; });
+    file_.mayBeBilingual = true;
+    file_.problems = std::move(problems_).take();
+    return std::move(file_);
+  }
+
+ private:
+  void takeTime(int number, std::string_view line) {
+    const std::string_view begin = trimmed(line.substr(0, line.find(arrow)));
+    time_ = parseTime(begin);
+    lost_ = !time_;
+    if (lost_) {
+      problems_.warn(number, "the time " + quoted(begin) + " cannot be read",
+                     "write it as 00:01:02,000 --> 00:01:05,000; the block is left out");
+    }
+  }
+
+  // A number and "WEBVTT" stand outside of blocks; text does only by mistake.
+  void noteOutside(int number, std::string_view line) {
+    if (lost_ || isNumber(line) || line.starts_with("WEBVTT")) return;
+    problems_.warn(number, "no time before " + quoted(line),
+                   "the line is left out; a block begins with a line \"00:01:02,000 --> "
+                   "00:01:05,000\" and has no blank line in it");
+  }
+
+  Problems problems_;
+  LyricFile file_;
+  std::optional<double> time_;  // of the block; nothing outside of blocks
+  bool lost_ = false;           // the block's time was no time
+};
+
+}  // namespace
+
+LyricFile readSrt(std::string_view name, std::string_view text) {
+  Reader reader(name);
+  forEachLine(text, [&](int number, std::string_view line) { return reader.take(number, line); });
+  return std::move(reader).result();
+}
+
+}  // namespace vellora::companion

@@ -1,0 +1,237 @@
+#include "companion/lyrics/ttml.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <pugixml.hpp>
+
+#include "base/number_text.h"
+#include "companion/lyrics/text.h"
+#include "companion/lyrics/time_stamp.h"
+#include "matching/trimming.h"
+
+namespace vellora::companion {
+namespace {
+
+using OverlayMatching::trimmed;
+
+// The part of a name after its namespace's prefix, which each document chooses for itself.
+std::string_view localName(std::string_view name) { return name.substr(name.rfind(':') + 1); }
+
+bool isNamed(const pugi::xml_node& node, std::string_view name) {
+  return node.type() == pugi::node_element && localName(node.name()) == name;
+}
+
+std::string_view attribute(const pugi::xml_node& node, std::string_view name) {
+  for (const pugi::xml_attribute& each : node.attributes()) {
+    if (localName(each.name()) == name) return each.value();
+  }
+  return {};
+}
+
+// The next node in the document's order, within `root` and, where `inside` is false, not below
+// `node`. Without recursion: a document may nest as deep as it likes.
+pugi::xml_node following(pugi::xml_node node, const pugi::xml_node& root, bool inside = true) {
+  if (inside && node.first_child()) return node.first_child();
+  while (node && node != root && !node.next_sibling()) node = node.parent();
+  return node && node != root ? node.next_sibling() : pugi::xml_node();
+}
+
+// A time expression (TTML 2, section 12.3.1): a clock time, or a number with h, m, s or ms. Frames
+// and ticks depend on rates that lyrics have no use for.
+std::optional<double> timeExpression(std::string_view text) {
+  text = trimmed(text);
+  if (text.find(':') != std::string_view::npos) return parseTime(text);
+  const std::size_t unit = text.find_first_not_of("0123456789.");
+  const auto number = parseNumber(text.substr(0, unit));
+  if (!number || *number > 360'000'000) return std::nullopt;
+  const std::string_view name = unit == std::string_view::npos ? "s" : text.substr(unit);
+  if (name == "h") return *number * 3600;
+  if (name == "m") return *number * 60;
+  if (name == "s") return number;
+  if (name == "ms") return *number / 1000;
+  return std::nullopt;
+}
+
+// The lines that a document position lies in.
+class LineNumbers {
+ public:
+  explicit LineNumbers(std::string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      if (text[i] == '\n') ends_.push_back(i);
+    }
+  }
+  int at(std::ptrdiff_t offset) const {
+    if (offset < 0) return 0;
+    const auto after =
+        std::lower_bound(ends_.begin(), ends_.end(), static_cast<std::size_t>(offset));
+    return static_cast<int>(after - ends_.begin()) + 1;
+  }
+
+ private:
+  std::vector<std::size_t> ends_;
+};
+
+// A <p> taken apart.
+struct Paragraph {
+  std::vector<std::string> lines{1};
+  std::vector<std::pair<std::string, std::string>> translations;  // language and text
+};
+
+std::string textOf(const pugi::xml_node& root) {
+  std::string text;
+  for (auto node = following(root, root); node && text.size() < 4 * longestText;
+       node = following(node, root)) {
+    if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata) text += node.value();
+  }
+  return cleaned(cut(text, longestText));
+}
+
+Paragraph takenApart(const pugi::xml_node& root) {
+  constexpr std::size_t mostParts = 50;
+  Paragraph result;
+  bool inside = true;
+  for (auto node = following(root, root); node; node = following(node, root, inside)) {
+    inside = true;
+    if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata) {
+      if (result.lines.back().size() < 4 * longestText) result.lines.back() += node.value();
+    } else if (isNamed(node, "br")) {
+      if (result.lines.size() < mostParts) result.lines.emplace_back();
+    } else if (const auto role = attribute(node, "role"); role.starts_with("x-")) {
+      inside = false;
+      if (role == "x-translation" && result.translations.size() < mostParts) {
+        result.translations.emplace_back(attribute(node, "lang"), textOf(node));
+      }
+    }
+  }
+  for (std::string& line : result.lines) line = cleaned(cut(line, longestText));
+  std::erase_if(result.lines, [](const std::string& line) { return line.empty(); });
+  return result;
+}
+
+bool meets(std::string_view language, std::string_view wanted) {
+  const auto primary = [](std::string_view tag) { return lowerCase(tag.substr(0, tag.find('-'))); };
+  return !wanted.empty() && primary(language) == primary(wanted);
+}
+
+class Reader {
+ public:
+  Reader(std::string_view name, std::string_view text, std::string_view wanted)
+      : problems_(name), numbers_(text), wanted_(wanted) {
+    file_.name = name;
+  }
+
+  LyricFile read(std::string_view text) && {
+    pugi::xml_document document;
+    const auto parsed = document.load_buffer(
+        text.data(), text.size(), pugi::parse_default | pugi::parse_ws_pcdata, pugi::encoding_utf8);
+    if (!parsed) {
+      problems_.fail(numbers_.at(parsed.offset), std::string("not XML: ") + parsed.description(),
+                     "look there for a tag that is not closed, or an & that is not &amp;");
+    } else {
+      takeDocument(document);
+    }
+    file_.problems = std::move(problems_).take();
+    return std::move(file_);
+  }
+
+ private:
+  void takeDocument(const pugi::xml_document& document) {
+    bool inside = true;
+    for (auto node = following(document, document); node;
+         node = following(node, document, inside)) {
+      // Each of these is looked through as a whole, and not once more for what nests in it.
+      inside = false;
+      if (isNamed(node, "title")) {
+        if (std::string title = textOf(node); !title.empty()) file_.tags.emplace("ti", title);
+      } else if (isNamed(node, "translation")) {
+        takeTranslation(node);
+      } else if (isNamed(node, "p")) {
+        if (!takeParagraph(node)) break;
+      } else {
+        inside = true;
+      }
+    }
+    if (file_.lines.empty()) {
+      problems_.fail(0, "no lines", "a line of TTML is <p begin=\"1:02.5\" end=\"1:05\">text</p>");
+    }
+    settleTimes();
+  }
+
+  // In the head, before the lines that it is for.
+  void takeTranslation(const pugi::xml_node& node) {
+    if (!byKey_.empty() && !meets(attribute(node, "lang"), wanted_)) return;
+    byKey_.clear();
+    bool inside = true;
+    for (auto text = following(node, node); text && byKey_.size() < mostLines;
+         text = following(text, node, inside)) {
+      inside = !isNamed(text, "text");
+      if (!inside) byKey_.emplace(attribute(text, "for"), textOf(text));
+    }
+  }
+
+  bool takeParagraph(const pugi::xml_node& node) {
+    const int number = numbers_.at(node.offset_debug());
+    Paragraph paragraph = takenApart(node);
+    if (paragraph.lines.empty()) return true;
+    const std::string_view begin = attribute(node, "begin");
+    std::optional<double> time = timeExpression(begin);
+    if (!begin.empty() && !time) {
+      problems_.warn(number, "the time " + quoted(begin) + " cannot be read",
+                     "write it as 1:02.5 or 62.5s; the line is left out");
+      return true;
+    }
+    std::string translation = translationOf(paragraph, attribute(node, "key"));
+    for (std::string& line : paragraph.lines) {
+      if (file_.lines.size() == mostLines) {
+        problems_.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
+                       "the rest is left out; is this one song?");
+        return false;
+      }
+      file_.lines.push_back({time, std::move(line), std::exchange(translation, {}), number});
+    }
+    return true;
+  }
+
+  std::string translationOf(const Paragraph& paragraph, std::string_view key) const {
+    for (const auto& [language, text] : paragraph.translations) {
+      if (meets(language, wanted_)) return text;
+    }
+    if (!paragraph.translations.empty()) return paragraph.translations.front().second;
+    const auto found = byKey_.find(std::string(key));
+    return found == byKey_.end() || key.empty() ? std::string() : found->second;
+  }
+
+  // Some lines with times and some without cannot be put in one order.
+  void settleTimes() {
+    const auto timed = [](const FileLine& line) { return line.time.has_value(); };
+    if (std::none_of(file_.lines.begin(), file_.lines.end(), timed)) return;
+    for (const FileLine& line : file_.lines) {
+      if (timed(line)) continue;
+      problems_.warn(line.number, "no \"begin\" for " + quoted(line.text),
+                     "the line is left out; give it one");
+    }
+    std::erase_if(file_.lines, [&](const FileLine& line) { return !timed(line); });
+    std::stable_sort(file_.lines.begin(), file_.lines.end(),
+                     [](const FileLine& a, const FileLine& b) { return *a.time < *b.time; });
+  }
+
+  Problems problems_;
+  LineNumbers numbers_;
+  std::string wanted_;
+  LyricFile file_;
+  std::map<std::string, std::string> byKey_;
+};
+
+}  // namespace
+
+LyricFile readTtml(std::string_view name, std::string_view text, std::string_view wantedLanguage) {
+  return Reader(name, text, wantedLanguage).read(text);
+}
+
+}  // namespace vellora::companion

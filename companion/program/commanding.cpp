@@ -1,0 +1,79 @@
+#include "companion/program/commanding.h"
+
+#include <iostream>
+#include <optional>
+#include <string>
+
+#include <poll.h>
+
+#include "companion/exchange/command_watch.h"
+#include "companion/exchange/folder.h"
+#include "companion/lyrics/text.h"
+#include "companion/program/interruption.h"
+#include "companion/program/wall_clock.h"
+
+namespace vellora::companion {
+namespace {
+
+constexpr int stepMilliseconds = 50;
+constexpr double statusPatience = 2.5;  // seconds
+
+int fail(ExitStatus status, const std::string& message) {
+  std::cerr << "vellora-companion: " << message << "\n";
+  return status;
+}
+
+int unwritable(const ExchangeFolder& folder) {
+  return fail(filesFailed, folder.path().string() + " cannot be written");
+}
+
+int finish(const CommandWatch& watch, CommandWatch::Outcome outcome) {
+  if (outcome == CommandWatch::Outcome::done) {
+    std::cout << watch.report() << std::endl;
+    return allWell;
+  }
+  return fail(outcome == CommandWatch::Outcome::notTaken ? noOverlay : noEffect, watch.report());
+}
+
+}  // namespace
+
+int command(const Options& options) {
+  const ExchangeFolder folder(options.exchange);
+  if (const auto reason = folder.make()) return fail(filesFailed, *reason);
+  const WallClock clock;
+  const Interruption interruption;
+  CommandWatch watch(options.command, options.target, options.patience);
+  while (!interruption.asked()) {
+    const auto step = watch.step(clock.now(), folder.nowPlaying(), folder.commandWaits());
+    if (step.sync && !folder.write(*step.sync)) return unwritable(folder);
+    if (step.command && !folder.write(*step.command)) return unwritable(folder);
+    if (step.withdraw) folder.withdrawCommand();
+    if (step.outcome != CommandWatch::Outcome::waiting) return finish(watch, step.outcome);
+    poll(nullptr, 0, stepMilliseconds);
+  }
+  interruption.take();
+  return fail(noEffect, "interrupted before the effect was seen");
+}
+
+int tellStatus(const Options& options) {
+  const ExchangeFolder folder(options.exchange);
+  if (const auto reason = folder.make()) return fail(filesFailed, *reason);
+  const WallClock clock;
+  const double begin = clock.now();
+  if (!folder.write(SyncRequest{begin})) return unwritable(folder);
+  std::optional<NowPlayingTrack> track;
+  for (double now = begin; now - begin < statusPatience && now >= begin; now = clock.now()) {
+    track = folder.nowPlaying();
+    if (track && track->isUsable(now) && track->updatedAt > begin) break;
+    track.reset();
+    poll(nullptr, 0, stepMilliseconds);
+  }
+  const auto status = folder.status();
+  if (track) std::cout << describe(*track, track->position) << "\n";
+  if (status) std::cout << "overlay: " << cleaned(status->message) << "\n";
+  std::cout << "folder: " << folder.path().string() << std::endl;
+  if (track) return allWell;
+  return fail(noOverlay, "nothing is published: no overlay follows this folder, or no player runs");
+}
+
+}  // namespace vellora::companion

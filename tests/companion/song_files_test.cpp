@@ -1,0 +1,122 @@
+#include "companion/library/song_files.h"
+
+#include <cstdlib>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+namespace vellora::companion {
+namespace {
+
+class SongFilesInAFolder : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = "/tmp/vellora-songs-XXXXXX";
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    folder = pattern;
+  }
+  void TearDown() override { std::filesystem::remove_all(folder); }
+
+  void put(std::initializer_list<const char*> names) const {
+    for (const char* name : names) {
+      std::filesystem::create_directories((folder / name).parent_path());
+      std::ofstream(folder / name) << "[00:01.00]a\n";
+    }
+  }
+  // "lyrics+translation|…" relative to the folder.
+  std::string found(const std::string& language = "") {
+    const FoundFiles files = findSongFiles(folder, language);
+    problems = files.problems.size();
+    std::string result;
+    for (const SongFiles& song : files.songs) {
+      if (!result.empty()) result += "|";
+      result += song.lyrics.lexically_relative(folder).string();
+      if (!song.translation.empty()) {
+        result += "+" + song.translation.lexically_relative(folder).string();
+      }
+    }
+    return result;
+  }
+
+  std::filesystem::path folder;
+  std::size_t problems = 0;
+};
+
+TEST_F(SongFilesInAFolder, ATranslationStandsBesideTheLyrics) {
+  put({"a.lrc", "a.de.lrc", "b.lrc", "c.ttml", "c.translation.lrc", "d.srt", "d.pt-BR.srt"});
+  EXPECT_EQ(found(), "a.lrc+a.de.lrc|b.lrc|c.ttml+c.translation.lrc|d.srt+d.pt-BR.srt");
+}
+
+TEST_F(SongFilesInAFolder, ATranslationWithoutLyricsIsASongOfThatName) {
+  put({"a.de.lrc", "Mr. Big.lrc"});
+  EXPECT_EQ(found(), "Mr. Big.lrc|a.de.lrc");
+}
+
+TEST_F(SongFilesInAFolder, TheWantedLanguageIsPreferredThenItsVariantThenTheFirst) {
+  put({"a.lrc", "a.de.lrc", "a.en-GB.lrc", "a.fr.lrc"});
+  EXPECT_EQ(found("fr"), "a.lrc+a.fr.lrc");
+  EXPECT_EQ(found("en-US"), "a.lrc+a.en-GB.lrc");
+  EXPECT_EQ(found("es"), "a.lrc+a.de.lrc");
+  EXPECT_EQ(found(), "a.lrc+a.de.lrc");
+}
+
+TEST_F(SongFilesInAFolder, ATableOfTheSameNameTranslatesAndAloneIsASong) {
+  put({"a.lrc", "a.po", "b.tsv", "c.lrc", "c.fr.tsv"});
+  EXPECT_EQ(found(), "a.lrc+a.po|b.tsv|c.lrc+c.fr.tsv");
+}
+
+TEST_F(SongFilesInAFolder, AFolderMayHoldLyricsAndTranslationOfOneSong) {
+  put({"01-song/lyrics.lrc", "01-song/translation.lrc", "02/lyrics.lrc", "02/translation.de.lrc"});
+  EXPECT_EQ(found(),
+            "01-song/lyrics.lrc+01-song/translation.lrc|02/lyrics.lrc+02/translation.de.lrc");
+  const FoundFiles files = findSongFiles(folder, "");
+  EXPECT_EQ(files.songs[0].stem, "01-song");
+}
+
+TEST_F(SongFilesInAFolder, ATextAloneIsNoSongAndIsNoted) {
+  put({"readme.txt", "a.txt", "a.de.txt", "b.mp3"});
+  EXPECT_EQ(found(), "a.txt+a.de.txt");
+  EXPECT_EQ(problems, 1U);
+}
+
+TEST_F(SongFilesInAFolder, OfTwoFilesOfASongTheRicherIsTaken) {
+  put({"a.lrc", "a.srt", "a.txt"});
+  EXPECT_EQ(found(), "a.lrc");
+}
+
+TEST_F(SongFilesInAFolder, FoldersAreNamedFromTheInnermostOn) {
+  put({"Artist/Album/03 - Title.lrc"});
+  const FoundFiles files = findSongFiles(folder.string() + "/", "");
+  ASSERT_EQ(files.songs.size(), 1U);
+  EXPECT_EQ(files.songs[0].folders, (std::vector<std::string>{"Album", "Artist"}));
+  EXPECT_EQ(files.songs[0].stem, "03 - Title");
+}
+
+TEST_F(SongFilesInAFolder, LinksAreNotFollowedInCircles) {
+  put({"x/a.lrc"});
+  std::filesystem::create_directory_symlink(folder, folder / "x/again");
+  EXPECT_EQ(found(), "x/a.lrc");
+}
+
+TEST_F(SongFilesInAFolder, TheSearchEndsAtItsDepth) {
+  put({"1/2/3/4/5/6/7/8/a.lrc", "1/2/3/4/5/6/7/8/9/b.lrc"});
+  EXPECT_EQ(found(), "1/2/3/4/5/6/7/8/a.lrc");
+}
+
+TEST_F(SongFilesInAFolder, AFolderThatIsNoneIsTold) {
+  const FoundFiles files = findSongFiles(folder / "nowhere", "");
+  ASSERT_EQ(files.problems.size(), 1U);
+  EXPECT_NE(files.problems[0].text().find("nowhere: error: cannot be opened"), std::string::npos);
+}
+
+TEST(LanguageTags, AreOfThisForm) {
+  for (const char* tag : {"de", "zh", "yue", "pt-BR", "zh-Hant", "zh_TW", "sr-Latn-RS"}) {
+    EXPECT_TRUE(isLanguageTag(tag)) << tag;
+  }
+  for (const char* none : {"", "d", "live", "1234", "d1", "de-", "-de", "de-a", "de-abcdefghi"}) {
+    EXPECT_FALSE(isLanguageTag(none)) << none;
+  }
+}
+
+}  // namespace
+}  // namespace vellora::companion
