@@ -65,7 +65,7 @@ TEST_F(Reading, AFileOfAnotherEncodingIsConverted) {
 }
 
 TEST_F(Reading, AMereGuessIsTold) {
-  const LyricFile file = readLyrics("a.txt", "\xE9", "");
+  const LyricFile file = readLyrics("a.txt", "d\xE9j\xE0", "");
   ASSERT_EQ(file.problems.size(), 1U);
   EXPECT_NE(file.problems[0].text().find("which is no more than a guess"), std::string::npos)
       << textOf(file.problems);
