@@ -221,6 +221,14 @@ TEST_F(CaptionViewTest, ACaptionThatCannotBePaintedIsLeftOutAndTriedAgain) {
   EXPECT_THAT(log, ElementsAre("paint text", "blur sharp 2", "draw blur of sharp 2"));
 }
 
+TEST_F(CaptionViewTest, ACaptionThatCannotBePaintedDoesNotKeepTheOthersAway) {
+  painter.unpaintableText = "b";
+  draw({{"a", {0, 0, 100, 20}, 20, 0},
+        {"b", {0, 30, 100, 20}, 20, 0},
+        {"c", {0, 60, 100, 20}, 20, 0}});
+  EXPECT_THAT(log, ElementsAre("paint a", "draw sharp 1", "paint b", "paint c", "draw sharp 3"));
+}
+
 TEST_F(CaptionViewTest, AFailedPaintingAtTheLimitKeepsTheOtherPictures) {
   std::vector<Caption> captions;
   for (int i = 0; i < 96; ++i) captions.push_back({"text", {0, 0, 100.0 + i, 20}, 20, 0});

@@ -71,6 +71,7 @@ TEST_F(CompositionTest, AViewportWithoutAreaShowsNoLyrics) {
        {Rect{}, Rect{700, 100, 0, 650}, Rect{700, 100, 580, 0}, Rect{1280, 100, -580, 650},
         Rect{700, 750, 580, -650}, Rect::null()}) {
     layout.viewport = viewport;
+    layout.title = "Another Song — An Artist";  // which is not asked yet
     log.clear();
     EXPECT_EQ(compose(), noLyrics);
     EXPECT_THAT(log, ElementsAre("hide panel"));
@@ -126,10 +127,22 @@ TEST_F(CompositionTest, CaptionsStandUnderTheirRowsInTheWindowsCoordinates) {
   EXPECT_EQ(view.captions().at(2).softness, 1);
 }
 
+TEST_F(CompositionTest, SoftnessIsMeasuredInTheViewportNotInTheWindow) {
+  // An eighth of the viewport's 650 under the reading line at 327.5.
+  layout.rows = {{"one", {720, 408.75, 360, 40}}};
+  compose();
+  EXPECT_EQ(view.captions().at(0).softness, 0.5);
+}
+
 TEST_F(CompositionTest, TheVerticalOffsetMovesCaptions) {
   snapshot.verticalOffset = 5;
   compose();
   EXPECT_EQ(view.captions().at(0).rect.y, 297);
+}
+
+TEST_F(CompositionTest, ThePanelIsShownUnlessToldOtherwise) {
+  render(fields, layout, snapshot);
+  EXPECT_TRUE(panel.visible);
 }
 
 TEST_F(CompositionTest, WithoutShowPanelThePanelsVisibilityIsLeftAlone) {
@@ -244,8 +257,10 @@ TEST_F(CompositionTest, CanonicallyEqualRowTextsShareOneEntry) {
 }
 
 TEST_F(CompositionTest, TheKeyIsTheRowsTextAsItWasRead) {
-  layout.rows = {{" ONE! ", {720, 300, 360, 40}}};
-  compose();
+  layout.rows = {{"ONE", {720, 300, 360, 40}}, {" ONE! ", {720, 400, 360, 40}}};
+  EXPECT_EQ(compose(), "Following Music • 2 translated rows");
+  EXPECT_THAT(translations, SizeIs(2));
+  EXPECT_TRUE(translations.contains("ONE"));
   EXPECT_TRUE(translations.contains(" ONE! "));
 }
 
@@ -262,6 +277,17 @@ TEST_F(CompositionTest, ASkippedRowStillLimitsTheOneAboveIt) {
   EXPECT_EQ(compose(), noRoom);
   layout.rows[1].frame.y = 373;
   EXPECT_EQ(compose(), "Following Music • 1 translated rows");
+}
+
+TEST_F(CompositionTest, ARowBesideTheViewportStillLimitsTheOneAboveIt) {
+  layout.rows = {{"one", {720, 300, 360, 40}},
+                 {"two", {100, 372, 360, 40}},  // ends left of the viewport
+                 {"three", {720, 500, 360, 40}}};
+  EXPECT_EQ(compose(), "Following Music • 1 translated rows");
+  EXPECT_THAT(texts(), ElementsAre("drei"));
+  layout.rows[1].frame.y = 373;
+  EXPECT_EQ(compose(), "Following Music • 2 translated rows");
+  EXPECT_THAT(texts(), ElementsAre("eins", "drei"));
 }
 
 TEST_F(CompositionTest, OnlyPlacedCaptionsAreCounted) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -54,7 +55,7 @@ class FakePainter final : public CaptionPainter {
   std::shared_ptr<const CaptionImage> paint(const CaptionDrawing& drawing) override {
     log_.push_back("paint " + drawing.text);
     drawings.push_back(drawing);
-    if (paintingFails) return nullptr;
+    if (paintingFails || drawing.text == unpaintableText) return nullptr;
     return std::make_shared<FakeImage>("sharp " + std::to_string(drawings.size()));
   }
 
@@ -78,7 +79,8 @@ class FakePainter final : public CaptionPainter {
   std::vector<double> radii;
   double lineHeight = 20;
   std::size_t charactersPerLine = 1000;
-  bool paintingFails = false;
+  bool paintingFails = false;  // of every text
+  std::optional<std::string> unpaintableText;
   bool blurringFails = false;
 
  private:

@@ -177,15 +177,17 @@ void XClient::setMonitor(std::string_view name, bool primary, std::uint16_t heig
   sync();
 }
 
-std::uint32_t XClient::pixel(int x, int y) {
+std::uint32_t XClient::pixel(int x, int y) { return pixelOf(root(), x, y) & 0xffffff; }
+
+std::uint32_t XClient::pixelOf(xcb_window_t window, int x, int y) {
   const XcbReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
       connection(),
-      xcb_get_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, root(), static_cast<std::int16_t>(x),
+      xcb_get_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<std::int16_t>(x),
                     static_cast<std::int16_t>(y), 1, 1, 0xffffffff),
       nullptr));
   std::uint32_t value = 0;
   std::memcpy(&value, xcb_get_image_data(reply.get()), sizeof value);
-  return value & 0xffffff;
+  return value;
 }
 
 std::vector<xcb_window_t> XClient::topLevels() {

@@ -51,6 +51,8 @@ class XClient {
 
   // What everybody sees at a pixel of the screen, 0xRRGGBB.
   std::uint32_t pixel(int x, int y);
+  // What a window itself holds at its pixel, 0xAARRGGBB where it has an alpha channel.
+  std::uint32_t pixelOf(xcb_window_t window, int x, int y);
   // Of the root's children, bottom first.
   std::vector<xcb_window_t> topLevels();
   Rect frame(xcb_window_t window);

@@ -180,6 +180,16 @@ TEST_F(PanelTest, WithACompositorTheWindowIsWhole) {
   EXPECT_EQ(client.boundingShape(own()), std::nullopt);
 }
 
+TEST_F(PanelTest, IsTransparentWhereNoCaptionIsAndBeforeItIsPainted) {
+  pretendToComposite();
+  showOnePicture();
+  EXPECT_EQ(client.pixelOf(own(), 100, 80), 0xffff0000u);
+  EXPECT_EQ(client.pixelOf(own(), 300, 200), 0u);
+  client.clear(own());
+  EXPECT_EQ(client.pixelOf(own(), 100, 80), 0u);
+  EXPECT_EQ(client.pixelOf(own(), 300, 200), 0u);
+}
+
 TEST_F(PanelTest, FollowsTheCompositorsComingAndGoing) {
   showOnePicture();
   ASSERT_NE(client.boundingShape(own()), std::nullopt);

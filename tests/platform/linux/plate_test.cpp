@@ -92,7 +92,7 @@ TEST(PlateTest, APlateWithoutAreaOrNumbersIsNone) {
 
 TEST(PlateTest, AnAlphaBeyondItsRangeIsBounded) {
   EXPECT_EQ(plateOf({10, 10, 80, 40}, 7, {1, 1, 1, -0.5}).largestAlpha(), 0);
-  EXPECT_EQ(plateOf({10, 10, 80, 40}, 7, {1, 1, 1, 7}).alpha(50, 30), 1);
+  EXPECT_EQ(plateOf({10, 10, 80, 40}, 7, {0, 0, 0, 7}).alpha(50, 30), 1);
   const double nan = std::numeric_limits<double>::quiet_NaN();
   EXPECT_EQ(plateOf({10, 10, 80, 40}, 7, {1, 1, 1, nan}).largestAlpha(), 0);
 }
