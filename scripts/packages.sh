@@ -22,6 +22,9 @@ packages_session=(
   xvfb openbox picom libatk-adaptor xdotool wmctrl x11-utils imagemagick libglib2.0-bin
 )
 
-packages_test=(libgtest-dev libgmock-dev python3 python3-jsonschema)
+packages_test=(
+  libgtest-dev libgmock-dev python3 python3-jsonschema
+  appstream mandoc dpkg-dev lintian
+)
 
 packages_bench=(libbenchmark-dev libopencv-dev libatspi2.0-dev)
