@@ -17,8 +17,8 @@ NSString* toNSString(std::string_view text);
 std::string fromNSString(NSString* text);
 
 NSRect toNSRect(const Rect& rect);
-// Whether a window or a view can be there: to place one at what is not a finite number is an
-// Objective-C exception.
+// Whether a window or a view can be there, each edge within 32-bit integers: to place one beyond
+// them, or at what is not a finite number, is an Objective-C exception.
 bool isPlaceable(const Rect& rect);
 Rect fromNSRect(NSRect rect);
 

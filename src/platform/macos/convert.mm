@@ -1,6 +1,6 @@
 #import "platform/macos/convert.h"
 
-#include <cmath>
+#include <climits>
 
 #include "base/utf16.h"
 
@@ -25,9 +25,12 @@ std::string fromNSString(NSString* text) {
 
 NSRect toNSRect(const Rect& rect) { return NSMakeRect(rect.x, rect.y, rect.width, rect.height); }
 
+// The rectangle that AppKit asserts to hold each window's frame; comparisons with what is not a
+// number fail, and only null would get past them.
 bool isPlaceable(const Rect& rect) {
-  return std::isfinite(rect.x) && std::isfinite(rect.y) && std::isfinite(rect.width) &&
-         std::isfinite(rect.height);
+  constexpr double extent = static_cast<double>(INT_MAX) - INT_MIN;
+  constexpr Rect everywhere{INT_MIN, INT_MIN, extent, extent};
+  return !rect.isNull() && everywhere.contains(rect);
 }
 
 Rect fromNSRect(NSRect rect) {
