@@ -43,10 +43,11 @@ class MprisTest : public ::testing::Test {
     PlayerCommand value;
     value.command = MusicCommand(0, action, std::move(title), std::move(artist));
     value.milliseconds = milliseconds;
-    value.searchLocation = "music://catalogue.example/search?term=a%20b&c";
+    value.searchLocation = searchLocation;
     return scripting.run({.source = "", .command = value});
   }
 
+  std::string searchLocation = "music://catalogue.example/search?term=a%20b&c";
   PrivateBus bus;
   MprisScripting scripting;
 };

@@ -138,12 +138,19 @@ TEST_F(SearchTest, RepliesSearchedWithoutAnyHandler) {
 }
 
 TEST_F(SearchTest, HungTrackListIsAnErrorAndNoSearch) {
-  installOpener("touch \"" + (folder / "opened").string() + "\"");
+  installOpener("echo \"$1\" >>\"" + (folder / "opened").string() + "\"");
   auto setup = playing(0);
   setup.mute = {"GetTracksMetadata"};
   FakePlayer player(setup);
+  searchLocation = "first";
   expectError(command(Action::play, 0, "Nothing", "Nobody"), "did not answer in time");
-  EXPECT_FALSE(std::filesystem::exists(folder / "opened"));
+  player.end();
+  FakePlayer other(playing(0));
+  searchLocation = "second";
+  EXPECT_TRUE(runLoopUntil(
+      [&] { return command(Action::play, 0, "Nothing", "Nobody").reply == "searched"; }));
+  EXPECT_TRUE(runLoopUntil([&] { return opened().find("second") != std::string::npos; }));
+  EXPECT_EQ(opened(), "second\n");
 }
 
 TEST(ScriptTextsTest, CompareWithoutCaseButWithMarksPunctuationAndBlanks) {

@@ -93,6 +93,16 @@ TEST_F(MprisTest, PlayersOfOtherApplicationsAreLeftAlone) {
   EXPECT_THAT(second.log(), IsEmpty());
 }
 
+TEST_F(MprisTest, PlayerThatDidNotKnowItsDesktopEntryIsAskedAgain) {
+  auto setup = playing(1);
+  setup.desktopEntry.reset();
+  FakePlayer starting(setup);
+  expectReply(ask(), "");
+  starting.end();
+  FakePlayer started(playing(1));  // under the same bus name, and nobody looked meanwhile
+  expectReply(ask(), "Sakura|Choir|Spring|0|playing");
+}
+
 TEST_F(MprisTest, StandInForOtherPlayersIsLeftAlone) {
   auto standIn = playing(1);
   standIn.busName = "org.mpris.MediaPlayer2.playerctld";
