@@ -5,6 +5,7 @@
 
 #include "companion/program/commanding.h"
 #include "companion/program/keeping.h"
+#include "companion/program/libraries.h"
 #include "companion/program/options.h"
 
 int main(int argc, char** argv) {
@@ -22,7 +23,9 @@ int main(int argc, char** argv) {
     case Task::status:
       return tellStatus(options);
     case Task::check:
+      return check(options);
     case Task::import:
+      return import(options);
     case Task::keep:
       break;
   }

@@ -153,7 +153,7 @@ std::string CommandWatch::explanation() const {
   if (!after_) return "the overlay took \"" + name + "\", but tells of no player; is one running?";
   const std::string now = "; it is " + describe(*after_, after_->position);
   if (command_.action == Action::play) {
-    return "the player has no song " + quoted(command_.title) +
+    return "the player has no song " + inQuotes(command_.title) +
            " in its library; it may have searched its catalogue" + now;
   }
   return "the player took no notice of \"" + name + "\"" + now;

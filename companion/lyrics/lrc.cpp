@@ -77,7 +77,8 @@ class Reader {
       const std::size_t end = line.find(']');
       const std::string_view inside = line.substr(1, end == std::string_view::npos ? end : end - 1);
       if (looksLikeStamp(inside)) {
-        problems_.warn(number, "the time stamp " + quoted(line.substr(0, end)) + " cannot be read",
+        problems_.warn(number,
+                       "the time stamp " + inQuotes(line.substr(0, end)) + " cannot be read",
                        "write it as [mm:ss.xx] with seconds below 60");
         return true;
       }
@@ -119,7 +120,7 @@ class Reader {
     if (!value.empty() && value.front() == '+') value.remove_prefix(1);
     const auto milliseconds = parseNumber(value);
     if (!milliseconds || !(std::abs(*milliseconds) <= largestOffset)) {
-      problems_.warn(number, "the offset " + quoted(value) + " is no number of milliseconds",
+      problems_.warn(number, "the offset " + inQuotes(value) + " is no number of milliseconds",
                      "write it as [offset:250], or leave the tag out");
       return;
     }
@@ -163,7 +164,7 @@ class Reader {
 
   void reportUntimed() {
     for (const FileLine& line : untimed_) {
-      problems_.warn(line.number, "no time stamp before " + quoted(line.text),
+      problems_.warn(line.number, "no time stamp before " + inQuotes(line.text),
                      "the line is left out; begin it with [mm:ss.xx]");
     }
   }

@@ -64,7 +64,7 @@ void pairByTime(Song& song, const LyricFile& translation, Problems& problems) {
     if (!best) {
       problems.warn(line.number,
                     "no line of the lyrics has the time " + stampText(*line.time) + " of " +
-                        quoted(line.text),
+                        inQuotes(line.text),
                     "give it the time of the line that it translates; the nearest is " +
                         nearestStamp(song, *line.time));
       continue;

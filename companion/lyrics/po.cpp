@@ -88,7 +88,7 @@ class Reader {
       problems_.warn(number, "msgstr without a msgid before it",
                      "put the line that is translated before it, as msgid \"…\"");
     } else {
-      problems_.warn(number, quoted(keyword) + " is nothing that a song's table has",
+      problems_.warn(number, inQuotes(keyword) + " is nothing that a song's table has",
                      "an entry is a line msgid \"…\" and a line msgstr \"…\"");
     }
   }
@@ -101,7 +101,7 @@ class Reader {
   void continueWith(int number, std::string_view text) {
     const auto piece = unquoted(text);
     if (!piece) {
-      problems_.warn(number, quoted(text) + " is not in whole double quotes",
+      problems_.warn(number, inQuotes(text) + " is not in whole double quotes",
                      "a quote within the text is written \\\"");
       return;
     }

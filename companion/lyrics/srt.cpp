@@ -89,7 +89,7 @@ class Reader {
     time_ = parseTime(begin);
     lost_ = !time_;
     if (lost_) {
-      problems_.warn(number, "the time " + quoted(begin) + " cannot be read",
+      problems_.warn(number, "the time " + inQuotes(begin) + " cannot be read",
                      "write it as 00:01:02,000 --> 00:01:05,000; the block is left out");
     }
   }
@@ -97,7 +97,7 @@ class Reader {
   // A number and "WEBVTT" stand outside of blocks; text does only by mistake.
   void noteOutside(int number, std::string_view line) {
     if (lost_ || isNumber(line) || line.starts_with("WEBVTT")) return;
-    problems_.warn(number, "no time before " + quoted(line),
+    problems_.warn(number, "no time before " + inQuotes(line),
                    "the line is left out; a block begins with a line \"00:01:02,000 --> "
                    "00:01:05,000\" and has no blank line in it");
   }

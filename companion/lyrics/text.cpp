@@ -36,7 +36,7 @@ std::string_view cut(std::string_view text, std::size_t longest) {
   return text.substr(0, end);
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
   constexpr std::size_t longest = 60;
   std::string result = "\"";
   result.append(cut(text, longest));

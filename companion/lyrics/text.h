@@ -20,7 +20,7 @@ std::string cleaned(std::string_view text);
 std::string_view cut(std::string_view text, std::size_t longest);
 
 // In double quotes, cut to a length that a message bears.
-std::string quoted(std::string_view text);
+std::string inQuotes(std::string_view text);
 
 // Calls `take` with each line's number, from 1, and its text. A line ends with a line feed, a
 // carriage return or both. Stops where `take` says false.

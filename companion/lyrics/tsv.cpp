@@ -27,7 +27,7 @@ LyricFile readTsv(std::string_view name, std::string_view text) {
     }
     const std::size_t tab = line.find('\t');
     if (tab == std::string_view::npos) {
-      problems.warn(number, "no tab in " + quoted(line),
+      problems.warn(number, "no tab in " + inQuotes(line),
                     "put one between the line and its translation");
     }
     const std::string_view rest =

@@ -182,7 +182,7 @@ class Reader {
     const std::string_view begin = attribute(node, "begin");
     std::optional<double> time = timeExpression(begin);
     if (!begin.empty() && !time) {
-      problems_.warn(number, "the time " + quoted(begin) + " cannot be read",
+      problems_.warn(number, "the time " + inQuotes(begin) + " cannot be read",
                      "write it as 1:02.5 or 62.5s; the line is left out");
       return true;
     }
@@ -213,7 +213,7 @@ class Reader {
     if (std::none_of(file_.lines.begin(), file_.lines.end(), timed)) return;
     for (const FileLine& line : file_.lines) {
       if (timed(line)) continue;
-      problems_.warn(line.number, "no \"begin\" for " + quoted(line.text),
+      problems_.warn(line.number, "no \"begin\" for " + inQuotes(line.text),
                      "the line is left out; give it one");
     }
     std::erase_if(file_.lines, [&](const FileLine& line) { return !timed(line); });

@@ -1,0 +1,187 @@
+#include "companion/library/checking.h"
+
+#include <algorithm>
+#include <optional>
+#include <ostream>
+#include <string>
+
+#include "companion/lyrics/reading.h"
+#include "companion/lyrics/text.h"
+#include "companion/lyrics/time_stamp.h"
+#include "matching/normalization.h"
+#include "matching/translation_index.h"
+
+namespace vellora::companion {
+namespace {
+
+bool isTable(const std::filesystem::path& path) {
+  const std::string ending = readableEnding(path);
+  return ending == ".po" || ending == ".tsv";
+}
+
+std::string counted(std::size_t count, const char* what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+void tell(const Problem& problem, CheckSummary& summary, std::ostream& out) {
+  if (problem.severity == Severity::error) ++summary.errors;
+  if (problem.severity == Severity::warning) ++summary.warnings;
+  out << "  " << problem.text() << "\n";
+}
+
+// How a table misses a row: the row is cut otherwise than the table's lines.
+class TableMisses {
+ public:
+  TableMisses(const std::filesystem::path& path) : path_(path) {
+    for (const FileLine& line : readLyricFile(path, "").lines) {
+      keys_.push_back(OverlayMatching::normalized(line.text));
+      numbers_.push_back(line.number);
+      translated_.push_back(!line.translation.empty());
+    }
+  }
+
+  std::optional<Problem> explain(const SongLine& row, const std::string& file) const {
+    const std::string wanted = OverlayMatching::normalized(row.source);
+    for (std::size_t first = 0; first < keys_.size(); ++first) {
+      if (keys_[first].empty()) continue;
+      if (keys_[first].size() > wanted.size()) {
+        if (!keys_[first].starts_with(wanted)) continue;
+        return problem(row, file, "the row is only a part of line " + at(first),
+                       "a row matches whole lines only: cut the table's line as the row is cut");
+      }
+      const std::size_t count = runOf(first, wanted);
+      if (count > TranslationIndex::longestRun) {
+        return problem(row, file,
+                       "the row joins " + std::to_string(count) +
+                           " lines of the table, from line " + at(first) + " on",
+                       "at most " + std::to_string(TranslationIndex::longestRun) +
+                           " are joined: put them in fewer lines");
+      }
+      if (count > 0 && !allTranslated(first, count)) {
+        return problem(
+            row, file,
+            "not all of its lines in the table are translated, from line " + at(first) + " on",
+            "a row is matched only by lines that all have a translation");
+      }
+    }
+    return std::nullopt;
+  }
+
+ private:
+  // How many lines from `first` on say exactly the row; 0 where none do.
+  std::size_t runOf(std::size_t first, const std::string& wanted) const {
+    std::size_t length = 0;
+    for (std::size_t i = first; i < keys_.size(); ++i) {
+      if (keys_[i].empty() || wanted.compare(length, keys_[i].size(), keys_[i]) != 0) return 0;
+      length += keys_[i].size();
+      if (length == wanted.size()) return i - first + 1;
+    }
+    return 0;
+  }
+  bool allTranslated(std::size_t first, std::size_t count) const {
+    const auto begin = translated_.begin() + static_cast<std::ptrdiff_t>(first);
+    return std::all_of(begin, begin + static_cast<std::ptrdiff_t>(count), [](bool b) { return b; });
+  }
+  std::string at(std::size_t index) const {
+    return std::to_string(numbers_[index]) + " of " + path_.filename().string();
+  }
+  static Problem problem(const SongLine& row, const std::string& file, std::string message,
+                         std::string advice) {
+    return {Severity::warning, file, row.number,
+            inQuotes(row.source) + " never matches: " + message, std::move(advice)};
+  }
+
+  std::filesystem::path path_;
+  std::vector<std::string> keys_;
+  std::vector<int> numbers_;
+  std::vector<bool> translated_;
+};
+
+// Where a translation that is missing belongs.
+std::string remedy(const LibrarySong& from, const SongLine& line) {
+  const std::filesystem::path& other = from.files.translation;
+  if (other.empty()) return {};
+  const std::string file = other.filename().string();
+  if (isTable(other)) return "add it to " + file;
+  if (line.time) return "add it to " + file + " as " + stampText(*line.time);
+  return "give it its line in " + file;
+}
+
+// Lines of one time, which a player may show as one row.
+void findLongRows(const Song& song, std::vector<Problem>& problems) {
+  for (std::size_t begin = 0; begin < song.lines.size();) {
+    std::size_t end = begin + 1;
+    while (end < song.lines.size() && song.lines[begin].time &&
+           song.lines[end].time == song.lines[begin].time) {
+      ++end;
+    }
+    if (end - begin > TranslationIndex::longestRun) {
+      problems.push_back({Severity::warning, song.name, song.lines[begin].number,
+                          counted(end - begin, "line") + " have the time " +
+                              stampText(*song.lines[begin].time) +
+                              "; shown as one row, they never match",
+                          "at most 6 lines are joined: give them times of their own"});
+    }
+    begin = end;
+  }
+}
+
+}  // namespace
+
+std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
+  std::vector<Problem> problems;
+  std::optional<TableMisses> table;
+  if (isTable(from.files.translation)) table.emplace(from.files.translation);
+  const bool none = song.translated() == 0 && from.files.translation.empty();
+  if (none && !song.lines.empty()) {
+    const std::filesystem::path& file = from.files.lyrics;
+    problems.push_back({Severity::warning, song.name, 0, "no line has a translation",
+                        isTable(file) ? std::string("put each after its line")
+                                      : "put the translation beside it as " + file.stem().string() +
+                                            ".LANGUAGE" + file.extension().string()});
+  }
+  for (const SongLine& line : song.lines) {
+    if (problems.size() == Problems::most) break;
+    if (!line.hasLetters()) {
+      problems.push_back({Severity::note, song.name, line.number,
+                          inQuotes(line.source) + " never matches: a line without letters",
+                          "nothing is to be done if it is a mark for music"});
+    } else if (line.translation.empty() && !none) {
+      auto why = table ? table->explain(line, song.name) : std::nullopt;
+      problems.push_back(why ? *std::move(why)
+                             : Problem{Severity::warning, song.name, line.number,
+                                       "no translation of " + inQuotes(line.source),
+                                       remedy(from, line)});
+    }
+  }
+  findLongRows(song, problems);
+  return problems;
+}
+
+CheckSummary checkSong(const LibrarySong& from, const Song& song, std::ostream& out) {
+  CheckSummary summary;
+  summary.songs = 1;
+  out << cleaned(from.label()) << ": " << counted(song.lines.size(), "line") << ", "
+      << song.translated() << " translated" << (song.complete() ? ": complete" : "") << "\n";
+  for (const Problem& problem : song.problems) tell(problem, summary, out);
+  for (const Problem& problem : shortcomings(from, song)) tell(problem, summary, out);
+  if (song.complete()) summary.complete = 1;
+  return summary;
+}
+
+CheckSummary checkLibrary(const Library& library, std::ostream& out) {
+  CheckSummary sum;
+  for (const Problem& problem : library.problems()) tell(problem, sum, out);
+  for (const LibrarySong& from : library.songs()) {
+    const CheckSummary one = checkSong(from, library.load(from), out);
+    sum.songs += one.songs;
+    sum.complete += one.complete;
+    sum.errors += one.errors;
+    sum.warnings += one.warnings;
+  }
+  out << counted(sum.songs, "song") << ", " << sum.complete << " complete; "
+      << counted(sum.errors, "error") << ", " << counted(sum.warnings, "warning") << "\n";
+  return sum;
+}
+
+}  // namespace vellora::companion

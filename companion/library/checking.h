@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+#include <vector>
+
+#include "companion/library/library.h"
+
+namespace vellora::companion {
+
+// What a folder of lyrics is worth.
+struct CheckSummary {
+  std::size_t songs = 0;
+  std::size_t complete = 0;
+  std::size_t errors = 0;
+  std::size_t warnings = 0;
+
+  // No song is incomplete and nothing is lost.
+  bool clean() const { return songs > 0 && complete == songs && errors == 0 && warnings == 0; }
+};
+
+// What a song lacks, beside what its files' readers found: lines without a translation, lines that
+// no row can match, and why a table does not give a line its translation.
+std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song);
+
+// Writes one line a song and one a problem to `out`.
+CheckSummary checkSong(const LibrarySong& from, const Song& song, std::ostream& out);
+// The folder's own problems, all songs, and a last line with the sums.
+CheckSummary checkLibrary(const Library& library, std::ostream& out);
+
+}  // namespace vellora::companion

@@ -1,0 +1,149 @@
+#include "companion/library/checking.h"
+
+#include <sstream>
+
+#include "companion/song_folder.h"
+
+namespace vellora::companion {
+namespace {
+
+class Checking : public SongFolder {
+ protected:
+  std::string check() {
+    Library library(folder, "");
+    library.refresh();
+    std::ostringstream out;
+    summary = checkLibrary(library, out);
+    return withoutFolder(out.str());
+  }
+
+  CheckSummary summary;
+};
+
+TEST_F(Checking, ACompleteSongIsClean) {
+  put("A - B.lrc", "[00:01.00]a\n[00:02.00]b\n");
+  put("A - B.de.lrc", "[00:01.00]x\n[00:02.00]y\n");
+  EXPECT_EQ(check(),
+            "B — A: 2 lines, 2 translated: complete\n"
+            "1 song, 1 complete; 0 errors, 0 warnings\n");
+  EXPECT_TRUE(summary.clean());
+}
+
+TEST_F(Checking, LinesWithoutATranslationAreNamedWithWhereItBelongs) {
+  put("a.lrc", "[00:01.00]a\n[00:02.50]b\n");
+  put("a.de.lrc", "[00:01.00]x\n");
+  EXPECT_EQ(check(),
+            "a: 2 lines, 1 translated\n"
+            "  a.lrc:2: warning: no translation of \"b\"; add it to a.de.lrc as [00:02.50]\n"
+            "1 song, 0 complete; 0 errors, 1 warning\n");
+  EXPECT_FALSE(summary.clean());
+}
+
+TEST_F(Checking, ASongWithoutAnyTranslationIsToldOnce) {
+  put("a.lrc", "[00:01.00]a\n[00:02.50]b\n");
+  EXPECT_EQ(check(),
+            "a: 2 lines, 0 translated\n"
+            "  a.lrc: warning: no line has a translation; put the translation beside it as "
+            "a.LANGUAGE.lrc\n"
+            "1 song, 0 complete; 0 errors, 1 warning\n");
+}
+
+TEST_F(Checking, ALineWithoutLettersNeverMatches) {
+  put("a.tsv", "♪ ♪\tmusic\na\tx\n");
+  EXPECT_EQ(check(),
+            "a: 2 lines, 2 translated: complete\n"
+            "  a.tsv:1: note: \"♪ ♪\" never matches: a line without letters; nothing is to be done "
+            "if it is a mark for music\n"
+            "1 song, 1 complete; 0 errors, 0 warnings\n");
+}
+
+std::string table(int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) {
+    text += std::string(1, static_cast<char>('a' + i)) + "\t" + std::to_string(i) + "\n";
+  }
+  return text;
+}
+
+TEST_F(Checking, ARowOfSixLinesOfTheTableMatches) {
+  put("a.lrc", "[00:01.00]a b c d e f\n");
+  put("a.tsv", table(6));
+  EXPECT_EQ(check().substr(0, 36), "a: 1 line, 1 translated: complete\n1 ");
+}
+
+TEST_F(Checking, ARowOfSevenLinesOfTheTableNeverMatches) {
+  put("a.lrc", "[00:01.00]x\n[00:02.00]b c d e f g h\n");
+  put("a.tsv", table(8) + "x\tX\n");
+  EXPECT_EQ(
+      check(),
+      "a: 2 lines, 1 translated\n"
+      "  a.lrc:2: warning: \"b c d e f g h\" never matches: the row joins 7 lines of the table, "
+      "from line 2 of a.tsv on; at most 6 are joined: put them in fewer lines\n"
+      "1 song, 0 complete; 0 errors, 1 warning\n");
+}
+
+TEST_F(Checking, APartOfALineOfTheTableNeverMatches) {
+  put("a.lrc", "[00:01.00]hold on\n[00:02.00]to me\n");
+  put("a.po", "msgid \"Hold on, to me\"\nmsgstr \"x\"\n");
+  const std::string text = check();
+  EXPECT_NE(
+      text.find("a.lrc:1: warning: \"hold on\" never matches: the row is only a part of line 1 of "
+                "a.po; a row matches whole lines only: cut the table's line as the row is cut"),
+      std::string::npos)
+      << text;
+  EXPECT_NE(text.find("a.lrc:2: warning: no translation of \"to me\"; add it to a.po\n"),
+            std::string::npos)
+      << text;
+}
+
+TEST_F(Checking, ATableLineWithoutTranslationBreaksTheRow) {
+  put("a.lrc", "[00:01.00]a b\n");
+  put("a.tsv", "a\tx\nb\t\n");
+  EXPECT_NE(
+      check().find("never matches: not all of its lines in the table are translated, from line "
+                   "1 of a.tsv on"),
+      std::string::npos);
+}
+
+TEST_F(Checking, SevenLinesOfOneTimeAreWarnedOf) {
+  std::string lyrics;
+  std::string translation;
+  for (int i = 0; i < 7; ++i) {
+    lyrics += "[00:01.00]a" + std::to_string(i) + "\n";
+    translation += "[00:01.00]b" + std::to_string(i) + "\n";
+  }
+  put("a.lrc", lyrics);
+  put("a.de.lrc", translation);
+  EXPECT_NE(
+      check().find("a.lrc:1: warning: 7 lines have the time [00:01.00]; shown as one row, they "
+                   "never match; at most 6 lines are joined: give them times of their own"),
+      std::string::npos);
+}
+
+TEST_F(Checking, AMistakeOfEachFormatIsToldWithFileLineAndWhatToDo) {
+  put("a.lrc", "[00:61.00]a\n");
+  put("b.srt", "1\n00:00:0x,000 --> 1\nb\n");
+  put("c.ttml", "<tt>\n<p begin='1s'>c</q></tt>");
+  put("d.po", "msgid \"d\n");
+  put("e.tsv", "e\n");
+  put("f.txt", "f\n\ng\n");
+  put("f.de.txt", "F\nG\nH\n");
+  put("g.lrc", std::string_view("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0", 17));
+  const std::string text = check();
+  for (const char* start :
+       {"a.lrc:1: warning: ", "b.srt:2: warning: ", "c.ttml:2: error: ", "d.po:1: warning: ",
+        "e.tsv:1: warning: ", "f.de.txt:1: warning: ", "g.lrc: error: "}) {
+    const std::size_t at = text.find(std::string("  ") + start);
+    ASSERT_NE(at, std::string::npos) << start << " is not in\n" << text;
+    const std::string line = text.substr(at, text.find('\n', at) - at);
+    EXPECT_NE(line.find("; "), std::string::npos) << "no advice: " << line;
+  }
+}
+
+TEST_F(Checking, AnEmptyFolderIsNotClean) {
+  EXPECT_EQ(check(), "0 songs, 0 complete; 0 errors, 0 warnings\n");
+  EXPECT_FALSE(summary.clean());
+}
+
+}  // namespace
+}  // namespace vellora::companion

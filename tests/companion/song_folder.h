@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+namespace vellora::companion {
+
+// A folder of its own for each test, gone at its end.
+class SongFolder : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = "/tmp/vellora-songs-XXXXXX";
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    folder = pattern;
+  }
+  void TearDown() override { std::filesystem::remove_all(folder); }
+
+  void put(const std::string& name, std::string_view text) const {
+    std::filesystem::create_directories((folder / name).parent_path());
+    std::ofstream(folder / name, std::ios::binary) << text;
+  }
+  // `text` without the folder's name.
+  std::string withoutFolder(std::string text) const {
+    const std::string name = folder.string() + "/";
+    for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name)) {
+      text.erase(at, name.size());
+    }
+    return text;
+  }
+
+  std::filesystem::path folder;
+};
+
+}  // namespace vellora::companion
