@@ -28,3 +28,6 @@ packages_test=(
 )
 
 packages_bench=(libbenchmark-dev libopencv-dev libatspi2.0-dev)
+
+# For scripts/try_packages, which says so when it is missing.
+packages_try=(debootstrap)
