@@ -23,6 +23,7 @@ packages_session=(
 )
 
 packages_test=(
+  libvterm-dev
   libgtest-dev libgmock-dev python3 python3-jsonschema
   appstream mandoc dpkg-dev lintian
 )

@@ -37,8 +37,12 @@ std::string describe(const NowPlayingTrack& track, double position) {
   return cleaned(text.append(" at ").append(clockText(position)));
 }
 
-CommandWatch::CommandWatch(MusicCommand command, SeekTarget target, double patience)
-    : command_(std::move(command)), target_(target), patience_(patience) {}
+CommandWatch::CommandWatch(MusicCommand command, SeekTarget target, double patience,
+                           std::optional<NowPlayingTrack> known)
+    : command_(std::move(command)),
+      target_(target),
+      patience_(patience),
+      before_(std::move(known)) {}
 
 CommandWatch::Step CommandWatch::step(double now, const std::optional<NowPlayingTrack>& published,
                                       bool waits) {
@@ -80,7 +84,7 @@ void CommandWatch::prepare(double now, const std::optional<NowPlayingTrack>& pub
   const bool fresh = published && published->isUsable(now) && published->updatedAt > *begin_;
   if (fresh) before_ = published;
   const bool patient = now - *begin_ < firstPatience && now >= *begin_;
-  if (patient && (!fresh || waits)) return;
+  if (patient && (!before_ || waits)) return;
   if (command_.action == Action::seek && target_.relative && !before_) {
     end(Outcome::notTaken, step);
     return;

@@ -29,8 +29,10 @@ class CommandWatch {
     noEffect   // taken, but the player did not do it
   };
 
-  // `target`: of seek, and of play. `patience`: seconds for the effect.
-  CommandWatch(MusicCommand command, SeekTarget target, double patience);
+  // `target`: of seek, and of play. `patience`: seconds for the effect. `known`: what is published
+  // now, for who has followed it; then no publication is waited for.
+  CommandWatch(MusicCommand command, SeekTarget target, double patience,
+               std::optional<NowPlayingTrack> known = std::nullopt);
 
   // What is to be written now.
   struct Step {

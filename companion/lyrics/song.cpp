@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "companion/lyrics/pairing.h"
-#include "companion/lyrics/text.h"
+#include "companion/lyrics/time_stamp.h"
 #include "matching/normalization.h"
 
 namespace vellora::companion {
@@ -31,6 +31,8 @@ std::size_t Song::translated() const {
   return static_cast<std::size_t>(std::count_if(
       lines.begin(), lines.end(), [](const SongLine& line) { return !line.translation.empty(); }));
 }
+
+double Song::lastTime() const { return lines.empty() ? 0 : lines.back().time.value_or(0); }
 
 bool Song::complete() const {
   bool any = false;
@@ -63,6 +65,9 @@ Song assemble(LyricFile lyrics, std::optional<LyricFile> translation) {
   Song song;
   song.name = lyrics.name;
   song.problems = std::move(lyrics.problems);
+  if (const auto tag = lyrics.tags.find("length"); tag != lyrics.tags.end()) {
+    song.length = parseTime(tag->second);
+  }
   Problems problems(lyrics.name);
   if (!translation && lyrics.mayBeBilingual && isBilingual(lyrics)) {
     song.lines = unfolded(lyrics, problems);

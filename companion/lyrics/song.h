@@ -26,8 +26,11 @@ struct Song {
   std::string name;             // its file of lyrics
   std::vector<SongLine> lines;  // in order; pauses and blank lines are left out
   std::vector<Problem> problems;
+  std::optional<double> length;  // seconds, where the file's tag "length" says so
 
   std::size_t translated() const;
+  // When the last line begins, in seconds; 0 for untimed songs.
+  double lastTime() const;
   // Every line that has letters has a translation, and there is such a line.
   bool complete() const;
   // The line that is sung at `position` seconds; nothing before the first, and in untimed songs.

@@ -1,18 +1,24 @@
 #include "companion/program/keeping.h"
 
 #include <iostream>
+#include <memory>
 #include <system_error>
 #include <utility>
 
 #include "companion/exchange/folder.h"
 #include "companion/program/interruption.h"
+#include "companion/program/remote.h"
 #include "companion/program/wall_clock.h"
 #include "companion/view/plain_view.h"
+#include "companion/view/terminal_view.h"
 
 namespace vellora::companion {
 namespace {
 
 constexpr double stepInterval = 0.1;  // seconds
+constexpr double seekStep = 5;        // seconds
+constexpr double offsetStep = 2;      // points
+constexpr double fontStep = 1;        // points
 
 int fail(ExitStatus status, const std::string& message) {
   std::cerr << "vellora-companion: " << message << "\n";
@@ -27,14 +33,57 @@ class Keeping {
 
   ViewState step() {
     const double now = clock_.now();
-    const Keeper::Step step = keeper_.step(now, folder_.nowPlaying());
+    const auto published = folder_.nowPlaying();
+    const Keeper::Step step = keeper_.step(now, published);
+    remote_.step(now, published, folder_);
     bool written = true;
     if (step.sync) written = folder_.write(*step.sync);
     if (step.snapshot) written = folder_.write(*step.snapshot) && written;
     if (step.sync || step.snapshot) {
-      notice_ = written ? "" : folder_.path().string() + " cannot be written";
+      unwritable_ = !written;
     }
     return state(now);
+  }
+
+  // False when the user wants to end.
+  bool grant(Wish wish) {
+    using Action = MusicCommand::Action;
+    CaptionSettings settings = keeper_.settings();
+    switch (wish) {
+      case Wish::quit:
+        return false;
+      case Wish::playPause:
+        remote_.send(Action::playPause);
+        return true;
+      case Wish::next:
+        remote_.send(Action::next);
+        return true;
+      case Wish::previous:
+        remote_.send(Action::previous);
+        return true;
+      case Wish::back:
+        remote_.send(Action::seek, {-seekStep, true});
+        return true;
+      case Wish::forward:
+        remote_.send(Action::seek, {seekStep, true});
+        return true;
+      case Wish::captionsUp:
+        settings.changeOffset(-offsetStep);
+        break;
+      case Wish::captionsDown:
+        settings.changeOffset(offsetStep);
+        break;
+      case Wish::larger:
+        settings.changeFontSize(fontStep);
+        break;
+      case Wish::smaller:
+        settings.changeFontSize(-fontStep);
+        break;
+      case Wish::toggle:
+        settings.shown = !settings.shown;
+    }
+    keeper_.setSettings(settings);
+    return true;
   }
 
   // Leaves nothing behind that goes on working.
@@ -56,14 +105,15 @@ class Keeping {
     state.settings = keeper_.settings();
     state.snapshot = folder_.snapshotPath();
     state.songsInLibrary = keeper_.library().songs().size();
-    state.notice = notice_;
+    state.notice = unwritable_ ? folder_.path().string() + " cannot be written" : remote_.report();
     return state;
   }
 
   WallClock clock_;
   Keeper keeper_;
   ExchangeFolder folder_;
-  std::string notice_;
+  Remote remote_;
+  bool unwritable_ = false;
 };
 
 }  // namespace
@@ -83,11 +133,15 @@ int keep(const Options& options) {
     if (problem.severity == Severity::error) std::cerr << problem.text() << "\n";
   }
   Keeping keeping(Keeper(std::move(library), options.captions), folder);
-  PlainView view(std::cout);
-  while (!interruption.asked()) {
-    view.show(keeping.step());
-    view.wait(stepInterval);
+  std::unique_ptr<View> view;
+  if (!options.plain) view = makeTerminalView();
+  if (!view) view = std::make_unique<PlainView>(std::cout);
+  bool wanted = true;
+  while (wanted && !interruption.asked()) {
+    view->show(keeping.step());
+    for (const Wish wish : view->wait(stepInterval)) wanted = keeping.grant(wish) && wanted;
   }
+  view.reset();
   keeping.end();
   interruption.take();
   return allWell;

@@ -1,0 +1,95 @@
+#include "companion/view/screen.h"
+
+#include <gtest/gtest.h>
+
+#include "companion/lyrics/lrc.h"
+#include "companion/view/terminal_view.h"
+#include "companion/view/text_width.h"
+
+namespace vellora::companion {
+namespace {
+
+TEST(TextWidth, CountsColumns) {
+  EXPECT_EQ(textWidth("abc"), 3);
+  EXPECT_EQ(textWidth("夜の道"), 6);
+  EXPECT_EQ(textWidth("e\u0301"), 1);
+  EXPECT_EQ(textWidth("ＡＢ"), 4);
+  EXPECT_EQ(textWidth("한국"), 4);
+  EXPECT_EQ(textWidth("a\u200Bb"), 2);
+  EXPECT_EQ(textWidth(""), 0);
+}
+
+TEST(TextWidth, TextsAreFittedWithAnEllipsis) {
+  EXPECT_EQ(fitted("abc", 3), "abc");
+  EXPECT_EQ(fitted("abcd", 3), "ab…");
+  EXPECT_EQ(fitted("夜の道", 6), "夜の道");
+  EXPECT_EQ(fitted("夜の道", 5), "夜の…");
+  EXPECT_EQ(fitted("夜の道", 4), "夜…");
+  EXPECT_EQ(fitted("a", 0), "");
+  EXPECT_EQ(fitted("ab", 1), "…");
+}
+
+struct Shown {
+  explicit Shown(int lines) {
+    std::string text;
+    for (int i = 0; i < lines; ++i) {
+      text += "[00:" + std::string(i < 10 ? "0" : "") + std::to_string(i) + ".00]line " +
+              std::to_string(i) + "\n";
+    }
+    song.song = assemble(readLrc("a.lrc", text), std::nullopt);
+    state.track = NowPlayingTrack(1, "T", "A", "", 0, true);
+    state.song = &song;
+  }
+  PlayingSong song;
+  ViewState state;
+};
+
+TEST(Screen, IsNeverLargerThanTheTerminal) {
+  Shown shown(50);
+  shown.state.notice = std::string(500, 'n');
+  for (int columns = 0; columns < 120; columns += 7) {
+    for (int rows = 0; rows < 40; ++rows) {
+      shown.state.line = static_cast<std::size_t>(rows);
+      const auto lines = screenOf(shown.state, columns, rows);
+      ASSERT_LE(lines.size(), static_cast<std::size_t>(rows));
+      for (const ScreenLine& line : lines) ASSERT_LE(textWidth(line.text), columns);
+    }
+  }
+}
+
+TEST(Screen, KeepsTheSungLineInView) {
+  Shown shown(50);
+  for (std::size_t i = 0; i < 50; ++i) {
+    shown.state.line = i;
+    int strong = 0;
+    for (const ScreenLine& line : screenOf(shown.state, 80, 14)) {
+      if (line.text == "› line " + std::to_string(i)) ++strong;
+    }
+    ASSERT_EQ(strong, 1) << "line " << i;
+  }
+}
+
+TEST(Screen, TheBarGrowsWithThePosition) {
+  Shown shown(2);
+  shown.song.song.length = 100;
+  shown.state.position = 50;
+  EXPECT_EQ(positionBar(shown.state, 22), "▶ 0:50 ━━━━━───── 1:40");
+  shown.state.position = 1000;
+  EXPECT_EQ(positionBar(shown.state, 23), "▶ 16:40 ━━━━━━━━━━ 1:40");
+  EXPECT_EQ(positionBar(shown.state, 10), "▶ 16:40");
+  EXPECT_EQ(positionBar(shown.state, 3), "▶ …");
+  shown.state.track.reset();
+  EXPECT_EQ(positionBar(shown.state, 40), "");
+}
+
+TEST(Screen, KeysMeanWhatTheirLineSays) {
+  EXPECT_EQ(wishOf(' '), Wish::playPause);
+  EXPECT_EQ(wishOf('n'), Wish::next);
+  EXPECT_EQ(wishOf('p'), Wish::previous);
+  EXPECT_EQ(wishOf('q'), Wish::quit);
+  EXPECT_EQ(wishOf('c'), Wish::toggle);
+  EXPECT_EQ(wishOf('x'), std::nullopt);
+}
+
+}  // namespace
+}  // namespace vellora::companion

@@ -1,0 +1,125 @@
+#include "companion/terminal.h"
+
+#include <array>
+#include <chrono>
+#include <cstdlib>
+#include <stdexcept>
+
+#include <poll.h>
+#include <pty.h>
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "base/utf8.h"
+
+namespace vellora::companion {
+
+Terminal::Terminal(std::vector<std::string> arguments, int rows, int columns)
+    : terminal(vterm_new(rows, columns)) {
+  vterm_set_utf8(terminal.get(), 1);
+  view = vterm_obtain_screen(terminal.get());
+  callbacks.settermprop = setProperty;
+  vterm_screen_set_callbacks(view, &callbacks, this);
+  vterm_screen_enable_altscreen(view, 1);
+  vterm_screen_reset(view, 1);
+
+  std::vector<char*> argv;
+  for (std::string& argument : arguments) argv.push_back(argument.data());
+  argv.push_back(nullptr);
+  winsize size{};
+  size.ws_row = static_cast<unsigned short>(rows);
+  size.ws_col = static_cast<unsigned short>(columns);
+  child = forkpty(&master, nullptr, nullptr, &size);
+  if (child < 0) throw std::runtime_error("no pseudo-terminal");
+  if (child == 0) {
+    setenv("TERM", "xterm", 1);
+    execv(argv[0], argv.data());
+    _exit(127);
+  }
+}
+
+Terminal::~Terminal() {
+  if (master >= 0) close(master);
+  if (exitStatus()) return;
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+}
+
+int Terminal::setProperty(VTermProp property, VTermValue* value, void* user) {
+  if (property == VTERM_PROP_ALTSCREEN) static_cast<Terminal*>(user)->alternate = value->boolean;
+  return 1;
+}
+
+void Terminal::type(const std::string& keys) const {
+  if (write(master, keys.data(), keys.size()) < 0) throw std::runtime_error("cannot type");
+}
+
+void Terminal::resize(int rows, int columns) {
+  winsize size{};
+  size.ws_row = static_cast<unsigned short>(rows);
+  size.ws_col = static_cast<unsigned short>(columns);
+  vterm_set_size(terminal.get(), rows, columns);
+  ioctl(master, TIOCSWINSZ, &size);
+}
+
+void Terminal::hangUp() {
+  close(master);
+  master = -1;
+}
+
+void Terminal::pump(int milliseconds) {
+  pollfd output{master, POLLIN, 0};
+  if (poll(&output, 1, milliseconds) <= 0 || (output.revents & POLLIN) == 0) return;
+  std::array<char, 4096> bytes{};
+  const ssize_t count = read(master, bytes.data(), bytes.size());
+  if (count > 0) vterm_input_write(terminal.get(), bytes.data(), static_cast<std::size_t>(count));
+}
+
+bool Terminal::waitFor(const std::function<bool()>& condition) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+    pump(20);
+  }
+  return true;
+}
+
+std::string Terminal::row(int number) const {
+  int rows = 0;
+  int columns = 0;
+  vterm_get_size(terminal.get(), &rows, &columns);
+  std::string text;
+  for (VTermPos place{number, 0}; place.col < columns; ++place.col) {
+    VTermScreenCell cell{};
+    vterm_screen_get_cell(view, place, &cell);
+    if (cell.chars[0] == static_cast<uint32_t>(-1)) continue;  // the second half of a wide one
+    if (cell.chars[0] == 0) text.push_back(' ');
+    for (const uint32_t character : cell.chars) {
+      if (character == 0) break;
+      appendCharacter(text, static_cast<char32_t>(character));
+    }
+  }
+  text.erase(text.find_last_not_of(' ') + 1);
+  return text;
+}
+
+std::string Terminal::screen() const {
+  int rows = 0;
+  int columns = 0;
+  vterm_get_size(terminal.get(), &rows, &columns);
+  std::string text;
+  for (int i = 0; i < rows; ++i) text += row(i) + "\n";
+  return text;
+}
+
+std::optional<int> Terminal::exitStatus() {
+  int waited = 0;
+  if (!status && waitpid(child, &waited, WNOHANG) == child) {
+    status = WIFEXITED(waited) ? WEXITSTATUS(waited) : 128 + WTERMSIG(waited);
+  }
+  return status;
+}
+
+}  // namespace vellora::companion
