@@ -1,6 +1,7 @@
 #pragma once
 
 #include <csignal>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -14,7 +15,8 @@
 
 namespace vellora {
 
-// A run of the program with nothing in its environment: no display, no bus, no home.
+// A run of the program with nothing in its environment, no display, no bus, no home, but what a
+// sanitizer's build is told about leaks.
 class Program {
  public:
   explicit Program(std::vector<std::string> arguments) {
@@ -22,7 +24,9 @@ class Program {
     std::vector<char*> argv;
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
-    char* environment[] = {nullptr};
+    const char* const leaks = std::getenv("LSAN_OPTIONS");
+    std::string leakOptions = std::string("LSAN_OPTIONS=") + (leaks != nullptr ? leaks : "");
+    char* environment[] = {leaks != nullptr ? leakOptions.data() : nullptr, nullptr};
 
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
