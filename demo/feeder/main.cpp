@@ -1,3 +1,4 @@
+#include <chrono>
 #include <cstdio>
 #include <string>
 #include <system_error>
@@ -5,20 +6,18 @@
 #include <variant>
 #include <vector>
 
-#include <glib-unix.h>
-
 #include "base/files.h"
 #include "exchange/records/json.h"
 #include "feeder/feeder.h"
 #include "feeder/options.h"
+#include "feeder/step_loop.h"
 #include "library/song.h"
 #include "library/songs_of_program.h"
-#include "player/glib_pointer.h"
 
 namespace vellora::demo {
 namespace {
 
-constexpr guint stepInterval = 200;  // milliseconds
+constexpr std::chrono::milliseconds stepInterval(200);
 
 int fail(const std::string& message) {
   std::fprintf(stderr, "vellora-demo-feeder: %s\n", message.c_str());
@@ -30,7 +29,11 @@ void say(const std::string& line) {
   std::fflush(stdout);
 }
 
-double wallClock() { return static_cast<double>(g_get_real_time()) / 1e6; }
+// Seconds since 1970.
+double wallClock() {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return std::chrono::duration<double>(now).count();
+}
 
 // The feeder's logic with the exchange folder's files around it.
 class Folder {
@@ -62,36 +65,12 @@ class Folder {
   bool writable_ = true;
 };
 
-SourcePtr quitOn(int signal, GMainLoop* loop) {
-  SourcePtr source(g_unix_signal_source_new(signal));
-  g_source_set_callback(
-      source.get(),
-      +[](gpointer data) -> gboolean {
-        g_main_loop_quit(static_cast<GMainLoop*>(data));
-        return G_SOURCE_CONTINUE;
-      },
-      loop, nullptr);
-  g_source_attach(source.get(), nullptr);
-  return source;
-}
-
 int feed(const FeederOptions& options) {
   auto songs = loadSongs(options.songs);
   if (const auto* error = std::get_if<SongError>(&songs)) return fail(error->text());
   Folder folder(Feeder(std::get<std::vector<Song>>(std::move(songs)), options.captions),
                 options.folder);
-  const MainLoopPtr loop(g_main_loop_new(nullptr, FALSE));
-  const SourcePtr interrupted = quitOn(SIGINT, loop.get());
-  const SourcePtr terminated = quitOn(SIGTERM, loop.get());
-  folder.step();
-  const SourcePtr timer = everyMilliseconds(
-      stepInterval,
-      +[](gpointer data) -> gboolean {
-        static_cast<Folder*>(data)->step();
-        return G_SOURCE_CONTINUE;
-      },
-      &folder);
-  g_main_loop_run(loop.get());
+  stepUntilTerminated(stepInterval, [&folder] { folder.step(); });
   return 0;
 }
 
