@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <variant>
@@ -10,13 +11,14 @@
 
 int main(int argc, char** argv) {
   using namespace vellora::companion;
-  const auto parsed =
-      parseOptions(std::vector<std::string>(argv + 1, argv + argc), processEnvironment);
+  auto parsed = parseOptions(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc),
+                             processEnvironment);
   if (const auto* answer = std::get_if<Answer>(&parsed)) {
     (answer->status == allWell ? std::cout : std::cerr) << answer->text;
     return answer->status;
   }
-  const auto& options = std::get<Options>(parsed);
+  auto& options = std::get<Options>(parsed);
+  options.programFolder = std::filesystem::path(argc > 0 ? argv[0] : "").parent_path();
   switch (options.task) {
     case Task::command:
       return command(options);

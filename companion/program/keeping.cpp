@@ -2,11 +2,14 @@
 
 #include <iostream>
 #include <memory>
+#include <optional>
+#include <string>
 #include <system_error>
 #include <utility>
 
 #include "companion/exchange/folder.h"
 #include "companion/program/interruption.h"
+#include "companion/program/overlay_start.h"
 #include "companion/program/remote.h"
 #include "companion/program/wall_clock.h"
 #include "companion/view/plain_view.h"
@@ -31,6 +34,11 @@ class Keeping {
   Keeping(Keeper keeper, ExchangeFolder folder)
       : keeper_(std::move(keeper)), folder_(std::move(folder)) {}
 
+  // After the first step, so that the overlay finds a request and stays.
+  void startOverlay(const Options& options) {
+    overlay_.emplace(folder_, options.overlayProgram, options.programFolder);
+  }
+
   ViewState step() {
     const double now = clock_.now();
     const auto published = folder_.nowPlaying();
@@ -42,6 +50,7 @@ class Keeping {
     if (step.sync || step.snapshot) {
       unwritable_ = !written;
     }
+    if (overlay_) overlay_->step();
     return state(now);
   }
 
@@ -92,6 +101,7 @@ class Keeping {
     off.updatedAt = clock_.now();
     folder_.write(off);
     folder_.withdrawRequest();
+    if (overlay_) overlay_->end();
   }
 
  private:
@@ -105,14 +115,21 @@ class Keeping {
     state.settings = keeper_.settings();
     state.snapshot = folder_.snapshotPath();
     state.songsInLibrary = keeper_.library().songs().size();
-    state.notice = unwritable_ ? folder_.path().string() + " cannot be written" : remote_.report();
+    state.notice = notice();
     return state;
+  }
+
+  std::string notice() const {
+    if (unwritable_) return folder_.path().string() + " cannot be written";
+    if (!remote_.report().empty()) return remote_.report();
+    return overlay_ ? overlay_->report() : std::string();
   }
 
   WallClock clock_;
   Keeper keeper_;
   ExchangeFolder folder_;
   Remote remote_;
+  std::optional<OverlayStart> overlay_;
   bool unwritable_ = false;
 };
 
@@ -136,6 +153,8 @@ int keep(const Options& options) {
   std::unique_ptr<View> view;
   if (!options.plain) view = makeTerminalView();
   if (!view) view = std::make_unique<PlainView>(std::cout);
+  view->show(keeping.step());
+  if (options.overlay) keeping.startOverlay(options);
   bool wanted = true;
   while (wanted && !interruption.asked()) {
     view->show(keeping.step());

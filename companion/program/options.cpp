@@ -105,7 +105,7 @@ std::string describe(CLI::App& app, Options& options, Words& words) {
   app.add_flag("--plain", options.plain, "lines of text even where the output is a terminal");
   app.add_flag("--overlay", options.overlay, "start the overlay, or point the running one here");
   app.add_option("--overlay-program", options.overlayProgram,
-                 "with --overlay: the overlay's program to start");
+                 "start the overlay, and this program as it");
   app.fallthrough();
   app.require_subcommand(0, 1);
   app.footer(footer);
@@ -116,6 +116,7 @@ std::string describe(CLI::App& app, Options& options, Words& words) {
 
 // What is wrong with the words, or nothing.
 std::string judge(Options& options, const Words& words, const Environment& environment) {
+  if (!options.overlayProgram.empty()) options.overlay = true;
   options.lyrics = words.lyrics;
   options.importTo = words.importTo;
   if (options.task == Task::keep && words.lyrics.empty()) {

@@ -38,9 +38,10 @@ struct Options {
   bool plain = false;
   bool overlay = false;
   std::string overlayProgram;
-  MusicCommand command;  // action, title, artist
-  SeekTarget target;     // of seek, and of play ("--at")
-  double patience = 8;   // seconds that a command's effect is waited for
+  std::filesystem::path programFolder;  // where this program lies; empty where it is not known
+  MusicCommand command;                 // action, title, artist
+  SeekTarget target;                    // of seek, and of play ("--at")
+  double patience = 8;                  // seconds that a command's effect is waited for
   std::filesystem::path importTo;
   bool force = false;
 };

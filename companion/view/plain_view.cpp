@@ -25,6 +25,10 @@ void PlainView::show(const ViewState& state) {
     overlay_ = state.overlay;
     if (!overlay_.empty()) say("overlay: " + cleaned(overlay_));
   }
+  if (state.notice != notice_) {
+    notice_ = state.notice;
+    if (!notice_.empty()) say(cleaned(notice_));
+  }
   if (state.line == line_) return;
   line_ = state.line;
   if (!line_) return;

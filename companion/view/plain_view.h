@@ -25,6 +25,7 @@ class PlainView : public View {
   std::optional<std::string> song_;  // what was said of it last
   std::optional<std::size_t> line_;
   std::string overlay_;
+  std::string notice_;
 };
 
 // "Title — Artist: 12 lines, 11 translated", or why there is none.

@@ -61,7 +61,8 @@ void Terminal::resize(int rows, int columns) {
   winsize size{};
   size.ws_row = static_cast<unsigned short>(rows);
   size.ws_col = static_cast<unsigned short>(columns);
-  // libvterm 0.1 does not survive a screen of a cell or two; the program sees the size all the same.
+  // libvterm 0.1 does not survive a screen of a cell or two; the program sees the size all the
+  // same.
   vterm_set_size(terminal.get(), std::max(rows, 4), std::max(columns, 10));
   ioctl(master, TIOCSWINSZ, &size);
 }

@@ -1,0 +1,120 @@
+#include "companion/program/overlay_start.h"
+
+#include <csignal>
+#include <utility>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace vellora::companion {
+namespace {
+
+constexpr const char* overlayName = "vellora";
+
+// What posix_spawn is told.
+class SpawnSettings {
+ public:
+  SpawnSettings() {
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
+    posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDERR_FILENO);
+    posix_spawnattr_init(&attributes);
+    // The signals that this program holds back shall reach the other.
+    sigset_t none;
+    sigemptyset(&none);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setpgroup(&attributes, 0);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETPGROUP);
+  }
+  ~SpawnSettings() {
+    posix_spawn_file_actions_destroy(&actions);
+    posix_spawnattr_destroy(&attributes);
+  }
+  SpawnSettings(const SpawnSettings&) = delete;
+  SpawnSettings& operator=(const SpawnSettings&) = delete;
+
+  posix_spawn_file_actions_t actions;
+  posix_spawnattr_t attributes;
+};
+
+std::string placeOf(const std::string& name, const std::filesystem::path& beside) {
+  if (beside.empty() || name.find('/') != std::string::npos) return name;
+  const std::filesystem::path path = beside / name;
+  return access(path.c_str(), X_OK) == 0 ? path.string() : name;
+}
+
+}  // namespace
+
+std::optional<StartedProgram> StartedProgram::start(const std::vector<std::string>& arguments,
+                                                    const std::filesystem::path& beside) {
+  std::vector<std::string> words = arguments;
+  words[0] = placeOf(words[0], beside);
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+  const SpawnSettings settings;
+  pid_t id = -1;
+  if (posix_spawnp(&id, argv[0], &settings.actions, &settings.attributes, argv.data(), environ) !=
+      0) {
+    return std::nullopt;
+  }
+  return StartedProgram(id);
+}
+
+std::optional<int> StartedProgram::exitStatus() {
+  int waited = 0;
+  if (!status_ && waitpid(id_, &waited, WNOHANG) == id_) {
+    status_ = WIFEXITED(waited) ? WEXITSTATUS(waited) : 128 + WTERMSIG(waited);
+  }
+  return status_;
+}
+
+void StartedProgram::stop() {
+  if (!exitStatus()) kill(id_, SIGTERM);
+}
+
+OverlayStart::OverlayStart(const ExchangeFolder& folder, std::string program,
+                           std::filesystem::path beside)
+    : snapshot_(folder.snapshotPath().string()),
+      program_(std::move(program)),
+      beside_(std::move(beside)) {
+  if (program_.empty())
+    opener_ = StartedProgram::start({VELLORA_URL_OPENER, folder.url()}, beside_);
+  if (!opener_) startDirectly();
+}
+
+void OverlayStart::startDirectly() {
+  const std::string name = program_.empty() ? overlayName : program_;
+  overlay_ = StartedProgram::start({name, "--snapshot", snapshot_}, beside_);
+  report_ = overlay_ ? "the overlay was started"
+                     : "the overlay cannot be started: is " + name + " installed?";
+}
+
+void OverlayStart::step() {
+  if (opener_) {
+    const auto status = opener_->exitStatus();
+    if (!status) return;
+    opener_.reset();
+    if (*status == 0) {
+      report_ = "the overlay was pointed at this folder";
+    } else {
+      startDirectly();
+    }
+  } else if (overlay_) {
+    const auto status = overlay_->exitStatus();
+    if (!status) return;
+    overlay_.reset();
+    report_ = "the overlay has ended (exit status " + std::to_string(*status) + ")";
+  }
+}
+
+void OverlayStart::end() {
+  if (overlay_) overlay_->stop();
+}
+
+}  // namespace vellora::companion
