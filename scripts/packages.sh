@@ -25,7 +25,7 @@ packages_session=(
 packages_test=(
   libvterm-dev
   libgtest-dev libgmock-dev python3 python3-jsonschema
-  appstream mandoc dpkg-dev lintian
+  appstream mandoc dpkg-dev lintian systemd
 )
 
 packages_bench=(libbenchmark-dev libopencv-dev libatspi2.0-dev)
