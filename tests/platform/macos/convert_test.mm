@@ -39,6 +39,13 @@ TEST(ConvertTest, OnlyFiniteRectanglesArePlaceable) {
   EXPECT_FALSE(isPlaceable({0, 0, 1, infinity}));
 }
 
+TEST(ConvertTest, WhatReachesBeyondWholeNumbersOf32BitsIsNotPlaceable) {
+  EXPECT_TRUE(isPlaceable({-2147483648.0, -2147483648.0, 4294967295.0, 4294967295.0}));
+  EXPECT_FALSE(isPlaceable({-2147483649.0, 0, 1, 1}));
+  EXPECT_FALSE(isPlaceable({0, 2147483647.0, 1, 1}));
+  EXPECT_FALSE(isPlaceable({0, 0, 1e10, 1}));
+}
+
 TEST(ConvertTest, ColorsAreCalibrated) {
   NSColor* const grey = toNSColor({0.32, 0.32, 0.32, 0.26});
   EXPECT_EQ(grey.colorSpace.colorSpaceModel, NSColorSpaceModelGray);

@@ -65,6 +65,7 @@ TEST_F(PanelTest, StaysWhereItIsRatherThanGoNowhere) {
   const double infinity = std::numeric_limits<double>::infinity();
   panel.setFrame({infinity, infinity, 0, 0});
   panel.setFrame({0, std::numeric_limits<double>::quiet_NaN(), 10, 10});
+  panel.setFrame({0, 1e10, 10, 10});
   EXPECT_TRUE(NSEqualRects(window.frame, NSMakeRect(100, 150, 400, 300)));
 }
 
