@@ -50,6 +50,8 @@ TEST_F(CompanionCommands, PlayOfASongThatIsNotThereSaysSo) {
 }
 
 TEST_F(CompanionCommands, StatusSaysWhatPlaysAndWhatTheOverlaySays) {
+  // The overlay's first tick tells what plays before it has a status line.
+  ASSERT_TRUE(waitFor([&] { return status().has_value(); }));
   const Answer answer = run({"status"});
   EXPECT_EQ(answer.status, 0) << answer.text;
   EXPECT_EQ(answer.text.find("playing “Au clair de la lune” by Traditionnel at 0:"), 0U)
