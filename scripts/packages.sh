@@ -24,7 +24,8 @@ packages_session=(
 
 packages_test=(
   libvterm-dev
-  libgtest-dev libgmock-dev python3 python3-jsonschema
+  libgtest-dev libgmock-dev googletest python3 python3-jsonschema
+  clang-19 libc++-19-dev libc++abi-19-dev
   appstream mandoc dpkg-dev lintian systemd
 )
 
