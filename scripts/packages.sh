@@ -23,7 +23,7 @@ packages_session=(
 )
 
 packages_test=(
-  libvterm-dev
+  libvterm-dev zsh fish
   libgtest-dev libgmock-dev googletest python3 python3-jsonschema
   clang-19 libc++-19-dev libc++abi-19-dev
   appstream mandoc dpkg-dev lintian systemd
