@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "base/text.h"
-#include "companion/lyrics/text.h"
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/text.h"
+#include "companion/song/time_stamp.h"
 #include "matching/normalization.h"
 
 namespace vellora::companion {

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "companion/lyrics/reading.h"
-#include "companion/lyrics/text.h"
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/text.h"
+#include "companion/song/time_stamp.h"
 #include "matching/normalization.h"
 #include "matching/translation_index.h"
 

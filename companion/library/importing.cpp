@@ -4,8 +4,8 @@
 #include <string>
 
 #include "base/files.h"
-#include "companion/lyrics/text.h"
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/text.h"
+#include "companion/song/time_stamp.h"
 
 namespace vellora::companion {
 namespace {

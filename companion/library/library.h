@@ -12,7 +12,7 @@
 
 #include "companion/library/song_files.h"
 #include "companion/library/song_names.h"
-#include "companion/lyrics/song.h"
+#include "companion/song/song.h"
 
 namespace vellora::companion {
 

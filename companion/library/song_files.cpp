@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "companion/lyrics/reading.h"
-#include "companion/lyrics/text.h"
+#include "companion/song/text.h"
 
 namespace vellora::companion {
 namespace {

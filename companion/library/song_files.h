@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "companion/lyrics/problem.h"
+#include "companion/song/problem.h"
 
 namespace vellora::companion {
 

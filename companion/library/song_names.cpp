@@ -4,7 +4,7 @@
 #include <array>
 #include <cstddef>
 
-#include "companion/lyrics/text.h"
+#include "companion/song/text.h"
 #include "matching/normalization.h"
 #include "matching/trimming.h"
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "companion/library/song_files.h"
-#include "companion/lyrics/lyric_file.h"
+#include "companion/song/lyric_file.h"
 
 namespace vellora::companion {
 

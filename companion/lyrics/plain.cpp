@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "companion/lyrics/text.h"
+#include "companion/song/text.h"
 
 namespace vellora::companion {
 

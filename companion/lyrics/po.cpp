@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "companion/lyrics/table.h"
-#include "companion/lyrics/text.h"
+#include "companion/song/text.h"
 #include "matching/trimming.h"
 
 namespace vellora::companion {

@@ -6,12 +6,12 @@
 
 #include "base/files.h"
 #include "companion/lyrics/encoding.h"
-#include "companion/lyrics/lrc.h"
 #include "companion/lyrics/plain.h"
 #include "companion/lyrics/srt.h"
 #include "companion/lyrics/table.h"
-#include "companion/lyrics/text.h"
 #include "companion/lyrics/ttml.h"
+#include "companion/song/lrc.h"
+#include "companion/song/text.h"
 
 namespace vellora::companion {
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "companion/lyrics/text.h"
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/text.h"
+#include "companion/song/time_stamp.h"
 #include "matching/trimming.h"
 
 namespace vellora::companion {

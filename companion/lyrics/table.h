@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "companion/lyrics/lyric_file.h"
+#include "companion/song/lyric_file.h"
 
 namespace vellora::companion {
 

@@ -11,8 +11,8 @@
 #include <pugixml.hpp>
 
 #include "base/number_text.h"
-#include "companion/lyrics/text.h"
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/text.h"
+#include "companion/song/time_stamp.h"
 #include "matching/trimming.h"
 
 namespace vellora::companion {

@@ -8,9 +8,9 @@
 
 #include "companion/exchange/command_watch.h"
 #include "companion/exchange/folder.h"
-#include "companion/lyrics/text.h"
 #include "companion/program/interruption.h"
 #include "companion/program/wall_clock.h"
+#include "companion/song/text.h"
 
 namespace vellora::companion {
 namespace {

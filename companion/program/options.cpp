@@ -8,8 +8,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include "base/number_text.h"
 #include "companion/library/song_files.h"
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/time_stamp.h"
 
 namespace vellora::companion {
 namespace {
@@ -25,6 +26,18 @@ constexpr const char* footer =
     "Exit status: 0 done; 1 check or import found something; 2 wrong arguments; 3 no overlay "
     "answers;\n"
     "4 the player did not do it; 5 a file or folder cannot be read or written.\n";
+
+// A number within bounds; CLI11's own range takes what is not a number.
+CLI::Validator between(double lowest, double highest) {
+  const auto judge = [lowest, highest](const std::string& text) {
+    const auto number = parseNumber(text);
+    return number && *number >= lowest && *number <= highest
+               ? std::string()
+               : "\"" + text + "\" is not between " + plainNumber(lowest) + " and " +
+                     plainNumber(highest);
+  };
+  return {judge, "NUMBER"};
+}
 
 // "de_DE.UTF-8" as "de-DE"; "" for "C" and "POSIX".
 std::string languageOf(const Environment& environment) {
@@ -42,6 +55,7 @@ std::string languageOf(const Environment& environment) {
 struct Words {
   std::string exchange;
   std::string lyrics;
+  std::string checked;  // the folder that a command names
   std::string target;
   std::string at;
   std::string importTo;
@@ -51,7 +65,7 @@ CLI::App* addCommand(CLI::App& app, Options& options, const char* name, const ch
                      MusicCommand::Action action) {
   CLI::App* const command = app.add_subcommand(name, description);
   command->add_option("--patience", options.patience, "seconds to wait for the effect (default 8)")
-      ->check(CLI::Range(0.0, 600.0));
+      ->check(between(0.0, 600.0));
   command->callback([&options, action] {
     options.task = Task::command;
     options.command.action = action;
@@ -80,11 +94,11 @@ void addTasks(CLI::App& app, Options& options, Words& words) {
       ->callback(is(Task::status));
   CLI::App* const check =
       app.add_subcommand("check", "say which songs of a folder are complete, and what is wrong");
-  check->add_option("FOLDER", words.lyrics, "the folder of lyrics")->required();
+  check->add_option("FOLDER", words.checked, "the folder of lyrics")->required();
   check->callback(is(Task::check));
   CLI::App* const import =
       app.add_subcommand("import", "write a folder's songs as clean pairs of LRC files");
-  import->add_option("FOLDER", words.lyrics, "the folder to read")->required();
+  import->add_option("FOLDER", words.checked, "the folder to read")->required();
   import->add_option("--to", words.importTo, "the folder to write to; made where missing")
       ->required();
   import->add_flag("--force", options.force, "replace files that are there");
@@ -98,10 +112,10 @@ std::string describe(CLI::App& app, Options& options, Words& words) {
   app.add_option("--language", options.language,
                  "the language of translations to prefer, as \"de\" (default: that of the system)");
   app.add_option("--font-size", options.captions.fontSize, "of the captions in points (default 26)")
-      ->check(CLI::Range(CaptionSettings::smallestFont, CaptionSettings::largestFont));
+      ->check(between(CaptionSettings::smallestFont, CaptionSettings::largestFont));
   app.add_option("--offset", options.captions.verticalOffset,
                  "moves the captions down by so many points (default 0)")
-      ->check(CLI::Range(-CaptionSettings::farthestOffset, CaptionSettings::farthestOffset));
+      ->check(between(-CaptionSettings::farthestOffset, CaptionSettings::farthestOffset));
   app.add_flag("--plain", options.plain, "lines of text even where the output is a terminal");
   app.add_flag("--overlay", options.overlay, "start the overlay, or point the running one here");
   app.add_option("--overlay-program", options.overlayProgram,
@@ -117,7 +131,11 @@ std::string describe(CLI::App& app, Options& options, Words& words) {
 // What is wrong with the words, or nothing.
 std::string judge(Options& options, const Words& words, const Environment& environment) {
   if (!options.overlayProgram.empty()) options.overlay = true;
-  options.lyrics = words.lyrics;
+  // CLI11 gives a command's surplus word to the program.
+  if (options.task != Task::keep && !words.lyrics.empty()) {
+    return "\"" + words.lyrics + "\" is one word too many";
+  }
+  options.lyrics = options.task == Task::keep ? words.lyrics : words.checked;
   options.importTo = words.importTo;
   if (options.task == Task::keep && words.lyrics.empty()) {
     return "name the folder of lyrics, or a command";

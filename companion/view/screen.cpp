@@ -6,8 +6,8 @@
 
 #include <fmt/format.h>
 
-#include "companion/lyrics/text.h"
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/text.h"
+#include "companion/song/time_stamp.h"
 #include "companion/view/text_width.h"
 
 namespace vellora::companion {

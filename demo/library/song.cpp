@@ -6,42 +6,43 @@
 #include <utility>
 
 #include "base/files.h"
+#include "base/utf8.h"
+#include "companion/song/lrc.h"
+#include "companion/song/song.h"
 
 namespace vellora::demo {
 namespace {
 
 namespace fs = std::filesystem;
 
+using companion::LyricFile;
+
 constexpr std::string_view lyricsFileName = "lyrics.lrc";
 constexpr std::string_view translationFileName = "translation.lrc";
 
-std::optional<SongError> missingTag(const LrcFile& file, const std::vector<std::string>& tags) {
-  for (const std::string& tag : tags) {
-    if (!file.tags.contains(tag)) return SongError{file.name, 0, "tag \"" + tag + "\" is missing"};
-  }
-  if (file.lines.empty()) return SongError{file.name, 0, "no lines"};
-  return std::nullopt;
+SongError errorIn(const std::string& file, std::string message) {
+  return {companion::Severity::error, file, 0, std::move(message), {}};
 }
 
-std::optional<SongError> addTranslation(Song& song, const LrcFile& lyrics,
-                                        const LrcFile& translation) {
-  for (const LrcLine& line : translation.lines) {
-    const auto same =
-        std::find_if(lyrics.lines.begin(), lyrics.lines.end(),
-                     [&](const LrcLine& other) { return other.centiseconds == line.centiseconds; });
-    if (same == lyrics.lines.end()) {
-      return SongError{translation.name, line.number, "no line of the lyrics has this time stamp"};
-    }
-    song.lines[static_cast<std::size_t>(same - lyrics.lines.begin())].translation = line.text;
+LyricFile read(const fs::path& path, std::string_view text) {
+  LyricFile file = companion::readLrc(path.string(), text);
+  if (!isWellFormed(text)) file.problems = {errorIn(path.string(), "not UTF-8")};
+  return file;
+}
+
+std::optional<SongError> missing(const LyricFile& file, const std::vector<std::string>& tags) {
+  if (!file.problems.empty()) return file.problems.front();
+  for (const std::string& tag : tags) {
+    if (!file.tags.contains(tag)) return errorIn(file.name, "tag \"" + tag + "\" is missing");
   }
   return std::nullopt;
 }
 
 std::variant<Song, SongError> loadSong(const fs::path& folder) {
   const auto lyrics = readWholeFile(folder / lyricsFileName);
-  if (!lyrics) return SongError{(folder / lyricsFileName).string(), 0, "cannot be read"};
+  if (!lyrics) return errorIn((folder / lyricsFileName).string(), "cannot be read");
   const auto translation = readWholeFile(folder / translationFileName);
-  if (!translation) return SongError{(folder / translationFileName).string(), 0, "cannot be read"};
+  if (!translation) return errorIn((folder / translationFileName).string(), "cannot be read");
   return parseSong(folder, *lyrics, *translation);
 }
 
@@ -49,22 +50,10 @@ std::variant<Song, SongError> loadSong(const fs::path& folder) {
 
 std::variant<Song, SongError> parseSong(const fs::path& folder, std::string_view lyrics,
                                         std::string_view translation) {
-  const std::vector<std::string> lyricsTags{"ti", "ar", "al", "la", "length"};
-  const std::vector<std::string> translationTags{"la"};
-  auto first = parseLrc((folder / lyricsFileName).string(), lyrics, lyricsTags);
-  if (auto* error = std::get_if<SongError>(&first)) return *error;
-  auto second = parseLrc((folder / translationFileName).string(), translation, translationTags);
-  if (auto* error = std::get_if<SongError>(&second)) return *error;
-  const auto& words = std::get<LrcFile>(first);
-  const auto& meaning = std::get<LrcFile>(second);
-  if (auto error = missingTag(words, lyricsTags)) return *error;
-  if (auto error = missingTag(meaning, translationTags)) return *error;
-
-  const int length = parseStamp(words.tags.at("length"));
-  if (length < 0) return SongError{words.name, 0, "tag \"length\" is not of the form mm:ss"};
-  if (length <= words.lines.back().centiseconds) {
-    return SongError{words.name, words.lines.back().number, "the line begins after the song's end"};
-  }
+  LyricFile words = read(folder / lyricsFileName, lyrics);
+  LyricFile meaning = read(folder / translationFileName, translation);
+  if (auto error = missing(words, {"ti", "ar", "al", "la", "length"})) return *error;
+  if (auto error = missing(meaning, {"la"})) return *error;
 
   Song song;
   song.slug = folder.filename().string();
@@ -73,11 +62,19 @@ std::variant<Song, SongError> parseSong(const fs::path& folder, std::string_view
   song.album = words.tags.at("al");
   song.language = words.tags.at("la");
   song.translationLanguage = meaning.tags.at("la");
-  song.length = length / 100.0;
-  for (const LrcLine& line : words.lines) {
-    song.lines.push_back({line.centiseconds / 100.0, line.text, std::nullopt});
+  const companion::Song put = companion::assemble(std::move(words), std::move(meaning));
+  if (!put.length) return errorIn(put.name, "tag \"length\" is not of the form mm:ss");
+  if (*put.length <= put.lastTime()) {
+    SongError error = errorIn(put.name, "the line begins after the song's end");
+    error.line = put.lines.back().number;
+    return error;
   }
-  if (auto error = addTranslation(song, words, meaning)) return *error;
+  if (!put.problems.empty()) return put.problems.front();
+  song.length = *put.length;
+  for (const companion::SongLine& line : put.lines) {
+    song.lines.push_back({line.time.value_or(0), line.source, std::nullopt});
+    if (!line.translation.empty()) song.lines.back().translation = line.translation;
+  }
   return song;
 }
 
@@ -85,11 +82,11 @@ std::variant<std::vector<Song>, SongError> loadSongs(const fs::path& folder) {
   std::vector<fs::path> folders;
   std::error_code failure;
   fs::directory_iterator entries(folder, failure);
-  if (failure) return SongError{folder.string(), 0, failure.message()};
+  if (failure) return errorIn(folder.string(), failure.message());
   for (const fs::directory_entry& entry : entries) {
     if (entry.is_directory(failure)) folders.push_back(entry.path());
   }
-  if (folders.empty()) return SongError{folder.string(), 0, "holds no songs"};
+  if (folders.empty()) return errorIn(folder.string(), "holds no songs");
   std::sort(folders.begin(), folders.end());
 
   std::vector<Song> songs;

@@ -8,9 +8,12 @@
 #include <variant>
 #include <vector>
 
-#include "library/lrc.h"
+#include "companion/song/problem.h"
 
 namespace vellora::demo {
+
+// What is wrong with a song's file, and where.
+using SongError = companion::Problem;
 
 // One line of a song's lyrics.
 struct SongLine {
@@ -34,7 +37,9 @@ struct Song {
 
 // Puts a song together from the texts of its two files, "lyrics.lrc" (tags ti, ar, al, la and
 // length, all required) and "translation.lrc" (tag la, required; each of its times must be one of
-// the lyrics'). `folder` stands before the file names in errors, its last part is the slug.
+// the lyrics'). They are read as the companion reads such files, but nothing is overlooked: what it
+// would warn of is an error. `folder` stands before the file names in errors, its last part is the
+// slug.
 std::variant<Song, SongError> parseSong(const std::filesystem::path& folder,
                                         std::string_view lyrics, std::string_view translation);
 

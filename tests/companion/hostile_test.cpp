@@ -8,8 +8,8 @@
 
 #include "base/utf8.h"
 #include "companion/lyrics/reading.h"
-#include "companion/lyrics/song.h"
-#include "companion/lyrics/text.h"
+#include "companion/song/song.h"
+#include "companion/song/text.h"
 
 namespace vellora::companion {
 namespace {

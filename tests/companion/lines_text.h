@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "companion/lyrics/song.h"
+#include "companion/song/song.h"
 
 namespace vellora::companion {
 

@@ -1,4 +1,4 @@
-#include "companion/lyrics/lrc.h"
+#include "companion/song/lrc.h"
 
 #include <gtest/gtest.h>
 

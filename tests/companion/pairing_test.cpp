@@ -2,7 +2,7 @@
 
 #include "companion/lines_text.h"
 #include "companion/lyrics/reading.h"
-#include "companion/lyrics/song.h"
+#include "companion/song/song.h"
 
 namespace vellora::companion {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "companion/lyrics/lrc.h"
+#include "companion/song/lrc.h"
 #include "companion/view/terminal_view.h"
 #include "companion/view/text_width.h"
 

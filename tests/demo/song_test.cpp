@@ -37,15 +37,22 @@ std::string errorOf(std::string_view words, std::string_view meaning) {
 }
 
 TEST(Songs, MistakesNameTheFile) {
-  EXPECT_EQ(errorOf(lyrics, "[la:fr]\n[00:02.00]un\n"),
-            "x/translation.lrc:2: no line of the lyrics has this time stamp");
-  EXPECT_EQ(errorOf(lyrics, "[00:01.00]un\n"), "x/translation.lrc: tag \"la\" is missing");
-  EXPECT_EQ(errorOf(lyrics, "[la:fr]\n"), "x/translation.lrc: no lines");
-  EXPECT_EQ(errorOf("[ti:T]\n", translation), "x/lyrics.lrc: tag \"ar\" is missing");
+  EXPECT_EQ(
+      errorOf(lyrics, "[la:fr]\n[00:02.00]un\n"),
+      "x/translation.lrc:2: warning: no line of the lyrics has the time [00:02.00] of \"un\"; give "
+      "it the time of the line that it translates; the nearest is [00:01.00]");
+  EXPECT_EQ(errorOf(lyrics, "[00:01.00]un\n"), "x/translation.lrc: error: tag \"la\" is missing");
+  EXPECT_EQ(errorOf(lyrics, "[la:fr]\n"),
+            "x/translation.lrc: error: no lines; a line of LRC reads [mm:ss.xx] and the text");
+  EXPECT_EQ(errorOf("[ti:\xFF]\n[00:01.00]a\n", translation), "x/lyrics.lrc: error: not UTF-8");
+  EXPECT_EQ(errorOf("[ti:T]\n[00:01.00]a\n", translation),
+            "x/lyrics.lrc: error: tag \"ar\" is missing");
+  EXPECT_EQ(errorOf("[ti:T]\n", translation),
+            "x/lyrics.lrc: error: no lines; a line of LRC reads [mm:ss.xx] and the text");
   EXPECT_EQ(errorOf("[ti:T]\n[ar:A]\n[al:B]\n[la:en]\n[length:00:05]\n[00:05.00]a\n", translation),
-            "x/lyrics.lrc:6: the line begins after the song's end");
+            "x/lyrics.lrc:6: error: the line begins after the song's end");
   EXPECT_EQ(errorOf("[ti:T]\n[ar:A]\n[al:B]\n[la:en]\n[length:five]\n[00:01.00]a\n", translation),
-            "x/lyrics.lrc: tag \"length\" is not of the form mm:ss");
+            "x/lyrics.lrc: error: tag \"length\" is not of the form mm:ss");
 }
 
 TEST(Songs, TheSungLineIsTheLastThatHasBegun) {
@@ -106,9 +113,9 @@ TEST_F(SongFolders, AreReadInTheOrderOfTheirNames) {
 }
 
 TEST_F(SongFolders, WithAFileMissingAreRefused) {
-  EXPECT_EQ(error(), folder.string() + ": holds no songs");
+  EXPECT_EQ(error(), folder.string() + ": error: holds no songs");
   write("a", "lyrics.lrc", lyrics);
-  EXPECT_EQ(error(), (folder / "a" / "translation.lrc").string() + ": cannot be read");
+  EXPECT_EQ(error(), (folder / "a" / "translation.lrc").string() + ": error: cannot be read");
   EXPECT_TRUE(std::holds_alternative<SongError>(loadSongs(folder / "nowhere")));
 }
 

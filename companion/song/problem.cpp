@@ -1,9 +1,9 @@
-#include "companion/lyrics/problem.h"
+#include "companion/song/problem.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "companion/lyrics/text.h"
+#include "companion/song/text.h"
 
 namespace vellora::companion {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "companion/lyrics/lyric_file.h"
-#include "companion/lyrics/song.h"
+#include "companion/song/lyric_file.h"
+#include "companion/song/song.h"
 
 namespace vellora::companion {
 

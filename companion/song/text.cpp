@@ -1,4 +1,4 @@
-#include "companion/lyrics/text.h"
+#include "companion/song/text.h"
 
 #include "base/utf8.h"
 #include "matching/trimming.h"

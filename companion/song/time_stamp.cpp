@@ -1,4 +1,4 @@
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/time_stamp.h"
 
 #include <algorithm>
 #include <cmath>

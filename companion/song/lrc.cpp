@@ -1,4 +1,4 @@
-#include "companion/lyrics/lrc.h"
+#include "companion/song/lrc.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "base/number_text.h"
-#include "companion/lyrics/text.h"
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/text.h"
+#include "companion/song/time_stamp.h"
 #include "matching/trimming.h"
 
 namespace vellora::companion {

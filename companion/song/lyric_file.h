@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "companion/lyrics/problem.h"
+#include "companion/song/problem.h"
 
 namespace vellora::companion {
 

@@ -1,4 +1,4 @@
-#include "companion/lyrics/stanzas.h"
+#include "companion/song/stanzas.h"
 
 #include <algorithm>
 #include <cstddef>

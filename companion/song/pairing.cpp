@@ -1,4 +1,4 @@
-#include "companion/lyrics/pairing.h"
+#include "companion/song/pairing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,9 +6,9 @@
 #include <string>
 #include <utility>
 
-#include "companion/lyrics/stanzas.h"
-#include "companion/lyrics/text.h"
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/stanzas.h"
+#include "companion/song/text.h"
+#include "companion/song/time_stamp.h"
 #include "matching/translation_index.h"
 
 namespace vellora::companion {

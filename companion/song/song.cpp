@@ -1,11 +1,11 @@
-#include "companion/lyrics/song.h"
+#include "companion/song/song.h"
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
-#include "companion/lyrics/pairing.h"
-#include "companion/lyrics/time_stamp.h"
+#include "companion/song/pairing.h"
+#include "companion/song/time_stamp.h"
 #include "matching/normalization.h"
 
 namespace vellora::companion {

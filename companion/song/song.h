@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "companion/lyrics/lyric_file.h"
+#include "companion/song/lyric_file.h"
 #include "exchange/records/records.h"
 
 namespace vellora::companion {

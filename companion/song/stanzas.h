@@ -1,7 +1,7 @@
 #pragma once
 
-#include "companion/lyrics/lyric_file.h"
-#include "companion/lyrics/song.h"
+#include "companion/song/lyric_file.h"
+#include "companion/song/song.h"
 
 namespace vellora::companion {
 

@@ -1,0 +1,136 @@
+#include "companion/exchange/keeper.h"
+
+#include "companion/exchange/folder.h"
+#include "companion/song_folder.h"
+#include "exchange/opened_url.h"
+
+namespace vellora::companion {
+namespace {
+
+constexpr double begin = 1'000'000;
+
+class Keeping : public SongFolder {
+ protected:
+  void SetUp() override {
+    SongFolder::SetUp();
+    put("River Band - Night Drive.lrc", "[00:01.00]a\n[00:02.00]♪\n[00:03.00]b\n");
+    put("River Band - Night Drive.de.lrc", "[00:01.00]x\n");
+    keeper.emplace(Library(folder, ""), CaptionSettings());
+  }
+  static NowPlayingTrack track(double at, const char* title = "NIGHT DRIVE") {
+    return {at, title, "River Band", "Album", 5, true};
+  }
+
+  std::optional<Keeper> keeper;
+};
+
+TEST_F(Keeping, TheSnapshotNamesTheSongAsThePlayerDoes) {
+  const auto step = keeper->step(begin, track(begin));
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_TRUE(step.songChanged);
+  EXPECT_TRUE(step.snapshot->isUsable(begin));
+  EXPECT_EQ(step.snapshot->musicTitle, "NIGHT DRIVE");
+  EXPECT_EQ(step.snapshot->musicArtist, "River Band");
+  EXPECT_EQ(step.snapshot->fontSize, 26);
+  EXPECT_EQ(step.snapshot->lines, (std::vector<OverlayLine>{{"a", "x"}, {"b", ""}}));
+}
+
+TEST_F(Keeping, BothFilesStayFresh) {
+  double lastSync = begin;
+  double lastSnapshot = begin;
+  for (double now = begin; now < begin + 60; now += 0.1) {
+    const auto step = keeper->step(now, track(now - 0.3));
+    if (step.sync) {
+      EXPECT_EQ(step.sync->updatedAt, now);
+      lastSync = now;
+    }
+    if (step.snapshot) {
+      EXPECT_EQ(step.snapshot->updatedAt, now);
+      lastSnapshot = now;
+    }
+    ASSERT_LT(now - lastSync, 6);
+    ASSERT_LT(now - lastSnapshot, 2);
+  }
+}
+
+TEST_F(Keeping, WithoutASongTheSnapshotIsOff) {
+  auto step = keeper->step(begin, std::nullopt);
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_FALSE(step.snapshot->enabled);
+  step = keeper->step(begin + 0.1, track(begin, "Other"));
+  ASSERT_TRUE(step.snapshot) << "another track is told at once";
+  EXPECT_FALSE(step.snapshot->enabled);
+}
+
+TEST_F(Keeping, APublicationThatIsNoLongerUsableSwitchesTheSnapshotOff) {
+  keeper->step(begin, track(begin));
+  EXPECT_FALSE(keeper->step(begin + 7.9, track(begin)).songChanged);
+  const auto step = keeper->step(begin + 8, track(begin));
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_FALSE(step.snapshot->enabled);
+  EXPECT_EQ(keeper->playing(), nullptr);
+}
+
+TEST_F(Keeping, AClockThatIsSetBackKeepsNothingWaiting) {
+  keeper->step(begin, track(begin));
+  const auto step = keeper->step(begin - 1000, track(begin - 1000));
+  EXPECT_TRUE(step.sync);
+  EXPECT_TRUE(step.snapshot);
+}
+
+TEST_F(Keeping, ChangedFilesAreReadAgain) {
+  keeper->step(begin, track(begin));
+  put("River Band - Night Drive.de.lrc", "[00:01.00]x\n[00:03.00]another\n");
+  EXPECT_FALSE(keeper->step(begin + 0.1, track(begin)).songChanged) << "not looked at yet";
+  const auto step = keeper->step(begin + 2.1, track(begin + 2));
+  EXPECT_TRUE(step.songChanged);
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_EQ(step.snapshot->lines, (std::vector<OverlayLine>{{"a", "x"}, {"b", "another"}}));
+}
+
+TEST_F(Keeping, ASongThatGoesAwaySwitchesTheSnapshotOff) {
+  keeper->step(begin, track(begin));
+  std::filesystem::remove(folder / "River Band - Night Drive.lrc");
+  std::filesystem::remove(folder / "River Band - Night Drive.de.lrc");
+  const auto step = keeper->step(begin + 2.1, track(begin + 2));
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_FALSE(step.snapshot->enabled);
+}
+
+TEST_F(Keeping, SettingsAreBoundedAndWrittenAtOnce) {
+  keeper->step(begin, track(begin));
+  CaptionSettings settings;
+  settings.changeFontSize(1000);
+  settings.changeOffset(-1000);
+  keeper->setSettings(settings);
+  const auto step = keeper->step(begin + 0.1, track(begin));
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_EQ(step.snapshot->fontSize, 96);
+  EXPECT_EQ(step.snapshot->verticalOffset, -400);
+  settings.shown = false;
+  keeper->setSettings(settings);
+  EXPECT_FALSE(keeper->step(begin + 0.2, track(begin)).snapshot->enabled);
+}
+
+TEST(ExchangeFolders, TheirUrlIsAcceptedByTheOverlay) {
+  for (const char* path : {"/a/Vellora", "/a b/é&x=1;y+z%20?#/Vellora"}) {
+    EXPECT_EQ(acceptedSnapshotLocation({ExchangeFolder(path).url()}),
+              std::filesystem::path(path) / "snapshot.json");
+  }
+}
+
+TEST(ExchangeFolders, AreMadeForTheUserAlone) {
+  std::string pattern = "/tmp/vellora-exchange-XXXXXX";
+  ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+  const ExchangeFolder folder(std::filesystem::path(pattern) / "x" / "Vellora");
+  EXPECT_EQ(folder.make(), std::nullopt);
+  EXPECT_EQ(std::filesystem::status(folder.path()).permissions(),
+            std::filesystem::perms::owner_all);
+  EXPECT_TRUE(folder.write(SyncRequest{1}));
+  EXPECT_FALSE(folder.commandWaits());
+  std::filesystem::remove_all(pattern);
+  EXPECT_FALSE(folder.write(SyncRequest{1}));
+}
+
+}  // namespace
+}  // namespace vellora::companion
