@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <xcb/shape.h>
 
+#include "base/fatal.h"
 #include "platform/linux/window/x_property.h"
 
 namespace vellora {
@@ -88,6 +89,8 @@ void PanelWindow::chooseVisual() {
       depth_ = depths.data->depth;
     }
   }
+  // The X protocol has the root's visual among those of the screen.
+  if (visual_ == nullptr) fatalError("The X server does not list the visual of its root window");
 }
 
 void PanelWindow::applySettings() {
