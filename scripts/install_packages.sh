@@ -1,6 +1,18 @@
 # Installs what is missing of the project's Debian packages. Sourced by ./run, ./test and bench/run
 # after packages.sh.
 
+# Of what apt-get prints: how much there is to do, and where it is. Fetching and unpacking take minutes.
+tell_progress() {
+  local line stage=
+  while IFS= read -r line; do
+    case $line in
+      "Need to get "*|"After this operation, "*) echo "   ${line%.}" ;;
+      "Unpacking "*) [ -n "$stage" ] || echo "   unpacking"; stage=${stage:-unpacking} ;;
+      "Setting up "*) [ "$stage" = setup ] || echo "   setting up"; stage=setup ;;
+    esac
+  done
+}
+
 # install_packages WHAT_FOR PACKAGE...
 install_packages() {
   local why=$1 package missing=() as_root=()
@@ -28,12 +40,16 @@ install_packages() {
     as_root=(sudo)
     echo "   sudo may ask for your password: packages are installed for the whole system."
   fi
-  echo "   installing ${#missing[@]} packages $why: ${missing[*]}"
+  echo "   installing what is missing $why (${#missing[@]}): ${missing[*]}"
   local log
   log=$(mktemp)
-  if ! { "${as_root[@]}" apt-get update &&
-         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-           apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1 </dev/null; then
+  if ! (
+    set -o pipefail
+    { "${as_root[@]}" apt-get update &&
+      "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 \
+        apt-get install -y --no-install-recommends "${missing[@]}"; } 2>&1 </dev/null |
+      tee "$log" | tell_progress
+  ); then
     tail -n 25 "$log" >&2
     rm -f "$log"
     echo "   apt-get could not install them. Is the network there?" >&2
