@@ -39,6 +39,8 @@ CLI::Validator between(double lowest, double highest) {
   return {judge, "NUMBER"};
 }
 
+constexpr const char* seeHelp = "\nRun with --help for more information.\n";
+
 // "de_DE.UTF-8" as "de-DE"; "" for "C" and "POSIX".
 std::string languageOf(const Environment& environment) {
   for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
@@ -64,8 +66,9 @@ struct Words {
 CLI::App* addCommand(CLI::App& app, Options& options, const char* name, const char* description,
                      MusicCommand::Action action) {
   CLI::App* const command = app.add_subcommand(name, description);
-  command->add_option("--patience", options.patience, "seconds to wait for the effect (default 8)")
-      ->check(between(0.0, 600.0));
+  command->add_option("--patience", options.patience, "to wait for the effect (default 8)")
+      ->check(between(0.0, 600.0))
+      ->option_text("SECONDS");
   command->callback([&options, action] {
     options.task = Task::command;
     options.command.action = action;
@@ -79,7 +82,7 @@ void addCommands(CLI::App& app, Options& options, Words& words) {
       addCommand(app, options, "play", "play a song of the player's library", Action::play);
   play->add_option("TITLE", options.command.title, "the song's title")->required();
   play->add_option("ARTIST", options.command.artist, "the song's artist");
-  play->add_option("--at", words.at, "where to begin, as 1:23");
+  play->add_option("--at", words.at, "where to begin, as 1:23")->option_text("TIME");
   CLI::App* const seek =
       addCommand(app, options, "seek", "go to a place in the song and play", Action::seek);
   seek->add_option("TIME", words.target, "1:23 or 83.5; with + or - from where it is")->required();
@@ -100,7 +103,8 @@ void addTasks(CLI::App& app, Options& options, Words& words) {
       app.add_subcommand("import", "write a folder's songs as clean pairs of LRC files");
   import->add_option("FOLDER", words.checked, "the folder to read")->required();
   import->add_option("--to", words.importTo, "the folder to write to; made where missing")
-      ->required();
+      ->required()
+      ->option_text("FOLDER");
   import->add_flag("--force", options.force, "replace files that are there");
   import->callback(is(Task::import));
 }
@@ -108,20 +112,27 @@ void addTasks(CLI::App& app, Options& options, Words& words) {
 std::string describe(CLI::App& app, Options& options, Words& words) {
   app.add_option("FOLDER", words.lyrics, "the folder of lyrics and their translations");
   app.add_option("--exchange", words.exchange,
-                 "the exchange folder; its own name must be \"Vellora\"");
+                 "the exchange folder; its own name must be \"Vellora\"")
+      ->option_text("FOLDER");
   app.add_option("--language", options.language,
-                 "the language of translations to prefer, as \"de\" (default: that of the system)");
-  app.add_option("--font-size", options.captions.fontSize, "of the captions in points (default 26)")
-      ->check(between(CaptionSettings::smallestFont, CaptionSettings::largestFont));
+                 "the language of translations to prefer, as \"de\" (default: that of the system)")
+      ->option_text("TAG");
+  app.add_option("--font-size", options.captions.fontSize, "of the captions, 8 to 96 (default 26)")
+      ->check(between(CaptionSettings::smallestFont, CaptionSettings::largestFont))
+      ->option_text("POINTS");
   app.add_option("--offset", options.captions.verticalOffset,
-                 "moves the captions down by so many points (default 0)")
-      ->check(between(-CaptionSettings::farthestOffset, CaptionSettings::farthestOffset));
+                 "moves the captions down; -400 to 400 (default 0)")
+      ->check(between(-CaptionSettings::farthestOffset, CaptionSettings::farthestOffset))
+      ->option_text("POINTS");
   app.add_flag("--plain", options.plain, "lines of text even where the output is a terminal");
   app.add_flag("--overlay", options.overlay, "start the overlay, or point the running one here");
   app.add_option("--overlay-program", options.overlayProgram,
-                 "start the overlay, and this program as it");
+                 "start the overlay, and this program as it")
+      ->option_text("PROGRAM");
   app.fallthrough();
   app.require_subcommand(0, 1);
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.get_formatter()->label("TEXT", "");
   app.footer(footer);
   addCommands(app, options, words);
   addTasks(app, options, words);
@@ -189,6 +200,12 @@ std::variant<Options, Answer> parseOptions(const std::vector<std::string>& argum
   try {
     // CLI11 takes the words from the last to the first.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  } catch (const CLI::ExtrasError& error) {
+    // A mistyped command is taken as the folder, and its own argument is then one too many.
+    const std::string taken =
+        words.lyrics.empty() ? "" : "; \"" + words.lyrics + "\" was taken as the folder of lyrics";
+    return Answer{"vellora-companion: " + std::string(error.what()) + taken + seeHelp,
+                  wrongArguments};
   } catch (const CLI::ParseError& error) {
     std::ostringstream out;
     std::ostringstream err;
@@ -198,8 +215,7 @@ std::variant<Options, Answer> parseOptions(const std::vector<std::string>& argum
   }
   const std::string mistake = judge(options, words, environment);
   if (!mistake.empty()) {
-    return Answer{"vellora-companion: " + mistake + "\nRun with --help for more information.\n",
-                  wrongArguments};
+    return Answer{"vellora-companion: " + mistake + seeHelp, wrongArguments};
   }
   return options;
 }

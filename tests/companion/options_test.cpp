@@ -111,6 +111,7 @@ TEST(CompanionOptions, MistakesAreToldWithStatusTwo) {
                              {{"import", "songs"}, "--to"},
                              {{"next", "status"}, "\"status\" is one word too many"},
                              {{"check", "a", "b"}, "\"b\" is one word too many"},
+                             {{"chek", "songs"}, "\"chek\" was taken as the folder of lyrics"},
                              {{"songs", "next"}, "\"songs\" is one word too many"}};
   for (const WrongCase& each : cases) {
     const auto result = parseOptions(each.words, plain);
@@ -130,6 +131,7 @@ TEST(CompanionOptions, HelpIsNoMistake) {
     EXPECT_EQ(answer->status, 0);
     EXPECT_NE(answer->text.find("Usage: vellora-companion"), std::string::npos);
     EXPECT_NE(answer->text.find("Exit status:"), std::string::npos);
+    EXPECT_EQ(answer->text.find("TEXT"), std::string::npos) << answer->text;
   }
 }
 
