@@ -6,7 +6,7 @@ usage: check_exchange.py [--schemas FOLDER] FILE-OR-FOLDER...
 A file is judged by its name: snapshot.json, sync.json, command.json, nowplaying.json, status.json;
 in folders those are looked for at every depth. Files that the overlay writes must also have the
 overlay's form: every key, in the schema's order, and no blank between them. Exit status 0: all are
-right; 1: the lines on standard output say which are not; 2: nothing was there to check.
+right; 1: the lines on standard output say which are not; 2: nothing was checked.
 
 Needs the package python3-jsonschema.
 """
@@ -17,7 +17,12 @@ import math
 import pathlib
 import sys
 
-import jsonschema
+try:
+    import jsonschema
+except ImportError:
+    print("check_exchange.py: jsonschema is missing; apt-get install python3-jsonschema brings it",
+          file=sys.stderr)
+    sys.exit(2)
 
 RECORDS = {
     "snapshot.json": "overlay-snapshot",

@@ -19,10 +19,6 @@ bool isTable(const std::filesystem::path& path) {
   return ending == ".po" || ending == ".tsv";
 }
 
-std::string counted(std::size_t count, const char* what) {
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
 void tell(const Problem& problem, CheckSummary& summary, std::ostream& out) {
   if (problem.severity == Severity::error) ++summary.errors;
   if (problem.severity == Severity::warning) ++summary.warnings;
@@ -127,6 +123,10 @@ void findLongRows(const Song& song, std::vector<Problem>& problems) {
 }
 
 }  // namespace
+
+std::string counted(std::size_t count, const char* what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
 
 std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
   std::vector<Problem> problems;

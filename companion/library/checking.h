@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <iosfwd>
+#include <string>
 #include <vector>
 
 #include "companion/library/library.h"
@@ -18,6 +19,9 @@ struct CheckSummary {
   // No song is incomplete and nothing is lost.
   bool clean() const { return songs > 0 && complete == songs && errors == 0 && warnings == 0; }
 };
+
+// "1 song", "2 songs".
+std::string counted(std::size_t count, const char* what);
 
 // What a song lacks, beside what its files' readers found: lines without a translation, lines that
 // no row can match, and why a table does not give a line its translation.

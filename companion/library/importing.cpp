@@ -99,8 +99,8 @@ ImportSummary importSongs(const Library& library, const fs::path& to, bool repla
     summary.check.warnings += one.warnings;
     if (!song.lines.empty()) write(from, song, to, replace, summary, out);
   }
-  out << summary.check.songs << " songs read, " << summary.written << " files written, "
-      << summary.kept << " songs left as they were\n";
+  out << counted(summary.check.songs, "song") << " read, " << counted(summary.written, "file")
+      << " written, " << counted(summary.kept, "song") << " left as before\n";
   return summary;
 }
 

@@ -101,7 +101,7 @@ void OverlayStart::step() {
     if (!status) return;
     opener_.reset();
     if (*status == 0) {
-      report_ = "the overlay was pointed at this folder";
+      report_ = "the overlay was started or pointed at this folder";
     } else {
       startDirectly();
     }

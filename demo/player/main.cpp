@@ -46,7 +46,10 @@ int run(const PlayerOptions& options) {
   if (const auto* error = std::get_if<SongError>(&loaded)) return fail(error->text());
   auto songs = std::get<std::vector<Song>>(std::move(loaded));
   const auto song = findSong(songs, options.song);
-  if (!song) return fail("no song \"" + options.song + "\" in " + options.library.string());
+  if (!song) {
+    return fail("no song \"" + options.song + "\" in " + options.library.string() +
+                ", which has songs 1 to " + std::to_string(songs.size()));
+  }
 
   if (options.position > songs[*song].length) {
     return fail("the song ends before the position asked for");

@@ -72,8 +72,12 @@ void describe(const Sight& sight) {
                       : row.expected ? (row.right ? "caption seen" : "CAPTION MISSING")
                                      : (row.right ? "no caption, as it should be"
                                                   : "A CAPTION THAT DOES NOT BELONG HERE");
-    std::printf("  %-30s y %.0f–%.0f: %zu of %zu pixels differ  | %s\n", say, row.band.minY(),
-                row.band.maxY(), row.seen.changed, row.seen.pixels, row.text.c_str());
+    std::printf("  %-30s y %.0f–%.0f", say, row.band.minY(), row.band.maxY());
+    // The band of an undecided row may reach beyond the player's window.
+    if (!row.undecided) {
+      std::printf(": %zu of %zu pixels differ", row.seen.changed, row.seen.pixels);
+    }
+    std::printf("  | %s\n", row.text.c_str());
   }
 }
 

@@ -56,6 +56,13 @@ TEST_F(Importing, ASongWithoutTimesBecomesATable) {
   EXPECT_EQ(read("x.tsv"), "a\ty\nb\tz\n");
 }
 
+TEST_F(Importing, TheLastLineSumsUp) {
+  put("from/x.lrc", "[00:01.00]a\n");
+  put("from/x.de.lrc", "[00:01.00]y\n");
+  EXPECT_TRUE(run().ends_with("\n1 song read, 2 files written, 0 songs left as before\n"));
+  EXPECT_TRUE(run().ends_with("\n1 song read, 0 files written, 1 song left as before\n"));
+}
+
 TEST_F(Importing, OtherEncodingsBecomeUtf8) {
   std::string bytes = "\xFF\xFE";
   for (const char16_t unit : std::u16string_view(u"[00:01.00]你")) {
