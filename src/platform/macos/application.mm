@@ -104,10 +104,12 @@ class AppKitApplication final : public Application {
   }
 
   std::function<void(std::function<void()>)> mainHandOff() override {
-    return [](std::function<void()> work) {
+    return [life = std::weak_ptr<const bool>(alive)](std::function<void()> work) {
+      const std::weak_ptr<const bool> stillAlive = life;
+      if (stillAlive.expired()) return;
       dispatch_async(dispatch_get_main_queue(), ^{
         @autoreleasepool {
-          work();
+          if (!stillAlive.expired()) work();
         }
       });
     };
@@ -119,6 +121,8 @@ class AppKitApplication final : public Application {
   NSApplication* const application;
   // The application holds its delegate weakly.
   VelloraApplicationDelegate* const delegate;
+  // Lives as long as this object: what the hand-off looks at.
+  const std::shared_ptr<const bool> alive = std::make_shared<const bool>(true);
 };
 
 }  // namespace

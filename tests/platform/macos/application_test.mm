@@ -129,5 +129,20 @@ TEST_F(ApplicationTest, WorkThatWaitsIsDroppedWithItsQueue) {
   EXPECT_FALSE(*second);
 }
 
+TEST_F(ApplicationTest, TheHandOffDoesNothingOnceTheApplicationIsGone) {
+  auto own = makeAppKitApplication();
+  const auto handOff = own->mainHandOff();
+  bool waited = false;
+  bool late = false;
+  handOff([&] { waited = true; });
+  own.reset();
+  handOff([&] { late = true; });
+  runUntil([until = [NSDate dateWithTimeIntervalSinceNow:0.1]] {
+    return until.timeIntervalSinceNow < 0;
+  });
+  EXPECT_FALSE(waited);
+  EXPECT_FALSE(late);
+}
+
 }  // namespace
 }  // namespace vellora
