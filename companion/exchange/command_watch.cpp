@@ -14,6 +14,10 @@ namespace {
 
 using Action = MusicCommand::Action;
 
+// No song is longer, and the overlay ends the process over a position that it cannot count in
+// milliseconds.
+constexpr double farthest = 360'000;
+
 constexpr double tolerance = 2;  // seconds by which a position may miss the wanted one
 
 bool sameTrack(const NowPlayingTrack& a, const NowPlayingTrack& b) {
@@ -96,7 +100,7 @@ void CommandWatch::send(double now, Step& step) {
   command_.requestedAt = now;
   command_.position = target_.seconds;
   if (target_.relative) command_.position += before_->playbackTime(now).value_or(0);
-  command_.position = std::max(command_.position, 0.0);
+  command_.position = std::clamp(command_.position, 0.0, farthest);
   phase_ = Phase::sent;
   since_ = now;
   step.command = command_;

@@ -5,11 +5,19 @@
 
 #include "base/files.h"
 #include "base/percent_encoding.h"
+#include "companion/song/text.h"
 #include "exchange/opened_url.h"
 
 namespace vellora::companion {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+// They are looked at ten times a second.
+void shorten(std::string& text) { text.resize(cut(text, 4 * longestText).size()); }
+
+}  // namespace
 
 std::optional<std::string> processEnvironment(const char* name) {
   const char* const value = std::getenv(name);
@@ -43,11 +51,16 @@ std::optional<std::string> ExchangeFolder::make() const {
 }
 
 std::optional<NowPlayingTrack> ExchangeFolder::nowPlaying() const {
-  return readExchangeFile<NowPlayingTrack>(path_ / nowPlayingFileName);
+  auto track = readExchangeFile<NowPlayingTrack>(path_ / nowPlayingFileName);
+  if (!track) return std::nullopt;
+  for (std::string* text : {&track->title, &track->artist, &track->album}) shorten(*text);
+  return track;
 }
 
 std::optional<OverlayStatus> ExchangeFolder::status() const {
-  return readExchangeFile<OverlayStatus>(path_ / statusFileName);
+  auto status = readExchangeFile<OverlayStatus>(path_ / statusFileName);
+  if (status) shorten(status->message);
+  return status;
 }
 
 bool ExchangeFolder::write(const SyncRequest& request) const {

@@ -36,6 +36,7 @@ class ExchangeFolder {
   // Makes the folder where it is missing, for the user alone. What went wrong, or nothing.
   std::optional<std::string> make() const;
 
+  // Texts that are longer than any title are cut.
   std::optional<NowPlayingTrack> nowPlaying() const;
   std::optional<OverlayStatus> status() const;
 

@@ -55,8 +55,12 @@ std::optional<std::size_t> Song::lineAt(double position) const {
 
 std::vector<OverlayLine> Song::overlayLines() const {
   std::vector<OverlayLine> result;
+  std::size_t bytes = 0;
   for (const SongLine& line : lines) {
-    if (line.hasLetters()) result.push_back({line.source, line.translation});
+    if (!line.hasLetters()) continue;
+    bytes += line.source.size() + line.translation.size();
+    if (bytes > largestSnapshot) break;
+    result.push_back({line.source, line.translation});
   }
   return result;
 }

@@ -21,6 +21,9 @@ struct SongLine {
   bool hasLetters() const;
 };
 
+// Most bytes of lines in a snapshot: it is written every other second and read more often.
+inline constexpr std::size_t largestSnapshot = std::size_t{2} * 1024 * 1024;
+
 // A song put together from its files.
 struct Song {
   std::string name;             // its file of lyrics
@@ -35,7 +38,8 @@ struct Song {
   bool complete() const;
   // The line that is sung at `position` seconds; nothing before the first, and in untimed songs.
   std::optional<std::size_t> lineAt(double position) const;
-  // The lines as a snapshot carries them. Lines without letters, which match nothing, are left out.
+  // The lines as a snapshot carries them, as many as `largestSnapshot` allows. Lines without
+  // letters, which match nothing, are left out.
   std::vector<OverlayLine> overlayLines() const;
 };
 

@@ -184,6 +184,15 @@ TEST(CommandWatch, ARelativeSeekCountsFromWhereThePlayerIsWhenItIsSent) {
   EXPECT_DOUBLE_EQ(sent->position, 60.25);
 }
 
+// The overlay ends the process over a position that it cannot count in milliseconds.
+TEST(CommandWatch, ASeekGoesNowhereThatTheOverlayCannotCount) {
+  CommandWatch watch(commandOf(Action::seek), {10, true}, 8);
+  std::optional<MusicCommand> sent;
+  outcomeOf(watch, track(begin + 0.25, "A", 1e300), track(begin + 1.5, "A", 61), &sent);
+  ASSERT_TRUE(sent);
+  EXPECT_EQ(sent->position, 360'000);
+}
+
 TEST(CommandWatch, ARelativeSeekIsNotSentWhereNothingIsKnown) {
   CommandWatch watch(commandOf(Action::seek), {10, true}, 8);
   watch.step(begin, std::nullopt, false);

@@ -119,6 +119,31 @@ TEST(ExchangeFolders, TheirUrlIsAcceptedByTheOverlay) {
   }
 }
 
+TEST_F(Keeping, AHugeSongStaysWithinWhatTheOverlayReads) {
+  // Each quote takes two bytes in JSON: twenty million in all.
+  const std::string quotes(999, '"');
+  std::string text;
+  for (int i = 0; i < 5000; ++i) text += "a" + quotes + "\tb" + quotes + "\n";
+  put("River Band - Huge.tsv", text);
+  const auto step = keeper->step(begin, track(begin, "Huge"));
+  ASSERT_TRUE(step.snapshot);
+  ASSERT_FALSE(step.snapshot->lines.empty());
+  EXPECT_LT(encode(*step.snapshot)->size(), largestReadableFile);
+}
+
+TEST(ExchangeFolders, EndlessTextsAreCut) {
+  std::string pattern = "/tmp/vellora-exchange-XXXXXX";
+  ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+  const ExchangeFolder folder(pattern);
+  const std::string endless(1'000'000, 'x');
+  ASSERT_TRUE(writeExchangeFile(folder.path() / nowPlayingFileName,
+                                NowPlayingTrack(1, endless, endless, endless)));
+  ASSERT_TRUE(writeExchangeFile(folder.path() / statusFileName, OverlayStatus(endless)));
+  EXPECT_EQ(folder.nowPlaying()->title.size(), 4000U);
+  EXPECT_EQ(folder.status()->message.size(), 4000U);
+  std::filesystem::remove_all(pattern);
+}
+
 TEST(ExchangeFolders, AreMadeForTheUserAlone) {
   std::string pattern = "/tmp/vellora-exchange-XXXXXX";
   ASSERT_NE(mkdtemp(pattern.data()), nullptr);
