@@ -11,7 +11,6 @@ LyricFile readPlain(std::string_view name, std::string_view text) {
   LyricFile file;
   file.name = name;
   Problems problems(name);
-  bool any = false;
   forEachLine(text, [&](int number, std::string_view line) {
     if (file.lines.size() == mostLines) {
       problems.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
@@ -23,12 +22,10 @@ LyricFile readPlain(std::string_view name, std::string_view text) {
                     "it is cut there; put each sung line on a line of its own");
     }
     file.lines.push_back({std::nullopt, cleaned(cut(line, longestText)), {}, number});
-    any = any || !file.lines.back().text.empty();
     return true;
   });
-  if (!any) problems.fail(0, "no lines", "each sung line stands on a line of its own");
-  file.problems = std::move(problems).take();
-  return file;
+  return finished(std::move(file), std::move(problems),
+                  "each sung line stands on a line of its own");
 }
 
 }  // namespace vellora::companion

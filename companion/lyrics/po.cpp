@@ -64,11 +64,8 @@ class Reader {
 
   LyricFile result() && {
     flush();
-    if (file_.lines.empty()) {
-      problems_.fail(0, "no entries", "an entry is a line msgid \"…\" and a line msgstr \"…\"");
-    }
-    file_.problems = std::move(problems_).take();
-    return std::move(file_);
+    return finished(std::move(file_), std::move(problems_),
+                    "an entry is a line msgid \"…\" and a line msgstr \"…\"");
   }
 
  private:

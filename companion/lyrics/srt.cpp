@@ -44,7 +44,10 @@ std::string withoutTags(std::string_view text) {
 
 class Reader {
  public:
-  explicit Reader(std::string_view name) : problems_(name) { file_.name = name; }
+  explicit Reader(std::string_view name) : problems_(name) {
+    file_.name = name;
+    file_.mayBeBilingual = true;
+  }
 
   bool take(int number, std::string_view raw) {
     const std::string_view line = trimmed(cut(raw, 4 * longestText));
@@ -71,16 +74,9 @@ class Reader {
   }
 
   LyricFile result() && {
-    if (file_.lines.empty()) {
-      problems_.fail(0, "no lines",
-                     "a block of SRT is a number, a line \"00:01:02,000 --> 00:01:05,000\", the "
-                     "text, and a blank line");
-    }
-    std::stable_sort(file_.lines.begin(), file_.lines.end(),
-                     [](const FileLine& a, const FileLine& b) { return *a.time < *b.time; });
-    file_.mayBeBilingual = true;
-    file_.problems = std::move(problems_).take();
-    return std::move(file_);
+    return finished(std::move(file_), std::move(problems_),
+                    "a block of SRT is a number, a line \"00:01:02,000 --> 00:01:05,000\", the "
+                    "text, and a blank line");
   }
 
  private:

@@ -41,11 +41,8 @@ LyricFile readTsv(std::string_view name, std::string_view text) {
                           cleaned(cut(rest.substr(0, rest.find('\t')), longestText)), number});
     return true;
   });
-  if (file.lines.empty()) {
-    problems.fail(0, "no lines", "a line of the table is the source, a tab and the translation");
-  }
-  file.problems = std::move(problems).take();
-  return file;
+  return finished(std::move(file), std::move(problems),
+                  "a line of the table is the source, a tab and the translation");
 }
 
 }  // namespace vellora::companion

@@ -133,11 +133,12 @@ class Reader {
     if (!parsed) {
       problems_.fail(numbers_.at(parsed.offset), std::string("not XML: ") + parsed.description(),
                      "look there for a tag that is not closed, or an & that is not &amp;");
-    } else {
-      takeDocument(document);
+      file_.problems = std::move(problems_).take();
+      return std::move(file_);
     }
-    file_.problems = std::move(problems_).take();
-    return std::move(file_);
+    takeDocument(document);
+    return finished(std::move(file_), std::move(problems_),
+                    "a line of TTML is <p begin=\"1:02.5\" end=\"1:05\">text</p>");
   }
 
  private:
@@ -156,9 +157,6 @@ class Reader {
       } else {
         inside = true;
       }
-    }
-    if (file_.lines.empty()) {
-      problems_.fail(0, "no lines", "a line of TTML is <p begin=\"1:02.5\" end=\"1:05\">text</p>");
     }
     settleTimes();
   }
@@ -217,8 +215,6 @@ class Reader {
                      "the line is left out; give it one");
     }
     std::erase_if(file_.lines, [&](const FileLine& line) { return !timed(line); });
-    std::stable_sort(file_.lines.begin(), file_.lines.end(),
-                     [](const FileLine& a, const FileLine& b) { return *a.time < *b.time; });
   }
 
   Problems problems_;

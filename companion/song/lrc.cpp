@@ -59,7 +59,10 @@ std::string withoutWordStamps(std::string_view text) {
 
 class Reader {
  public:
-  explicit Reader(std::string_view name) : problems_(name) { file_.name = name; }
+  explicit Reader(std::string_view name) : problems_(name) {
+    file_.name = name;
+    file_.mayBeBilingual = true;
+  }
 
   bool take(int number, std::string_view raw) {
     // What comes after is no more than cut text; looking at it would take time that grows with it.
@@ -94,12 +97,9 @@ class Reader {
     } else {
       reportUntimed();
       for (FileLine& line : file_.lines) line.time = std::max(*line.time - offset_ / 1000, 0.0);
-      std::stable_sort(file_.lines.begin(), file_.lines.end(),
-                       [](const FileLine& a, const FileLine& b) { return *a.time < *b.time; });
-      file_.mayBeBilingual = true;
     }
-    file_.problems = std::move(problems_).take();
-    return std::move(file_);
+    return finished(std::move(file_), std::move(problems_),
+                    "a line of LRC reads [mm:ss.xx] and the text");
   }
 
  private:
@@ -153,10 +153,7 @@ class Reader {
   }
 
   void takeUntimed() {
-    if (untimed_.empty()) {
-      problems_.fail(0, "no lines", "a line of LRC reads [mm:ss.xx] and the text");
-      return;
-    }
+    if (untimed_.empty()) return;
     problems_.warn(untimed_.front().number, "no line has a time stamp",
                    "the file is taken as plain text; a line of LRC reads [mm:ss.xx] and the text");
     file_.lines = std::move(untimed_);

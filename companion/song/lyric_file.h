@@ -38,4 +38,10 @@ struct LyricFile {
   bool timed() const { return !lines.empty() && lines.front().time.has_value(); }
 };
 
+// A file as its reader hands it back: with its problems, and lines that have times in the order of
+// these, those of one time as they stand in the file. Either all lines have times or none has.
+// Without a line that has a text it is told that there are none, with what `form` says of how one
+// looks.
+LyricFile finished(LyricFile file, Problems problems, std::string form);
+
 }  // namespace vellora::companion

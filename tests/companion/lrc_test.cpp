@@ -54,6 +54,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     OddAndBroken, LrcForms,
     testing::Values(LrcCase{"empty", "", "", 1}, LrcCase{"tags only", "[ti:A]\n", "", 1},
+                    LrcCase{"pauses only", "[00:01.00]\n", "100 ", 1},
                     LrcCase{"seconds above 59", "[00:61.00]a\n[00:02.00]b", "200 b", 1},
                     LrcCase{"open bracket", "[00:01.00\n[00:02.00]b", "200 b", 1},
                     LrcCase{"no stamp", "[00:01.00]a\nb", "100 a", 1},

@@ -55,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(
             "a.po:2: warning: \"msgid_plural\" is nothing that a song's table has; an entry is "
             "a line msgid \"…\" and a line msgstr \"…\""},
         TableCase{"empty", "", "",
-                  "a.po: error: no entries; an entry is a line msgid \"…\" and a line msgstr "
+                  "a.po: error: no lines; an entry is a line msgid \"…\" and a line msgstr "
                   "\"…\""}));
 
 TEST(Po, TheHeaderMayNameTheSong) {
