@@ -122,6 +122,13 @@ void findLongRows(const Song& song, std::vector<Problem>& problems) {
   }
 }
 
+// Lines that lack a translation.
+std::size_t untranslated(const Song& song) {
+  return static_cast<std::size_t>(std::count_if(
+      song.lines.begin(), song.lines.end(),
+      [](const SongLine& line) { return line.translation.empty() && line.hasLetters(); }));
+}
+
 }  // namespace
 
 std::string counted(std::size_t count, const char* what) {
@@ -132,8 +139,12 @@ std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
   std::vector<Problem> problems;
   std::optional<TableMisses> table;
   if (isTable(from.files.translation)) table.emplace(from.files.translation);
-  const bool none = song.translated() == 0 && from.files.translation.empty();
-  if (none && !song.lines.empty()) {
+  const bool alone = from.files.translation.empty();
+  const bool none = alone && song.translated() == 0;
+  // What a mistake in reading accounts for is told where the mistake is, and not once more.
+  const std::size_t lost = alone ? song.lostLines : song.lostTranslations;
+  const bool explained = lost > 0 && untranslated(song) <= lost;
+  if (none && !explained && !song.lines.empty()) {
     const std::filesystem::path& file = from.files.lyrics;
     problems.push_back({Severity::warning, song.name, 0, "no line has a translation",
                         isTable(file) ? std::string("put each after its line")
@@ -146,7 +157,7 @@ std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
       problems.push_back({Severity::note, song.name, line.number,
                           inQuotes(line.source) + " never matches: a line without letters",
                           "nothing is to be done if it is a mark for music"});
-    } else if (line.translation.empty() && !none) {
+    } else if (line.translation.empty() && !none && !explained) {
       auto why = table ? table->explain(line, song.name) : std::nullopt;
       problems.push_back(why ? *std::move(why)
                              : Problem{Severity::warning, song.name, line.number,

@@ -23,8 +23,9 @@ struct CheckSummary {
 // "1 song", "2 songs".
 std::string counted(std::size_t count, const char* what);
 
-// What a song lacks, beside what its files' readers found: lines without a translation, lines that
-// no row can match, and why a table does not give a line its translation.
+// What a song lacks, beside what its files' readers found: lines without a translation where these
+// are more than the readers lost, lines that no row can match, and why a table does not give a line
+// its translation.
 std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song);
 
 // Writes one line a song and one a problem to `out`.

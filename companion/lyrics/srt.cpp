@@ -16,10 +16,17 @@ using OverlayMatching::trimmed;
 
 constexpr std::string_view arrow = "-->";
 constexpr std::size_t longestTag = 60;
+constexpr const char* timeAdvice =
+    "write it as 00:01:02,000 --> 00:01:05,000; the block is left out";
 
 bool isNumber(std::string_view text) {
   return !text.empty() && text.size() < 10 &&
          std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+// The line of a block's times, but for what stands between the two.
+bool looksLikeTimes(std::string_view line) {
+  return looksLikeStamp(line) && looksLikeStamp(line.substr(line.find_last_of(" \t") + 1));
 }
 
 // Without "<…>" that begins as a tag does, and without "{\…}".
@@ -61,10 +68,11 @@ class Reader {
       return true;
     }
     if (!time_) {
-      noteOutside(number, line);
+      takeOutside(number, line);
       return true;
     }
     if (file_.lines.size() == mostLines) {
+      ++file_.lost;
       problems_.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
                      "the rest is left out; is this one song?");
       return false;
@@ -85,23 +93,30 @@ class Reader {
     time_ = parseTime(begin);
     lost_ = !time_;
     if (lost_) {
-      problems_.warn(number, "the time " + inQuotes(begin) + " cannot be read",
-                     "write it as 00:01:02,000 --> 00:01:05,000; the block is left out");
+      problems_.warn(number, "the time " + inQuotes(begin) + " cannot be read", timeAdvice);
     }
   }
 
-  // A number and "WEBVTT" stand outside of blocks; text does only by mistake.
-  void noteOutside(int number, std::string_view line) {
-    if (lost_ || isNumber(line) || line.starts_with("WEBVTT")) return;
-    problems_.warn(number, "no time before " + inQuotes(line),
-                   "the line is left out; a block begins with a line \"00:01:02,000 --> "
-                   "00:01:05,000\" and has no blank line in it");
+  // A number and "WEBVTT" stand outside of blocks; text does only by mistake. The first line of
+  // what is lost is told, for all of it.
+  void takeOutside(int number, std::string_view line) {
+    if (isNumber(line) || (!lost_ && line.starts_with("WEBVTT"))) return;
+    const bool time = !lost_ && looksLikeTimes(line);
+    if (!time) ++file_.lost;
+    if (time) {
+      problems_.warn(number, "no \"-->\" in " + inQuotes(line), timeAdvice);
+    } else if (!lost_) {
+      problems_.warn(number, "no time before " + inQuotes(line),
+                     "up to the next blank line all is left out; a block begins with a line "
+                     "\"00:01:02,000 --> 00:01:05,000\" and has no blank line in it");
+    }
+    lost_ = true;
   }
 
   Problems problems_;
   LyricFile file_;
   std::optional<double> time_;  // of the block; nothing outside of blocks
-  bool lost_ = false;           // the block's time was no time
+  bool lost_ = false;           // what comes up to a blank line or a time is left out
 };
 
 }  // namespace

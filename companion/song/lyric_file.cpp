@@ -8,7 +8,7 @@ namespace vellora::companion {
 LyricFile finished(LyricFile file, Problems problems, std::string form) {
   const bool any = std::any_of(file.lines.begin(), file.lines.end(),
                                [](const FileLine& line) { return !line.text.empty(); });
-  if (!any) problems.fail(0, "no lines", std::move(form));
+  if (!any && file.lost == 0) problems.fail(0, "no lines", std::move(form));
   if (file.timed()) {
     std::stable_sort(file.lines.begin(), file.lines.end(),
                      [](const FileLine& a, const FileLine& b) { return *a.time < *b.time; });

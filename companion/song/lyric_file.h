@@ -34,14 +34,17 @@ struct LyricFile {
   // A table: lines that hold source and translation themselves, to be looked up by their text.
   bool isTable = false;
   std::vector<Problem> problems;
+  // How many lines, or translations of lines, a mistake has cost; at least so many where the rest
+  // of a file is left out.
+  std::size_t lost = 0;
 
   bool timed() const { return !lines.empty() && lines.front().time.has_value(); }
 };
 
 // A file as its reader hands it back: with its problems, and lines that have times in the order of
 // these, those of one time as they stand in the file. Either all lines have times or none has.
-// Without a line that has a text it is told that there are none, with what `form` says of how one
-// looks.
+// Where no line has a text, and not because of mistakes that are told, it is told that there are
+// none, with what `form` says of how one looks.
 LyricFile finished(LyricFile file, Problems problems, std::string form);
 
 }  // namespace vellora::companion

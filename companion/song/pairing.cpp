@@ -49,6 +49,7 @@ std::string nearestStamp(const Song& song, double time) {
 
 void pairByTime(Song& song, const LyricFile& translation, Problems& problems) {
   std::vector<bool> taken(song.lines.size());
+  std::vector<const FileLine*> alone;
   std::size_t from = 0;
   for (const FileLine& line : translation.lines) {
     if (line.text.empty()) continue;
@@ -62,15 +63,20 @@ void pairByTime(Song& song, const LyricFile& translation, Problems& problems) {
       if (!taken[i] && (!best || distance(i) < distance(*best) - roundingError)) best = i;
     }
     if (!best) {
-      problems.warn(line.number,
-                    "no line of the lyrics has the time " + stampText(*line.time) + " of " +
-                        inQuotes(line.text),
-                    "give it the time of the line that it translates; the nearest is " +
-                        nearestStamp(song, *line.time));
+      alone.push_back(&line);
       continue;
     }
     taken[*best] = true;
     song.lines[*best].translation = line.text;
+  }
+  // They may all belong to lines that were lost, which is told where these stand.
+  if (alone.size() <= song.lostLines) return;
+  for (const FileLine* line : alone) {
+    problems.warn(line->number,
+                  "no line of the lyrics has the time " + stampText(*line->time) + " of " +
+                      inQuotes(line->text),
+                  "give it the time of the line that it translates; the nearest is " +
+                      nearestStamp(song, *line->time));
   }
 }
 

@@ -69,6 +69,7 @@ Song assemble(LyricFile lyrics, std::optional<LyricFile> translation) {
   Song song;
   song.name = lyrics.name;
   song.problems = std::move(lyrics.problems);
+  song.lostLines = lyrics.lost;
   if (const auto tag = lyrics.tags.find("length"); tag != lyrics.tags.end()) {
     song.length = parseTime(tag->second);
   }
@@ -81,6 +82,7 @@ Song assemble(LyricFile lyrics, std::optional<LyricFile> translation) {
   append(song.problems, std::move(problems).take());
   if (translation) {
     append(song.problems, std::move(translation->problems));
+    song.lostTranslations = translation->lost;
     Problems pairing(translation->name);
     pair(song, *translation, pairing);
     append(song.problems, std::move(pairing).take());

@@ -29,6 +29,10 @@ struct Song {
   std::string name;             // its file of lyrics
   std::vector<SongLine> lines;  // in order; pauses and blank lines are left out
   std::vector<Problem> problems;
+  // What the readers had to leave out (see LyricFile::lost) of its lyrics and of the translation
+  // beside them.
+  std::size_t lostLines = 0;
+  std::size_t lostTranslations = 0;
   std::optional<double> length;  // seconds, where the file's tag "length" says so
 
   std::size_t translated() const;

@@ -140,6 +140,58 @@ TEST_F(Checking, AMistakeOfEachFormatIsToldWithFileLineAndWhatToDo) {
   }
 }
 
+constexpr const char* goodSrt =
+    "1\n00:00:01,000 --> 00:00:02,000\na\n\n2\n00:00:03,000 --> 00:00:04,000\nb\n";
+constexpr const char* badSrt =
+    "1\n00:00:01,000 --> 00:00:02,000\na\n\n2\n00:00:03,000 -> 00:00:04,000\nb\n";
+constexpr const char* badArrow =
+    ":6: warning: no \"-->\" in \"00:00:03,000 -> 00:00:04,000\"; write it as "
+    "00:01:02,000 --> 00:01:05,000; the block is left out\n";
+
+TEST_F(Checking, AMistakeInTheLyricsIsNotToldAgainForTheTranslation) {
+  put("a.srt", badSrt);
+  put("a.de.srt", goodSrt);
+  const std::string text = check();
+  EXPECT_NE(text.find(std::string("\n  a.srt") + badArrow), std::string::npos) << text;
+  EXPECT_EQ(summary.warnings, 1U) << text;
+}
+
+TEST_F(Checking, AMistakeInTheTranslationIsNotToldAgainForTheLyrics) {
+  put("a.srt", goodSrt);
+  put("a.de.srt", badSrt);
+  const std::string text = check();
+  EXPECT_NE(text.find(std::string("\n  a.de.srt") + badArrow), std::string::npos) << text;
+  EXPECT_EQ(summary.warnings, 1U) << text;
+}
+
+TEST_F(Checking, AMistakeInABilingualFileIsToldOnce) {
+  put("a.srt", "1\n00:00:01,000 --> 00:00:02,000\na\n\nA\n");
+  EXPECT_EQ(
+      check(),
+      "a: 1 line, 0 translated\n"
+      "  a.srt:5: warning: no time before \"A\"; up to the next blank line all is left out; a "
+      "block begins with a line \"00:01:02,000 --> 00:01:05,000\" and has no blank line in "
+      "it\n"
+      "1 song, 0 complete; 0 errors, 1 warning\n");
+}
+
+TEST_F(Checking, WhatALostLineDoesNotExplainIsTold) {
+  put("a.srt", std::string(goodSrt) + "\n3\n00:00:05,000 --> 00:00:06,000\nc\n");
+  put("a.de.srt", badSrt);
+  const std::string text = check();
+  EXPECT_NE(text.find("a.srt:7: warning: no translation of \"b\""), std::string::npos) << text;
+  EXPECT_NE(text.find("a.srt:11: warning: no translation of \"c\""), std::string::npos) << text;
+  put("a.srt", badSrt);
+  put("a.de.srt", std::string(goodSrt) + "\n3\n00:00:05,000 --> 00:00:06,000\nc\n");
+  const std::string other = check();
+  EXPECT_NE(other.find("a.de.srt:7: warning: no line of the lyrics has the time"),
+            std::string::npos)
+      << other;
+  EXPECT_NE(other.find("a.de.srt:11: warning: no line of the lyrics has the time"),
+            std::string::npos)
+      << other;
+}
+
 TEST_F(Checking, AnEmptyFolderIsNotClean) {
   EXPECT_EQ(check(), "0 songs, 0 complete; 0 errors, 0 warnings\n");
   EXPECT_FALSE(summary.clean());

@@ -45,9 +45,36 @@ INSTANTIATE_TEST_SUITE_P(
                 "a.srt:2: warning: the time \"00:00:61,000\" cannot be read; write it as "
                 "00:01:02,000 --> 00:01:05,000; the block is left out"},
         SrtCase{
-            "blank line within", "1\n00:00:01,000 --> 00:00:02,000\na\n\nb\n", "100 a",
-            "a.srt:5: warning: no time before \"b\"; the line is left out; a block begins with a "
-            "line \"00:01:02,000 --> 00:01:05,000\" and has no blank line in it"}));
+            "blank line within", "1\n00:00:01,000 --> 00:00:02,000\na\n\nb\nc\n\n2\n", "100 a",
+            "a.srt:5: warning: no time before \"b\"; up to the next blank line all is left out; a "
+            "block begins with a line \"00:01:02,000 --> 00:01:05,000\" and has no blank line in "
+            "it"},
+        SrtCase{
+            "blank line after the time", "1\n00:00:01,0 --> x\n\na\nb\n\n00:00:02,0 --> x\nc",
+            "200 c",
+            "a.srt:4: warning: no time before \"a\"; up to the next blank line all is left out; "
+            "a block begins with a line \"00:01:02,000 --> 00:01:05,000\" and has no blank line "
+            "in it"},
+        SrtCase{"bad arrow", "1\n00:00:01,000 -> 00:00:02,000\na\nb\n\n2\n00:00:02,0 --> x\nc\nd\n",
+                "200 c|200 d",
+                "a.srt:2: warning: no \"-->\" in \"00:00:01,000 -> 00:00:02,000\"; write it as "
+                "00:01:02,000 --> 00:01:05,000; the block is left out"},
+        SrtCase{"bad arrow in the only block", "00:00:01,000->00:00:02,000\na\nb\n", "",
+                "a.srt:1: warning: no \"-->\" in \"00:00:01,000->00:00:02,000\"; write it as "
+                "00:01:02,000 --> 00:01:05,000; the block is left out"},
+        SrtCase{"two bad blocks", "00:00:0x,0 --> x\na\n\n00:00:0y,0 --> x\nb\n", "",
+                "a.srt:1: warning: the time \"00:00:0x,0\" cannot be read; write it as "
+                "00:01:02,000 --> 00:01:05,000; the block is left out\n"
+                "a.srt:4: warning: the time \"00:00:0y,0\" cannot be read; write it as "
+                "00:01:02,000 --> 00:01:05,000; the block is left out"}));
+
+TEST(Srt, LinesThatAreLeftOutAreCounted) {
+  EXPECT_EQ(
+      readSrt("a.srt", "1\n00:00:01,0 -> 00:00:02,0\na\nb\n\n2\n00:00:02,0 --> x\nc\n\nd\n").lost,
+      3U);
+  EXPECT_EQ(readSrt("a.srt", "00:00:0x,0 --> x\na\nb\n").lost, 2U);
+  EXPECT_EQ(readSrt("a.srt", "WEBVTT\n\n1\n00:00:01,0 --> x\na\n").lost, 0U);
+}
 
 TEST(Srt, AnEmptyFileIsToldWhatABlockIs) {
   EXPECT_EQ(textOf(readSrt("a.srt", "").problems),
