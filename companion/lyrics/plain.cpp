@@ -13,6 +13,7 @@ LyricFile readPlain(std::string_view name, std::string_view text) {
   Problems problems(name);
   forEachLine(text, [&](int number, std::string_view line) {
     if (file.lines.size() == mostLines) {
+      ++file.lost;
       problems.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
                     "the rest is left out; is this one song?");
       return false;

@@ -82,6 +82,7 @@ class Reader {
     }
     open_ = nullptr;
     if (keyword == "msgstr") {
+      ++file_.lost;
       problems_.warn(number, "msgstr without a msgid before it",
                      "put the line that is translated before it, as msgid \"…\"");
     } else {
@@ -98,6 +99,7 @@ class Reader {
   void continueWith(int number, std::string_view text) {
     const auto piece = unquoted(text);
     if (!piece) {
+      ++file_.lost;
       problems_.warn(number, inQuotes(text) + " is not in whole double quotes",
                      "a quote within the text is written \\\"");
       return;
@@ -107,6 +109,7 @@ class Reader {
 
   void flush() {
     if (source_ && !translation_) {
+      ++file_.lost;
       problems_.warn(number_, "msgid without a msgstr after it", "add msgstr \"…\"");
     }
     if (source_ && translation_ && source_->empty()) {
@@ -122,12 +125,14 @@ class Reader {
 
   void add() {
     if (fuzzy_) {
+      ++file_.lost;
       problems_.note(number_, "the entry is fuzzy, and left out",
                      "look at it and remove the mark \"#, fuzzy\"");
       return;
     }
     if (file_.lines.size() == mostLines) {
       full_ = true;
+      ++file_.lost;
       problems_.fail(number_, "the table has more than " + std::to_string(mostLines) + " entries",
                      "the rest is left out; is this one song?");
       return;

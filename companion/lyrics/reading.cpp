@@ -19,6 +19,7 @@ namespace {
 LyricFile unreadable(const std::filesystem::path& path, std::string message, std::string advice) {
   LyricFile file;
   file.name = path.string();
+  file.lost = mostLines;
   file.problems.push_back({Severity::error, file.name, 0, std::move(message), std::move(advice)});
   return file;
 }

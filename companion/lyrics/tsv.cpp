@@ -21,6 +21,7 @@ LyricFile readTsv(std::string_view name, std::string_view text) {
     const std::string_view line = cut(raw, 4 * longestText);
     if (trimmed(line).empty() || line.front() == '#') return true;
     if (file.lines.size() == mostLines) {
+      ++file.lost;
       problems.fail(number, "the table has more than " + std::to_string(mostLines) + " lines",
                     "the rest is left out; is this one song?");
       return false;
@@ -34,6 +35,7 @@ LyricFile readTsv(std::string_view name, std::string_view text) {
         tab == std::string_view::npos ? std::string_view() : line.substr(tab + 1);
     std::string source = cleaned(cut(line.substr(0, tab), longestText));
     if (source.empty()) {
+      ++file.lost;
       problems.warn(number, "nothing before the tab", "put the line there that is translated");
       return true;
     }

@@ -133,10 +133,10 @@ class Reader {
     if (!parsed) {
       problems_.fail(numbers_.at(parsed.offset), std::string("not XML: ") + parsed.description(),
                      "look there for a tag that is not closed, or an & that is not &amp;");
-      file_.problems = std::move(problems_).take();
-      return std::move(file_);
+      file_.lost = mostLines;
+    } else {
+      takeDocument(document);
     }
-    takeDocument(document);
     return finished(std::move(file_), std::move(problems_),
                     "a line of TTML is <p begin=\"1:02.5\" end=\"1:05\">text</p>");
   }
@@ -180,6 +180,7 @@ class Reader {
     const std::string_view begin = attribute(node, "begin");
     std::optional<double> time = timeExpression(begin);
     if (!begin.empty() && !time) {
+      file_.lost += paragraph.lines.size();
       problems_.warn(number, "the time " + inQuotes(begin) + " cannot be read",
                      "write it as 1:02.5 or 62.5s; the line is left out");
       return true;
@@ -187,6 +188,7 @@ class Reader {
     std::string translation = translationOf(paragraph, attribute(node, "key"));
     for (std::string& line : paragraph.lines) {
       if (file_.lines.size() == mostLines) {
+        ++file_.lost;
         problems_.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
                        "the rest is left out; is this one song?");
         return false;
@@ -211,6 +213,7 @@ class Reader {
     if (std::none_of(file_.lines.begin(), file_.lines.end(), timed)) return;
     for (const FileLine& line : file_.lines) {
       if (timed(line)) continue;
+      ++file_.lost;
       problems_.warn(line.number, "no \"begin\" for " + inQuotes(line.text),
                      "the line is left out; give it one");
     }

@@ -80,6 +80,7 @@ class Reader {
       const std::size_t end = line.find(']');
       const std::string_view inside = line.substr(1, end == std::string_view::npos ? end : end - 1);
       if (looksLikeStamp(inside)) {
+        ++file_.lost;
         problems_.warn(number,
                        "the time stamp " + inQuotes(line.substr(0, end)) + " cannot be read",
                        "write it as [mm:ss.xx] with seconds below 60");
@@ -135,8 +136,7 @@ class Reader {
     const std::string text = cleaned(cut(withoutWordStamps(rest), longestText));
     for (const double time : times) {
       if (file_.lines.size() == mostLines) {
-        problems_.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
-                       "the rest is left out; is this one song?");
+        tellTooMany(number);
         return false;
       }
       file_.lines.push_back({time, text, {}, number});
@@ -145,7 +145,10 @@ class Reader {
   }
 
   void addUntimed(int number, std::string_view line) {
-    if (untimed_.size() == mostLines) return;
+    if (untimed_.size() == mostLines) {
+      if (untimedRest_ == 0) untimedRest_ = number;
+      return;
+    }
     untimed_.push_back({std::nullopt,
                         cleaned(cut(withoutWordStamps(cut(line, longestText)), longestText)),
                         {},
@@ -157,9 +160,17 @@ class Reader {
     problems_.warn(untimed_.front().number, "no line has a time stamp",
                    "the file is taken as plain text; a line of LRC reads [mm:ss.xx] and the text");
     file_.lines = std::move(untimed_);
+    if (untimedRest_ > 0) tellTooMany(untimedRest_);
+  }
+
+  void tellTooMany(int number) {
+    ++file_.lost;
+    problems_.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
+                   "the rest is left out; is this one song?");
   }
 
   void reportUntimed() {
+    file_.lost += untimed_.size();
     for (const FileLine& line : untimed_) {
       problems_.warn(line.number, "no time stamp before " + inQuotes(line.text),
                      "the line is left out; begin it with [mm:ss.xx]");
@@ -169,7 +180,8 @@ class Reader {
   Problems problems_;
   LyricFile file_;
   std::vector<FileLine> untimed_;
-  double offset_ = 0;  // milliseconds
+  int untimedRest_ = 0;  // the first line that has no place among them; 0 where there is none
+  double offset_ = 0;    // milliseconds
 };
 
 }  // namespace

@@ -34,8 +34,8 @@ struct LyricFile {
   // A table: lines that hold source and translation themselves, to be looked up by their text.
   bool isTable = false;
   std::vector<Problem> problems;
-  // How many lines, or translations of lines, a mistake has cost; at least so many where the rest
-  // of a file is left out.
+  // How many lines, or translations of lines, are left out because of mistakes that are told: at
+  // least so many where the file goes on, `mostLines` where nothing of it can be read.
   std::size_t lost = 0;
 
   bool timed() const { return !lines.empty() && lines.front().time.has_value(); }

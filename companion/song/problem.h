@@ -8,7 +8,7 @@
 namespace vellora::companion {
 
 enum class Severity {
-  note,     // worth knowing; nothing is lost
+  note,     // worth knowing; may well be as it should
   warning,  // a line is lost or guessed
   error     // the file is of no use
 };

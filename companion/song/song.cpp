@@ -35,6 +35,7 @@ std::size_t Song::translated() const {
 double Song::lastTime() const { return lines.empty() ? 0 : lines.back().time.value_or(0); }
 
 bool Song::complete() const {
+  if (lostLines > 0) return false;
   bool any = false;
   for (const SongLine& line : lines) {
     if (!line.hasLetters()) continue;

@@ -38,7 +38,8 @@ struct Song {
   std::size_t translated() const;
   // When the last line begins, in seconds; 0 for untimed songs.
   double lastTime() const;
-  // Every line that has letters has a translation, and there is such a line.
+  // No line of its lyrics was lost in reading, every line that has letters has a translation, and
+  // there is such a line.
   bool complete() const;
   // The line that is sung at `position` seconds; nothing before the first, and in untimed songs.
   std::optional<std::size_t> lineAt(double position) const;

@@ -175,6 +175,24 @@ TEST_F(Checking, AMistakeInABilingualFileIsToldOnce) {
       "1 song, 0 complete; 0 errors, 1 warning\n");
 }
 
+TEST_F(Checking, ATranslationThatCannotBeReadIsToldOnce) {
+  put("a.lrc", "[00:01.00]a\n[00:02.00]b\n");
+  put("a.de.lrc", std::string_view("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0", 17));
+  EXPECT_EQ(check(),
+            "a: 2 lines, 0 translated\n"
+            "  a.de.lrc: error: not a text in any encoding that is known; save it as UTF-8\n"
+            "1 song, 0 complete; 1 error, 0 warnings\n");
+}
+
+TEST_F(Checking, ASongThatLostALineIsNotComplete) {
+  put("a.lrc", "[00:01.00]a\n[00:01.00]A\n[00:02.00\n");
+  EXPECT_EQ(check(),
+            "a: 1 line, 1 translated\n"
+            "  a.lrc:3: warning: the time stamp \"[00:02.00\" cannot be read; write it as "
+            "[mm:ss.xx] with seconds below 60\n"
+            "1 song, 0 complete; 0 errors, 1 warning\n");
+}
+
 TEST_F(Checking, WhatALostLineDoesNotExplainIsTold) {
   put("a.srt", std::string(goodSrt) + "\n3\n00:00:05,000 --> 00:00:06,000\nc\n");
   put("a.de.srt", badSrt);

@@ -111,6 +111,67 @@ TEST(Song, IsCompleteWhenEveryLineWithLettersIsTranslated) {
   EXPECT_FALSE(songOf("s.tsv", "♪\t\n").complete());
 }
 
+struct LossCase {
+  const char* what;
+  const char* name;
+  const char* lyrics;
+  std::size_t lost;
+};
+
+class LostLines : public testing::TestWithParam<LossCase> {};
+
+// Each of these is a song whose lines that are left all have a translation.
+TEST_P(LostLines, KeepASongFromBeingComplete) {
+  const LossCase& given = GetParam();
+  const Song song = songOf(given.name, given.lyrics);
+  ASSERT_GT(song.translated(), 0U) << given.what;
+  ASSERT_EQ(song.translated(), song.lines.size()) << given.what;
+  EXPECT_EQ(song.lostLines, given.lost) << given.what;
+  EXPECT_EQ(song.complete(), given.lost == 0) << given.what;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OfEachFormat, LostLines,
+    testing::Values(
+        LossCase{"LRC, none", "s.lrc", "[00:01.00]a\n[00:01.00]A\n", 0},
+        LossCase{"LRC, bad stamp", "s.lrc", "[00:01.00]a\n[00:01.00]A\n[00:61.00]b\n", 1},
+        LossCase{"LRC, no stamps", "s.lrc", "[00:01.00]a\n[00:01.00]A\nb\nB\n", 2},
+        LossCase{"SRT", "s.srt", "00:00:01,0 --> x\na\nA\n\n00:00:0x,0 --> x\nb\nB\n", 2},
+        LossCase{"TTML, none", "s.ttml", "<p begin='1s'>a<span role='x-translation'>A</span></p>",
+                 0},
+        LossCase{"TTML, bad time", "s.ttml",
+                 "<tt><p begin='1s'>a<span role='x-translation'>A</span></p>"
+                 "<p begin='x'>b<br/>c</p></tt>",
+                 2},
+        LossCase{"TTML, no time", "s.ttml",
+                 "<tt><p begin='1s'>a<span role='x-translation'>A</span></p><p>b</p></tt>", 1},
+        LossCase{"PO, none", "s.po", "msgid \"a\"\nmsgstr \"A\"\n", 0},
+        LossCase{"PO, no msgstr", "s.po", "msgid \"b\"\nmsgid \"a\"\nmsgstr \"A\"\n", 1},
+        LossCase{"PO, no msgid", "s.po", "msgstr \"B\"\nmsgid \"a\"\nmsgstr \"A\"\n", 1},
+        LossCase{"PO, open quotes", "s.po", "msgid \"a\"\nmsgstr \"A\"\nmsgid \"b\nmsgstr \"B\"\n",
+                 1},
+        LossCase{"PO, fuzzy", "s.po",
+                 "msgid \"a\"\nmsgstr \"A\"\n#, fuzzy\nmsgid \"b\"\nmsgstr \"B\"\n", 1},
+        LossCase{"TSV, none", "s.tsv", "# x\na\tA\n", 0},
+        LossCase{"TSV, no source", "s.tsv", "a\tA\n\tB\n", 1}));
+
+TEST(LostLines, BeyondTheMostThatAreTakenCount) {
+  std::string table;
+  std::string text;
+  for (std::size_t i = 0; i <= mostLines; ++i) {
+    table += "a\tA\n";
+    text += "a\n";
+  }
+  EXPECT_FALSE(songOf("s.tsv", table.c_str()).complete());
+  EXPECT_FALSE(songOf("s.txt", text.c_str(), "s.de.txt", text.c_str()).complete());
+  EXPECT_FALSE(songOf("s.lrc", text.c_str(), "s.de.txt", text.c_str()).complete());
+}
+
+TEST(LostLines, OfATranslationLeaveTheSongCompleteWhereNoLineLacksOne) {
+  EXPECT_TRUE(
+      songOf("s.lrc", "[00:01.00]a", "s.de.lrc", "[00:01.00]A\nBy a translator").complete());
+}
+
 TEST(Song, OverlayLinesLeaveOutWhatMatchesNothing) {
   const auto lines = songOf("s.tsv", "a\tA\n♪ ♪\tmusic\nb\t\n").overlayLines();
   EXPECT_EQ(lines, (std::vector<OverlayLine>{{"a", "A"}, {"b", ""}}));
