@@ -93,10 +93,22 @@ class TableMisses {
   std::vector<bool> translated_;
 };
 
+// Where it belongs in a file that holds lines and translations.
+std::string remedyWithin(const std::string& ending, const SongLine& line) {
+  if (ending == ".tsv") return "put it after the tab";
+  if (ending == ".po") return "write it in the msgstr after it";
+  if (ending == ".srt") return "put it on the next line, in the same block";
+  if (ending == ".ttml") {
+    return "put it into its <p>, as <span ttm:role=\"x-translation\">…</span>";
+  }
+  return "put it on the next line" +
+         (line.time ? ", as " + stampText(*line.time) + " too" : std::string());
+}
+
 // Where a translation that is missing belongs.
 std::string remedy(const LibrarySong& from, const SongLine& line) {
   const std::filesystem::path& other = from.files.translation;
-  if (other.empty()) return {};
+  if (other.empty()) return remedyWithin(readableEnding(from.files.lyrics), line);
   const std::string file = other.filename().string();
   if (isTable(other)) return "add it to " + file;
   if (line.time) return "add it to " + file + " as " + stampText(*line.time);
@@ -122,11 +134,18 @@ void findLongRows(const Song& song, std::vector<Problem>& problems) {
   }
 }
 
-// Lines that lack a translation.
+// Whether the line lacks a translation, and no reader has told a mistake of it.
+bool lacksTranslation(const Song& song, const SongLine& line) {
+  if (!line.translation.empty() || !line.hasLetters()) return false;
+  return std::none_of(song.problems.begin(), song.problems.end(), [&](const Problem& told) {
+    return told.line == line.number && told.file == song.name;
+  });
+}
+
 std::size_t untranslated(const Song& song) {
-  return static_cast<std::size_t>(std::count_if(
-      song.lines.begin(), song.lines.end(),
-      [](const SongLine& line) { return line.translation.empty() && line.hasLetters(); }));
+  return static_cast<std::size_t>(
+      std::count_if(song.lines.begin(), song.lines.end(),
+                    [&](const SongLine& line) { return lacksTranslation(song, line); }));
 }
 
 }  // namespace
@@ -143,7 +162,7 @@ std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
   const bool none = alone && song.translated() == 0;
   // What a mistake in reading accounts for is told where the mistake is, and not once more.
   const std::size_t lost = alone ? song.lostLines : song.lostTranslations;
-  const bool explained = lost > 0 && untranslated(song) <= lost;
+  const bool explained = !song.problems.empty() && untranslated(song) <= lost;
   if (none && !explained && !song.lines.empty()) {
     const std::filesystem::path& file = from.files.lyrics;
     problems.push_back({Severity::warning, song.name, 0, "no line has a translation",
@@ -157,7 +176,7 @@ std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
       problems.push_back({Severity::note, song.name, line.number,
                           inQuotes(line.source) + " never matches: a line without letters",
                           "nothing is to be done if it is a mark for music"});
-    } else if (line.translation.empty() && !none && !explained) {
+    } else if (!none && !explained && lacksTranslation(song, line)) {
       auto why = table ? table->explain(line, song.name) : std::nullopt;
       problems.push_back(why ? *std::move(why)
                              : Problem{Severity::warning, song.name, line.number,

@@ -175,6 +175,52 @@ TEST_F(Checking, AMistakeInABilingualFileIsToldOnce) {
       "1 song, 0 complete; 0 errors, 1 warning\n");
 }
 
+struct MissingCase {
+  const char* file;
+  const char* text;
+  const char* told;
+};
+
+class MissingInTheSongsOwnFile : public Checking,
+                                 public testing::WithParamInterface<MissingCase> {};
+
+TEST_P(MissingInTheSongsOwnFile, IsToldWithWhatToDo) {
+  put(GetParam().file, GetParam().text);
+  EXPECT_EQ(check(), "a: 2 lines, 1 translated\n  " + std::string(GetParam().told) +
+                         "\n1 song, 0 complete; 0 errors, 1 warning\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OfEachFormat, MissingInTheSongsOwnFile,
+    testing::Values(
+        MissingCase{"a.tsv", "a\tA\nb\t\n",
+                    "a.tsv:2: warning: no translation of \"b\"; put it after the tab"},
+        MissingCase{"a.tsv", "a\tA\nb\n",
+                    "a.tsv:2: warning: no tab in \"b\"; put one between the line and its "
+                    "translation"},
+        MissingCase{"a.po", "msgid \"a\"\nmsgstr \"A\"\nmsgid \"b\"\nmsgstr \"\"\n",
+                    "a.po:3: warning: no translation of \"b\"; write it in the msgstr after it"},
+        MissingCase{"a.lrc", "[00:01.00]a\n[00:01.00]A\n[00:02.00]b\n",
+                    "a.lrc:3: warning: no translation of \"b\"; put it on the next line, as "
+                    "[00:02.00] too"},
+        MissingCase{"a.srt", "00:00:01,0 --> x\na\nA\n\n00:00:02,0 --> x\nb\n",
+                    "a.srt:6: warning: no translation of \"b\"; put it on the next line, in the "
+                    "same block"},
+        MissingCase{"a.ttml",
+                    "<tt>\n<p begin='1s'>a<span role='x-translation'>A</span></p>\n<p "
+                    "begin='2s'>b</p></tt>",
+                    "a.ttml:3: warning: no translation of \"b\"; put it into its <p>, as <span "
+                    "ttm:role=\"x-translation\">…</span>"}));
+
+TEST_F(Checking, ATableWithoutATabIsToldOnceALine) {
+  put("a.tsv", "a\nb\n");
+  EXPECT_EQ(check(),
+            "a: 2 lines, 0 translated\n"
+            "  a.tsv:1: warning: no tab in \"a\"; put one between the line and its translation\n"
+            "  a.tsv:2: warning: no tab in \"b\"; put one between the line and its translation\n"
+            "1 song, 0 complete; 0 errors, 2 warnings\n");
+}
+
 TEST_F(Checking, ATranslationThatCannotBeReadIsToldOnce) {
   put("a.lrc", "[00:01.00]a\n[00:02.00]b\n");
   put("a.de.lrc", std::string_view("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0", 17));
