@@ -25,10 +25,15 @@ class BackgroundQueue::State {
 
   // Whether this is the first piece, for which there is no thread yet.
   bool push(Work work) {
-    const std::lock_guard lock(mutex_);
-    pending_.push_back(std::move(work));
+    bool first = false;
+    {
+      const std::lock_guard lock(mutex_);
+      pending_.push_back(std::move(work));
+      first = !std::exchange(started_, true);
+    }
+    // Only now: a thread that is woken while the lock is held sleeps again at once.
     changed_.notify_one();
-    return !std::exchange(started_, true);
+    return first;
   }
 
   // What was left is given back, to be destroyed outside the lock.
