@@ -1,3 +1,4 @@
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -219,6 +220,20 @@ TEST_F(ApplicationTest, HandOffRunsLaterOnTheMainThreadInOrder) {
   EXPECT_TRUE(order.empty());
   run();
   EXPECT_EQ(order, (std::vector{1, 2, 3}));
+}
+
+// A loop that has been woken without cause goes round once more for nothing.
+TEST_F(ApplicationTest, HandOffWakesTheLoopOnce) {
+  bool ran = false;
+  application.mainHandOff()([&] { ran = true; });
+  while (!ran) g_main_context_iteration(nullptr, TRUE);
+  gint timeout = 0;
+  std::array<GPollFD, 16> descriptors{};
+  const gint count = g_main_context_query(g_main_context_default(), G_MAXINT, &timeout,
+                                          descriptors.data(), descriptors.size());
+  ASSERT_GE(count, 1);
+  ASSERT_LE(count, static_cast<gint>(descriptors.size()));
+  EXPECT_EQ(g_poll(descriptors.data(), static_cast<guint>(count), 0), 0);
 }
 
 TEST_F(ApplicationTest, HandOffAfterTheApplicationIsGoneDoesNothing) {

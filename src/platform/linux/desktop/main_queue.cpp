@@ -69,6 +69,10 @@ MainQueue::MainQueue()
   g_source_set_callback(source_.get(), G_SOURCE_FUNC(&MainQueue::wakened),
                         new std::shared_ptr<State>(state_),
                         [](gpointer state) { delete static_cast<std::shared_ptr<State>*>(state); });
+  // While a source that may not recurse is dispatched, GLib takes its descriptor out of the poll
+  // set and puts it back, and wakes the loop for each. Nothing runs the loop from within a piece of
+  // work.
+  g_source_set_can_recurse(source_.get(), TRUE);
   g_source_attach(source_.get(), nullptr);
 }
 
