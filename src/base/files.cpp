@@ -112,6 +112,10 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& path) {
     // The file may have grown since its size was asked.
     if (content.size() + static_cast<std::size_t>(count) > largestReadableFile) return std::nullopt;
     content.append(buffer.data(), static_cast<std::size_t>(count));
+    // Less than was asked for, up to the size: the end was met. Where either does not hold (files
+    // of /proc have no size), only a read of nothing tells.
+    const bool cut = std::cmp_less(count, buffer.size());
+    if (cut && std::cmp_equal(content.size(), status.st_size)) return content;
   }
 }
 

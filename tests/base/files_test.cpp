@@ -59,6 +59,16 @@ TEST_F(FilesTest, WholeContentIsReadBytesAndAll) {
   EXPECT_EQ(readWholeFile(folder / "large"), large);
 }
 
+TEST_F(FilesTest, EverySizeAroundThatOfOneReadIsReadToTheEnd) {
+  for (const std::size_t piece : {4096, 16384, 32768, 65536}) {
+    for (const std::size_t size : {piece - 1, piece, piece + 1}) {
+      const std::string bytes(size, 'x');
+      put(folder / "a", bytes);
+      EXPECT_EQ(readWholeFile(folder / "a"), bytes) << size;
+    }
+  }
+}
+
 TEST_F(FilesTest, SymbolicLinkIsFollowedForReading) {
   put(folder / "a", "x");
   fs::create_symlink("a", folder / "link");

@@ -15,5 +15,13 @@ TEST(KernelFilesTest, FileWhoseSizeIsNotKnownBeforehandIsRead) {
   EXPECT_NE(status->find("Name:"), std::string::npos);
 }
 
+// A page at a time, however much is asked for; the stack stands near the end.
+TEST(KernelFilesTest, FileThatIsHandedOutInPiecesIsReadToItsEnd) {
+  const std::optional<std::string> maps = readWholeFile("/proc/self/maps");
+  ASSERT_TRUE(maps);
+  EXPECT_GT(maps->size(), 4096u);
+  EXPECT_NE(maps->find("[stack]"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace vellora
