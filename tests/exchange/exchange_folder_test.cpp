@@ -2,6 +2,8 @@
 
 #include <limits>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -27,6 +29,25 @@ TEST(ExchangeFolderTest, EveryFileLiesBesideTheSnapshot) {
 TEST(ExchangeFolderTest, SlashAtTheEndIsNoComponent) {
   EXPECT_EQ(exchangeDirectory("/a/b/"), "/a");
   EXPECT_EQ(exchangeDirectory("/a"), "/");
+}
+
+TEST(ExchangeFolderTest, FileIsTheNameInTheFolderHoweverThePathIsWritten) {
+  EXPECT_EQ(exchangeFile("/a/b/", statusFileName), "/a/status.json");
+  EXPECT_EQ(exchangeFile("/a/b//", statusFileName), "/a/status.json");
+  EXPECT_EQ(exchangeFile("lyrics.json", statusFileName), "status.json");
+  EXPECT_EQ(exchangeFile("/", statusFileName), "/status.json");
+  EXPECT_EQ(exchangeFile("", statusFileName), "status.json");
+  const std::vector<std::string> parts = {"/", "//", "a", "é b", ".", "..", "/x.json"};
+  for (const std::string& one : parts) {
+    for (const std::string& two : parts) {
+      for (const std::string& three : parts) {
+        const SnapshotLocation snapshot = one + two + three;
+        EXPECT_EQ(exchangeFile(snapshot, statusFileName),
+                  *exchangeDirectory(snapshot) / statusFileName)
+            << *snapshot;
+      }
+    }
+  }
 }
 
 TEST(ExchangeFolderTest, UnreadableAndMalformedFilesHoldNoRecord) {
