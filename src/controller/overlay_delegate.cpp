@@ -89,8 +89,8 @@ void OverlayDelegate::finishReading(const std::optional<MusicLayout>& layout,
 
 void OverlayDelegate::render(const std::optional<MusicLayout>& layout,
                              const OverlaySnapshot& snapshot, bool showPanel) {
-  const CompositionFields fields{*panel,    canvas,    *workspace_, *painter_,
-                                 lastLines, lineIndex, translations};
+  const CompositionFields fields{*panel,    canvas,    *workspace_,  *painter_,
+                                 lastLines, lineIndex, translations, trackMatch};
   writeStatus(vellora::render(fields, layout, snapshot, showPanel), false);
 }
 

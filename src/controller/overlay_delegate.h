@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "exchange/records/records.h"
+#include "matching/track_match_memory.h"
 #include "matching/translation_index.h"
 #include "music/music_layout.h"
 #include "platform/platform.h"
@@ -52,6 +53,7 @@ class OverlayDelegate final : public ApplicationDelegate,
   std::vector<OverlayLine> lastLines;      // the lines for which `translations` holds
   TranslationIndex lineIndex;              // of `lastLines`
   TranslationCache translations;           // row text → translation
+  TrackMatchMemory trackMatch;             // whether the window shows the snapshot's track
   double lastFresh;                        // seconds since 1970, when a snapshot was last usable
   double lastNowPlayingPublish;            // seconds since 1970 of the last attempt
   bool requestedAccess = false;            // the user has been asked for the permission

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <utility>
 
-#include "matching/track_matching.h"
 #include "render/geometry.h"
 
 namespace vellora {
@@ -87,7 +86,7 @@ std::string render(const CompositionFields& fields, const std::optional<MusicLay
                    const OverlaySnapshot& snapshot, bool showPanel) {
   using Messages = CompositionMessages;
   if (!layout || showsNothing(layout->viewport)) return hide(fields, Messages::noLyrics);
-  if (!OverlayMatching::trackMatches(layout->title, snapshot.musicTitle, snapshot.musicArtist)) {
+  if (!fields.trackMatch.matches(layout->title, snapshot.musicTitle, snapshot.musicArtist)) {
     return hide(fields, Messages::otherSong);
   }
 

@@ -8,6 +8,7 @@
 
 #include "base/text.h"
 #include "exchange/records/records.h"
+#include "matching/track_match_memory.h"
 #include "matching/translation_index.h"
 #include "music/music_layout.h"
 #include "platform/caption_painter.h"
@@ -56,6 +57,7 @@ struct CompositionFields {
   std::vector<OverlayLine>& lastLines;  // the lines for which the next two hold
   TranslationIndex& lineIndex;          // of `lastLines`
   TranslationCache& translations;
+  TrackMatchMemory& trackMatch;
 };
 
 // Turns one reading of the player's window and a snapshot into captions: fills the canvas, places

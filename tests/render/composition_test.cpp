@@ -55,7 +55,9 @@ class CompositionTest : public ::testing::Test {
   std::vector<OverlayLine> lastLines;
   TranslationIndex lineIndex;
   TranslationCache translations;
-  CompositionFields fields{panel, view, workspace, painter, lastLines, lineIndex, translations};
+  TrackMatchMemory trackMatch;
+  CompositionFields fields{panel,     view,      workspace,    painter,
+                           lastLines, lineIndex, translations, trackMatch};
   MusicLayout layout;
   OverlaySnapshot snapshot;
 };
