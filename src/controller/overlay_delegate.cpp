@@ -5,7 +5,6 @@
 
 #include "controller/music_application.h"
 #include "controller/status_messages.h"
-#include "exchange/exchange_folder.h"
 #include "exchange/publishing.h"
 #include "music/lyrics_layout_reader.h"
 
@@ -38,7 +37,7 @@ void OverlayDelegate::tick() {
     publishNowPlaying();
   }
 
-  std::optional<OverlaySnapshot> snapshot = usableSnapshot();
+  std::shared_ptr<const OverlaySnapshot> snapshot = usableSnapshot();
   if (!snapshot) {
     hide(syncing ? StatusMessages::followingForTessaly : StatusMessages::waitingForLyrics);
     if (!syncing && clock_->now() - lastFresh > longestWaitForSnapshot) stop();
@@ -53,24 +52,24 @@ void OverlayDelegate::tick() {
   std::shared_ptr<const RunningApplication> music = frontmostMusic(*workspace_);
   if (!music) return hide(StatusMessages::bringMusicToFront);
 
-  if (!scanning) startReading(std::move(music), *std::move(snapshot));
+  if (!scanning) startReading(std::move(music), std::move(snapshot));
 }
 
-std::optional<OverlaySnapshot> OverlayDelegate::usableSnapshot() const {
-  if (!snapshotURL) return std::nullopt;
-  std::optional<OverlaySnapshot> snapshot = readExchangeFile<OverlaySnapshot>(*snapshotURL);
-  if (!snapshot || !snapshot->isUsable(clock_->now())) return std::nullopt;
+std::shared_ptr<const OverlaySnapshot> OverlayDelegate::usableSnapshot() {
+  if (!snapshotURL) return nullptr;
+  std::shared_ptr<const OverlaySnapshot> snapshot = snapshotReader_.read(*snapshotURL);
+  if (!snapshot || !snapshot->isUsable(clock_->now())) return nullptr;
   return snapshot;
 }
 
 // The work for the background holds what it needs by itself. It must not even look at the
 // controller, which may be gone by then: only the hand-off back does, on the main thread.
 void OverlayDelegate::startReading(std::shared_ptr<const RunningApplication> music,
-                                   OverlaySnapshot snapshot) {
+                                   std::shared_ptr<const OverlaySnapshot> snapshot) {
   scanning = true;
   queue->async([self = weak_from_this(), accessibility = accessibility_, clock = clock_,
                 onMain = application_.mainHandOff(), music = std::move(music),
-                carried = std::make_shared<const OverlaySnapshot>(std::move(snapshot))] {
+                carried = std::move(snapshot)] {
     onMain([self, carried, layout = readMusic(music->processIdentifier(), *accessibility, *clock)] {
       if (const auto controller = self.lock()) controller->finishReading(layout, *carried);
     });

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "exchange/records/records.h"
+#include "exchange/snapshot_reader.h"
 #include "matching/track_match_memory.h"
 #include "matching/translation_index.h"
 #include "music/music_layout.h"
@@ -107,10 +108,14 @@ class OverlayDelegate final : public ApplicationDelegate,
   void configurePanel();
 
  private:
-  std::optional<OverlaySnapshot> usableSnapshot() const;
-  void startReading(std::shared_ptr<const RunningApplication> music, OverlaySnapshot snapshot);
+  // Null unless the file holds one that is usable now.
+  std::shared_ptr<const OverlaySnapshot> usableSnapshot();
+  void startReading(std::shared_ptr<const RunningApplication> music,
+                    std::shared_ptr<const OverlaySnapshot> snapshot);
   void finishReading(const std::optional<MusicLayout>& layout, const OverlaySnapshot& snapshot);
   void addStatusItem();
+
+  SnapshotReader snapshotReader_;
 };
 
 }  // namespace vellora

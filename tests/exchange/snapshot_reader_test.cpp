@@ -1,0 +1,98 @@
+#include "exchange/snapshot_reader.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "support/temporary_folder.h"
+
+namespace vellora {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string snapshotText(std::string_view title, std::string_view updatedAt = "100") {
+  return R"({"version":1,"updatedAt":)" + std::string(updatedAt) +
+         R"(,"enabled":true,"musicTitle":")" + std::string(title) +
+         R"(","musicArtist":"River Band","fontSize":32,"verticalOffset":0,"lines":[]})";
+}
+
+class SnapshotReaderTest : public testing::Test {
+ protected:
+  std::string titleNow() {
+    const auto snapshot = reader.read(folder / "snapshot.json");
+    return snapshot ? snapshot->musicTitle : "none";
+  }
+
+  TemporaryFolder folder;
+  SnapshotReader reader;
+};
+
+TEST_F(SnapshotReaderTest, EachCallTellsWhatTheFileHoldsThen) {
+  EXPECT_EQ(titleNow(), "none");
+  folder.write("snapshot.json", snapshotText("One"));
+  EXPECT_EQ(titleNow(), "One");
+  EXPECT_EQ(titleNow(), "One");
+  folder.write("snapshot.json", snapshotText("Two"));
+  EXPECT_EQ(titleNow(), "Two");
+  folder.write("snapshot.json", "");
+  EXPECT_EQ(titleNow(), "none");
+  folder.write("snapshot.json", snapshotText("Two"));
+  EXPECT_EQ(titleNow(), "Two");
+}
+
+TEST_F(SnapshotReaderTest, UnchangedBytesAreNotDecodedAgain) {
+  folder.write("snapshot.json", snapshotText("One"));
+  const auto first = reader.read(folder / "snapshot.json");
+  ASSERT_TRUE(first);
+  EXPECT_EQ(reader.read(folder / "snapshot.json"), first);
+  fs::rename(folder / "snapshot.json", folder / "moved.json");
+  EXPECT_EQ(reader.read(folder / "moved.json"), first);
+}
+
+TEST_F(SnapshotReaderTest, FileThatCannotBeReadHoldsNothingWhateverItHeldBefore) {
+  folder.write("snapshot.json", snapshotText("One"));
+  EXPECT_EQ(titleNow(), "One");
+  fs::remove(folder / "snapshot.json");
+  EXPECT_EQ(titleNow(), "none");
+  fs::create_directory(folder / "snapshot.json");
+  EXPECT_EQ(titleNow(), "none");
+  fs::remove(folder / "snapshot.json");
+  folder.write("snapshot.json", snapshotText("One"));
+  EXPECT_EQ(titleNow(), "One");
+}
+
+TEST_F(SnapshotReaderTest, MalformedBytesHoldNothingUntilOthersCome) {
+  for (const std::string text : {"{", "[]", R"({"version":1})", "not JSON"}) {
+    folder.write("snapshot.json", snapshotText("One"));
+    EXPECT_EQ(titleNow(), "One");
+    folder.write("snapshot.json", text);
+    EXPECT_EQ(titleNow(), "none") << text;
+    EXPECT_EQ(titleNow(), "none") << text;
+  }
+}
+
+// Only the bytes tell: neither the size, nor the times, nor the file's identity.
+TEST_F(SnapshotReaderTest, ChangeThatLeavesSizeAndTimeIsSeen) {
+  folder.write("snapshot.json", snapshotText("One"));
+  const auto time = fs::last_write_time(folder / "snapshot.json");
+  EXPECT_EQ(titleNow(), "One");
+  folder.write("snapshot.json", snapshotText("Two"));
+  fs::last_write_time(folder / "snapshot.json", time);
+  EXPECT_EQ(titleNow(), "Two");
+}
+
+TEST_F(SnapshotReaderTest, EarlierResultStaysAsItWas) {
+  folder.write("snapshot.json", snapshotText("One", "100"));
+  const auto first = reader.read(folder / "snapshot.json");
+  folder.write("snapshot.json", snapshotText("One", "102"));
+  const auto second = reader.read(folder / "snapshot.json");
+  ASSERT_TRUE(first && second);
+  EXPECT_EQ(first->updatedAt, 100);
+  EXPECT_EQ(second->updatedAt, 102);
+}
+
+}  // namespace
+}  // namespace vellora
