@@ -27,7 +27,9 @@ void OverlayDelegate::applicationOpen(const std::vector<std::string>& urls) {
   tick();
 }
 
-bool OverlayDelegate::syncRequested() const { return vellora::syncRequested(snapshotURL, *clock_); }
+bool OverlayDelegate::syncRequested() {
+  return vellora::syncRequested(snapshotURL, *clock_, syncRequestReader_);
+}
 
 void OverlayDelegate::performPendingCommand() {
   vellora::performPendingCommand(

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "exchange/record_reader.h"
 #include "exchange/records/records.h"
-#include "exchange/snapshot_reader.h"
 #include "matching/track_match_memory.h"
 #include "matching/translation_index.h"
 #include "music/music_layout.h"
@@ -80,7 +80,7 @@ class OverlayDelegate final : public ApplicationDelegate,
   void tick();
 
   // Whether Tessaly wants to be told what is playing.
-  bool syncRequested() const;
+  bool syncRequested();
   // Carries out the command that waits in the exchange folder, if it is still fresh.
   void performPendingCommand();
   // Writes what is playing, at most twice a second.
@@ -115,7 +115,8 @@ class OverlayDelegate final : public ApplicationDelegate,
   void finishReading(const std::optional<MusicLayout>& layout, const OverlaySnapshot& snapshot);
   void addStatusItem();
 
-  SnapshotReader snapshotReader_;
+  RecordReader<SyncRequest> syncRequestReader_;
+  RecordReader<OverlaySnapshot> snapshotReader_;
 };
 
 }  // namespace vellora

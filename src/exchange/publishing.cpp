@@ -2,10 +2,11 @@
 
 namespace vellora {
 
-bool syncRequested(const SnapshotLocation& snapshot, const Clock& clock) {
+bool syncRequested(const SnapshotLocation& snapshot, const Clock& clock,
+                   RecordReader<SyncRequest>& reader) {
   const auto file = exchangeFile(snapshot, syncRequestFileName);
   if (!file) return false;
-  const auto request = readExchangeFile<SyncRequest>(*file);
+  const auto request = reader.read(*file);
   return request && request->isActive(clock.now());
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "exchange/exchange_folder.h"
+#include "exchange/record_reader.h"
 #include "platform/clock.h"
 
 // Now-playing publishing on the companion's request. Main thread.
@@ -19,7 +20,8 @@ inline constexpr double distantPast = -62135769600.0;
 using NowPlayingReader = std::function<std::optional<NowPlayingTrack>()>;
 
 // Whether "sync.json" holds a request that is active now. An unreadable or malformed file is none.
-bool syncRequested(const SnapshotLocation& snapshot, const Clock& clock);
+bool syncRequested(const SnapshotLocation& snapshot, const Clock& clock,
+                   RecordReader<SyncRequest>& reader);
 
 // Asks `readNowPlaying` and writes "nowplaying.json", unless the last attempt was less than
 // `nowPlayingPublishInterval` ago. `lastNowPlayingPublish` becomes the time of this attempt before

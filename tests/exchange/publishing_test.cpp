@@ -18,7 +18,7 @@ namespace {
 class PublishingTest : public testing::Test {
  protected:
   void request(double age) { folder.write("sync.json", *encode(SyncRequest{clock.now() - age})); }
-  bool requested() const { return syncRequested(snapshot, clock); }
+  bool requested() { return syncRequested(snapshot, clock, reader); }
   void publish() {
     publishNowPlaying(snapshot, clock, lastNowPlayingPublish, [this] {
       ++questions;
@@ -34,6 +34,7 @@ class PublishingTest : public testing::Test {
   TemporaryFolder folder;
   FakeClock clock;
   SnapshotLocation snapshot = folder / "s.json";
+  RecordReader<SyncRequest> reader;
   double lastNowPlayingPublish = distantPast;
   double lastPublishWhenAsked = 0;
   bool playing = true;

@@ -1,4 +1,4 @@
-#include "exchange/snapshot_reader.h"
+#include "exchange/record_reader.h"
 
 #include <filesystem>
 #include <memory>
@@ -19,7 +19,7 @@ std::string snapshotText(std::string_view title, std::string_view updatedAt = "1
          R"(","musicArtist":"River Band","fontSize":32,"verticalOffset":0,"lines":[]})";
 }
 
-class SnapshotReaderTest : public testing::Test {
+class RecordReaderTest : public testing::Test {
  protected:
   std::string titleNow() {
     const auto snapshot = reader.read(folder / "snapshot.json");
@@ -27,10 +27,10 @@ class SnapshotReaderTest : public testing::Test {
   }
 
   TemporaryFolder folder;
-  SnapshotReader reader;
+  RecordReader<OverlaySnapshot> reader;
 };
 
-TEST_F(SnapshotReaderTest, EachCallTellsWhatTheFileHoldsThen) {
+TEST_F(RecordReaderTest, EachCallTellsWhatTheFileHoldsThen) {
   EXPECT_EQ(titleNow(), "none");
   folder.write("snapshot.json", snapshotText("One"));
   EXPECT_EQ(titleNow(), "One");
@@ -43,7 +43,7 @@ TEST_F(SnapshotReaderTest, EachCallTellsWhatTheFileHoldsThen) {
   EXPECT_EQ(titleNow(), "Two");
 }
 
-TEST_F(SnapshotReaderTest, UnchangedBytesAreNotDecodedAgain) {
+TEST_F(RecordReaderTest, UnchangedBytesAreNotDecodedAgain) {
   folder.write("snapshot.json", snapshotText("One"));
   const auto first = reader.read(folder / "snapshot.json");
   ASSERT_TRUE(first);
@@ -52,7 +52,7 @@ TEST_F(SnapshotReaderTest, UnchangedBytesAreNotDecodedAgain) {
   EXPECT_EQ(reader.read(folder / "moved.json"), first);
 }
 
-TEST_F(SnapshotReaderTest, FileThatCannotBeReadHoldsNothingWhateverItHeldBefore) {
+TEST_F(RecordReaderTest, FileThatCannotBeReadHoldsNothingWhateverItHeldBefore) {
   folder.write("snapshot.json", snapshotText("One"));
   EXPECT_EQ(titleNow(), "One");
   fs::remove(folder / "snapshot.json");
@@ -64,7 +64,7 @@ TEST_F(SnapshotReaderTest, FileThatCannotBeReadHoldsNothingWhateverItHeldBefore)
   EXPECT_EQ(titleNow(), "One");
 }
 
-TEST_F(SnapshotReaderTest, MalformedBytesHoldNothingUntilOthersCome) {
+TEST_F(RecordReaderTest, MalformedBytesHoldNothingUntilOthersCome) {
   for (const std::string text : {"{", "[]", R"({"version":1})", "not JSON"}) {
     folder.write("snapshot.json", snapshotText("One"));
     EXPECT_EQ(titleNow(), "One");
@@ -75,7 +75,7 @@ TEST_F(SnapshotReaderTest, MalformedBytesHoldNothingUntilOthersCome) {
 }
 
 // Only the bytes tell: neither the size, nor the times, nor the file's identity.
-TEST_F(SnapshotReaderTest, ChangeThatLeavesSizeAndTimeIsSeen) {
+TEST_F(RecordReaderTest, ChangeThatLeavesSizeAndTimeIsSeen) {
   folder.write("snapshot.json", snapshotText("One"));
   const auto time = fs::last_write_time(folder / "snapshot.json");
   EXPECT_EQ(titleNow(), "One");
@@ -84,7 +84,7 @@ TEST_F(SnapshotReaderTest, ChangeThatLeavesSizeAndTimeIsSeen) {
   EXPECT_EQ(titleNow(), "Two");
 }
 
-TEST_F(SnapshotReaderTest, EarlierResultStaysAsItWas) {
+TEST_F(RecordReaderTest, EarlierResultStaysAsItWas) {
   folder.write("snapshot.json", snapshotText("One", "100"));
   const auto first = reader.read(folder / "snapshot.json");
   folder.write("snapshot.json", snapshotText("One", "102"));
