@@ -165,10 +165,18 @@ std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
   const bool explained = !song.problems.empty() && untranslated(song) <= lost;
   if (none && !explained && !song.lines.empty()) {
     const std::filesystem::path& file = from.files.lyrics;
-    problems.push_back({Severity::warning, song.name, 0, "no line has a translation",
-                        isTable(file) ? std::string("put each after its line")
-                                      : "put the translation beside it as " + file.stem().string() +
-                                            ".LANGUAGE" + file.extension().string()});
+    const std::string advice = isTable(file)
+                                   ? std::string("put each after its line")
+                                   : "put the translation beside it as " + file.stem().string() +
+                                         ".LANGUAGE" + file.extension().string();
+    const std::filesystem::path& namesake = from.files.namesake;
+    problems.push_back(
+        namesake.empty()
+            ? Problem{Severity::warning, song.name, 0, "no line has a translation", advice}
+            : Problem{Severity::warning, song.name, 0,
+                      "taken for a song of its own, not for a translation of " +
+                          namesake.filename().string() + ", and no line has a translation",
+                      adviceToTranslate(namesake, file) + "; if it is a song, " + advice});
   }
   for (const SongLine& line : song.lines) {
     if (problems.size() == Problems::most) break;

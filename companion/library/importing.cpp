@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/files.h"
+#include "companion/library/languages.h"
 #include "companion/song/text.h"
 #include "companion/song/time_stamp.h"
 
@@ -16,12 +17,12 @@ void addTag(std::string& text, const char* key, const std::string& value) {
   if (!value.empty()) text.append("[").append(key).append(":").append(value).append("]\n");
 }
 
-// The language that the translation's file name gives, or the word for it.
+// The language that the translation's file name gives, as a tag, or the word for it.
 std::string suffixOf(const LibrarySong& from) {
   const std::string stem = from.files.translation.stem().string();
   const std::size_t dot = stem.rfind('.');
   const std::string word = dot == std::string::npos ? std::string() : stem.substr(dot + 1);
-  return "." + (isLanguageTag(word) ? word : std::string("translation"));
+  return "." + Languages().meantBy(word).value_or("translation");
 }
 
 bool put(const fs::path& path, const std::string& text, ImportSummary& summary, std::ostream& out) {

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "companion/library/languages.h"
 #include "companion/lyrics/reading.h"
 #include "companion/song/text.h"
 
@@ -34,20 +35,28 @@ std::size_t preference(const fs::path& path) {
 
 bool sameLetters(std::string_view a, std::string_view b) { return lowerCase(a) == lowerCase(b); }
 
+// "song" and "word" of "song.word"; the word is empty where there is none, or one with blanks,
+// which is no more than a part of a title ("Mr. Big").
+std::pair<std::string, std::string> parted(const std::string& stem) {
+  const std::size_t dot = stem.rfind('.');
+  if (dot == std::string::npos || stem.find(' ', dot) != std::string::npos) return {stem, {}};
+  return {stem.substr(0, dot), stem.substr(dot + 1)};
+}
+
 // The song that a file of this stem translates, and into what; nothing where it is a song itself.
 std::optional<std::pair<std::string, std::string>> translates(const std::string& stem,
-                                                              const ByStem& all) {
-  const std::size_t dot = stem.rfind('.');
-  const std::string base = stem.substr(0, dot);
-  const std::string word = dot == std::string::npos ? std::string() : stem.substr(dot + 1);
-  if (sameLetters(base, translationWord) && (word.empty() || isLanguageTag(word))) {
+                                                              const ByStem& all,
+                                                              Languages& languages) {
+  const auto [base, word] = parted(stem);
+  if (sameLetters(base, translationWord)) {
+    const auto language = word.empty() ? word : languages.meantBy(word);
     for (const auto& [other, files] : all) {
-      if (sameLetters(other, lyricsWord)) return std::pair(other, word);
+      if (language && sameLetters(other, lyricsWord)) return std::pair(other, *language);
     }
   }
   if (word.empty() || !all.contains(base)) return std::nullopt;
   if (sameLetters(word, translationWord)) return std::pair(base, std::string());
-  if (isLanguageTag(word)) return std::pair(base, word);
+  if (auto language = languages.meantBy(word)) return std::pair(base, *std::move(language));
   return std::nullopt;
 }
 
@@ -120,27 +129,32 @@ class Search {
     std::map<std::string, std::vector<Translation>> translations;
     std::set<std::string> translating;
     for (const auto& [stem, paths] : files) {
-      const auto song = translates(stem, files);
+      const auto song = translates(stem, files, languages_);
       if (!song) continue;
       translating.insert(stem);
       for (const fs::path& path : paths) translations[song->first].push_back({song->second, path});
     }
     for (auto& [stem, paths] : files) {
-      if (translating.contains(stem)) continue;
       std::sort(paths.begin(), paths.end(), [](const fs::path& a, const fs::path& b) {
         return std::pair(preference(a), a) < std::pair(preference(b), b);
       });
-      addSong(folder, stem, paths, translations[stem]);
+    }
+    for (const auto& [stem, paths] : files) {
+      if (translating.contains(stem)) continue;
+      const auto [base, word] = parted(stem);
+      const auto namesake = word.empty() ? files.end() : files.find(base);
+      addSong(folder, stem, paths, translations[stem],
+              namesake == files.end() ? fs::path() : namesake->second.front());
     }
   }
 
   void addSong(const fs::path& folder, const std::string& stem, const std::vector<fs::path>& paths,
-               std::vector<Translation>& translations) {
+               std::vector<Translation>& translations, fs::path namesake) {
     const bool table = isTable(paths.front());
     for (const fs::path& path : paths) {
       if (!table && isTable(path)) translations.push_back({wanted_, path});
     }
-    SongFiles song{paths.front(), chosen(translations, wanted_), stem, {}};
+    SongFiles song{paths.front(), chosen(translations, wanted_), stem, {}, std::move(namesake)};
     if (song.translation.empty() && readableEnding(song.lyrics) == ".txt") return noteText(song);
     for (fs::path inner = folder; inner != root_ && inner.has_relative_path();
          inner = inner.parent_path()) {
@@ -155,34 +169,32 @@ class Search {
 
   void noteText(const SongFiles& song) {
     if (found_.problems.size() >= Problems::most) return;
-    found_.problems.push_back({Severity::note, song.lyrics.string(), 0,
-                               "a text without a translation beside it is left out",
-                               "if it is a song, add " + song.stem + ".LANGUAGE.txt"});
+    const std::string advice = "if it is a song, add " + song.stem + ".LANGUAGE.txt";
+    if (song.namesake.empty()) {
+      found_.problems.push_back({Severity::note, song.lyrics.string(), 0,
+                                 "a text without a translation beside it is left out", advice});
+      return;
+    }
+    found_.problems.push_back({Severity::warning, song.lyrics.string(), 0,
+                               "named after " + song.namesake.filename().string() +
+                                   ", but not as its translation, and left out",
+                               adviceToTranslate(song.namesake, song.lyrics) + "; " + advice});
   }
 
   fs::path root_;
   std::string wanted_;
   std::size_t count_ = 0;
+  Languages languages_;
   FoundFiles found_;
 };
 
 }  // namespace
 
-bool isLanguageTag(const std::string& text) {
-  const auto letters = [](std::string_view part) {
-    return std::all_of(part.begin(), part.end(), [](char c) {
-      return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-    });
-  };
-  std::size_t begin = 0;
-  for (int part = 0;; ++part) {
-    const std::size_t end = std::min(text.find_first_of("-_", begin), text.size());
-    const std::string_view piece = std::string_view(text).substr(begin, end - begin);
-    if (piece.size() < 2 || piece.size() > (part == 0 ? 3U : 8U) || !letters(piece)) return false;
-    if (part == 0 && piece.find_first_of("0123456789") != std::string_view::npos) return false;
-    if (end == text.size()) return true;
-    begin = end + 1;
-  }
+std::string adviceToTranslate(const fs::path& song, const fs::path& translation) {
+  const std::string stem = song.stem().string();
+  const std::string ending = translation.extension().string();
+  return "if it translates " + song.filename().string() + ", name it " + stem + ".LANGUAGE" +
+         ending + ", such as " + stem + ".de" + ending;
 }
 
 FoundFiles findSongFiles(const fs::path& folder, const std::string& wantedLanguage) {

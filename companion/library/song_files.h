@@ -16,6 +16,9 @@ struct SongFiles {
   std::string stem;
   // The folders that it lies in, the innermost first, down from the one that was searched.
   std::vector<std::string> folders;
+  // The lyrics of the song after which it is named, with a word more that is no language:
+  // "song.lrc" for "song.live.lrc". Empty for all others.
+  std::filesystem::path namesake{};
 };
 
 struct FoundFiles {
@@ -29,12 +32,14 @@ inline constexpr std::size_t mostFiles = 50'000;
 
 // The songs in a folder and the folders within it (symbolic links to folders are not followed). A
 // song is a file with an ending that can be read; its translation stands beside it as
-// "song.LANGUAGE.lrc" (BCP 47), "song.translation.lrc", or as a table "song.po" or "song.tsv"
-// beside "song.lrc"; "translation.lrc" beside "lyrics.lrc" is one too. Of several languages,
+// "song.LANGUAGE.lrc" (BCP 47, or a language's name: see Languages), "song.translation.lrc", or as
+// a table "song.po" or "song.tsv" beside "song.lrc"; "translation.lrc" beside "lyrics.lrc" is one
+// too. With another word in that place it is a song of its own. Of several languages,
 // `wantedLanguage` (a tag or "") is taken, else the first by name. A text file alone is no song.
 FoundFiles findSongFiles(const std::filesystem::path& folder, const std::string& wantedLanguage);
 
-// Whether the text is a language tag as file names carry it: "de", "pt-BR", "zh-Hant".
-bool isLanguageTag(const std::string& text);
+// How a file is to be named to be found as the translation of `song`.
+std::string adviceToTranslate(const std::filesystem::path& song,
+                              const std::filesystem::path& translation);
 
 }  // namespace vellora::companion

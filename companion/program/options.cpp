@@ -9,7 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include "base/number_text.h"
-#include "companion/library/song_files.h"
+#include "companion/library/languages.h"
 #include "companion/song/time_stamp.h"
 
 namespace vellora::companion {

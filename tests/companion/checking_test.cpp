@@ -48,6 +48,31 @@ TEST_F(Checking, ASongWithoutAnyTranslationIsToldOnce) {
             "1 song, 0 complete; 0 errors, 1 warning\n");
 }
 
+TEST_F(Checking, AFileNamedAfterASongWithoutALanguageIsWarnedOf) {
+  put("a.lrc", "[00:01.00]a\n");
+  put("a.de.lrc", "[00:01.00]A\n");
+  put("a.mine.lrc", "[00:01.00]A\n");
+  EXPECT_EQ(
+      check(),
+      "a: 1 line, 1 translated: complete\n"
+      "a.mine: 1 line, 0 translated\n"
+      "  a.mine.lrc: warning: taken for a song of its own, not for a translation of a.lrc, and "
+      "no line has a translation; if it translates a.lrc, name it a.LANGUAGE.lrc, such as "
+      "a.de.lrc; if it is a song, put the translation beside it as a.mine.LANGUAGE.lrc\n"
+      "2 songs, 1 complete; 0 errors, 1 warning\n");
+  put("a.mine.fr.lrc", "[00:01.00]B\n");
+  EXPECT_NE(check().find("2 songs, 2 complete; 0 errors, 0 warnings\n"), std::string::npos)
+      << "one with translations is a song";
+}
+
+TEST_F(Checking, ALanguagesNameIsALanguage) {
+  put("n.lrc", "[00:01.00]a\n");
+  put("n.deutsch.lrc", "[00:01.00]A\n");
+  EXPECT_EQ(check(),
+            "n: 1 line, 1 translated: complete\n"
+            "1 song, 1 complete; 0 errors, 0 warnings\n");
+}
+
 TEST_F(Checking, ALineWithoutLettersNeverMatches) {
   put("a.tsv", "♪ ♪\tmusic\na\tx\n");
   EXPECT_EQ(check(),

@@ -42,6 +42,13 @@ TEST_F(Importing, ATimedSongBecomesAPairOfLrcFiles) {
   EXPECT_EQ(summary.written, 2U);
 }
 
+TEST_F(Importing, ALanguagesNameBecomesItsTag) {
+  put("from/x.lrc", "[00:01.00]a\n");
+  put("from/x.deutsch.lrc", "[00:01.00]y\n");
+  run();
+  EXPECT_EQ(read("x.de.lrc"), "[00:01.00]y\n");
+}
+
 TEST_F(Importing, ABilingualFileIsTakenApart) {
   put("from/x.lrc", "[00:01.00]a\n[00:01.00]b\n");
   run();

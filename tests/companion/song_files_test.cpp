@@ -60,6 +60,36 @@ TEST_F(SongFilesInAFolder, TheWantedLanguageIsPreferredThenItsVariantThenTheFirs
   EXPECT_EQ(found(), "a.lrc+a.de.lrc");
 }
 
+TEST_F(SongFilesInAFolder, ALanguageMayBeCalledByItsName) {
+  put({"a.lrc", "a.deutsch.lrc", "a.French.lrc", "b/lyrics.lrc", "b/translation.español.lrc"});
+  EXPECT_EQ(found("de"), "a.lrc+a.deutsch.lrc|b/lyrics.lrc+b/translation.español.lrc");
+  EXPECT_EQ(found("fr-CA"), "a.lrc+a.French.lrc|b/lyrics.lrc+b/translation.español.lrc");
+}
+
+TEST_F(SongFilesInAFolder, AnotherWordMakesASongOfItsOwnThatKnowsItsNamesake) {
+  put({"a.lrc", "a.live.lrc", "a.live.de.lrc", "b. Big.lrc", "b.lrc", "c.live.lrc"});
+  EXPECT_EQ(found(), "a.live.lrc+a.live.de.lrc|a.lrc|b. Big.lrc|b.lrc|c.live.lrc");
+  const FoundFiles files = findSongFiles(folder, "");
+  EXPECT_EQ(files.songs[0].namesake, folder / "a.lrc");
+  for (std::size_t i = 1; i < files.songs.size(); ++i) {
+    EXPECT_EQ(files.songs[i].namesake, "") << files.songs[i].lyrics;
+  }
+}
+
+TEST_F(SongFilesInAFolder, ATextNamedAfterAnotherIsWarnedOf) {
+  put({"a.txt", "a.live.txt"});
+  EXPECT_EQ(found(), "");
+  const FoundFiles files = findSongFiles(folder, "");
+  std::string text;
+  for (const Problem& problem : files.problems) text += problem.text() + "\n";
+  EXPECT_NE(
+      text.find("a.live.txt: warning: named after a.txt, but not as its translation, and left "
+                "out; if it translates a.txt, name it a.LANGUAGE.txt, such as a.de.txt; if it "
+                "is a song, add a.live.LANGUAGE.txt\n"),
+      std::string::npos)
+      << text;
+}
+
 TEST_F(SongFilesInAFolder, ATableOfTheSameNameTranslatesAndAloneIsASong) {
   put({"a.lrc", "a.po", "b.tsv", "c.lrc", "c.fr.tsv"});
   EXPECT_EQ(found(), "a.lrc+a.po|b.tsv|c.lrc+c.fr.tsv");
@@ -107,15 +137,6 @@ TEST_F(SongFilesInAFolder, AFolderThatIsNoneIsTold) {
   const FoundFiles files = findSongFiles(folder / "nowhere", "");
   ASSERT_EQ(files.problems.size(), 1U);
   EXPECT_NE(files.problems[0].text().find("nowhere: error: cannot be opened"), std::string::npos);
-}
-
-TEST(LanguageTags, AreOfThisForm) {
-  for (const char* tag : {"de", "zh", "yue", "pt-BR", "zh-Hant", "zh_TW", "sr-Latn-RS"}) {
-    EXPECT_TRUE(isLanguageTag(tag)) << tag;
-  }
-  for (const char* none : {"", "d", "live", "1234", "d1", "de-", "-de", "de-a", "de-abcdefghi"}) {
-    EXPECT_FALSE(isLanguageTag(none)) << none;
-  }
 }
 
 }  // namespace
