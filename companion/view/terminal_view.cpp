@@ -72,7 +72,7 @@ class TerminalView final : public View {
     int row = 0;
     // The last column stays free: a character there makes some terminals go on to the next row.
     for (const ScreenLine& line : screenOf(state, columns - 1, rows)) {
-      attrset(attributesOf(line.style));
+      attr_set(attributesOf(line.style), 0, nullptr);
       mvaddstr(row++, 0, line.text.c_str());
     }
     refresh();

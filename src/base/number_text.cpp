@@ -97,7 +97,7 @@ int hexDigit(char c) {
 // subnormal.
 double roundedToDouble(std::uint64_t mantissa, std::int64_t exponent) {
   if (mantissa == 0) return 0;
-  const std::int64_t width = std::bit_width(mantissa);
+  const auto width = static_cast<std::int64_t>(std::bit_width(mantissa));
   const std::int64_t last = std::max<std::int64_t>(exponent + width - 53, -1074);
   const std::int64_t dropped = last - exponent;
   if (dropped > width) return 0;
