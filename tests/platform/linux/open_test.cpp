@@ -133,10 +133,12 @@ TEST_F(OpenTest, HandsTheUrlUnchangedToTheRunningOverlay) {
 
 TEST_F(OpenTest, HandsOverSeveralUrlsAtOnceWithoutALookAtThem) {
   startOverlay();
-  const auto outcome = runProgram({helper, "TESSALY-overlay:%zz", "", "文 ü", "/a/file"});
+  const auto outcome =
+      runProgram({helper, "TESSALY-overlay:%zz", "x:", "mailto:文 ü", "a+b.c-1:/a/file"});
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_THAT(logToItsEnd(),
-              ElementsAre("started", "TESSALY-overlay:%zz", "", "文 ü", "/a/file", "end"));
+  EXPECT_EQ(outcome.errors, "");
+  EXPECT_THAT(logToItsEnd(), ElementsAre("started", "TESSALY-overlay:%zz", "x:", "mailto:文 ü",
+                                         "a+b.c-1:/a/file", "end"));
 }
 
 TEST_F(OpenTest, StartsTheOverlayBesideItWhereNoneRuns) {
@@ -190,10 +192,35 @@ TEST_F(OpenTest, SaysThatThereIsNoSessionBus) {
   EXPECT_EQ(outcome.errors, "vellora-open: there is no session bus to reach Vellora over\n");
 }
 
+TEST_F(OpenTest, SaysOfWhatHasNoSchemeThatItIsNoUrlAndHandsNothingOver) {
+  installOverlay(folder / "beside");
+  for (const std::string word :
+       {"foo", "", "/a/file", "--snapshot", "1x:y", ":y", "文:y", "a b:y"}) {
+    for (const auto& arguments : {std::vector<std::string>{helper, word}, {helper, url, word}}) {
+      const auto outcome = runProgram(arguments);
+      EXPECT_EQ(outcome.status, 2) << word;
+      EXPECT_EQ(outcome.output, "") << word;
+      EXPECT_EQ(outcome.errors,
+                "vellora-open: \"" + word +
+                    "\" is no URL: it has no scheme (usage: vellora-open URL...)\n");
+    }
+  }
+  EXPECT_THAT(log(), IsEmpty());  // no overlay was started
+}
+
+TEST_F(OpenTest, WhatIsToldCannotSteerATerminal) {
+  const auto outcome = runProgram({helper, "a\x1b[2J\n\u009b" + std::string(5000, 'x')});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(outcome.errors.find('\x1b'), std::string::npos);
+  EXPECT_EQ(outcome.errors.find("\u009b"), std::string::npos);
+  EXPECT_EQ(outcome.errors.find('\n'), outcome.errors.size() - 1);
+  EXPECT_LT(outcome.errors.size(), 400U);
+}
+
 TEST_F(OpenTest, ExplainsItselfWithoutAUrl) {
   const auto nothing = runProgram({helper});
   EXPECT_EQ(nothing.status, 2);
-  EXPECT_THAT(nothing.errors, HasSubstr("usage: vellora-open URL..."));
+  EXPECT_EQ(nothing.errors, "vellora-open: no URL is given (usage: vellora-open URL...)\n");
   const auto asked = runProgram({helper, "--help"});
   EXPECT_EQ(asked.status, 0);
   EXPECT_THAT(asked.output, HasSubstr("usage: vellora-open URL..."));

@@ -31,6 +31,10 @@ int fail(ExitStatus status, const std::string& reason) {
   return status;
 }
 
+int failUsage(const std::string& reason) {
+  return fail(wrongArguments, reason + " (usage: vellora-open URL...)");
+}
+
 // What became of a call to the overlay.
 struct Answer {
   bool taken = false;
@@ -121,11 +125,30 @@ int open(const std::vector<std::string>& urls) {
   return handedOver;
 }
 
-int run(const std::vector<std::string>& arguments) {
-  if (arguments.empty()) {
-    std::fputs(usage, stderr);
-    return wrongArguments;
+// Whether the text begins as a URL does: with a scheme and a colon (RFC 3986, section 3.1).
+bool hasScheme(const std::string& text) {
+  return GCharPtr(g_uri_parse_scheme(text.c_str())) != nullptr;
+}
+
+// UTF-8 in double quotes, short and without control characters, so that it cannot steer a terminal.
+std::string inQuotes(const std::string& text) {
+  constexpr int longest = 80;  // characters
+  std::string result = "\"";
+  const char* next = text.c_str();
+  for (int taken = 0; *next != '\0' && taken < longest; ++taken) {
+    const char* const end = g_utf8_next_char(next);
+    if (g_unichar_iscntrl(g_utf8_get_char(next)) != FALSE) {
+      result += '?';
+    } else {
+      result.append(next, end);
+    }
+    next = end;
   }
+  return result + (*next == '\0' ? "\"" : "…\"");
+}
+
+int run(const std::vector<std::string>& arguments) {
+  if (arguments.empty()) return failUsage("no URL is given");
   if (arguments[0] == "--help" || arguments[0] == "-h") {
     std::fputs(usage, stdout);
     return handedOver;
@@ -135,6 +158,8 @@ int run(const std::vector<std::string>& arguments) {
     if (!g_utf8_validate(url.c_str(), -1, nullptr)) {
       return fail(wrongArguments, "a URL is not valid UTF-8");
     }
+    // What a URL's scheme means, and whether it is accepted, is the overlay's affair.
+    if (!hasScheme(url)) return failUsage(inQuotes(url) + " is no URL: it has no scheme");
   }
   return open(arguments);
 }
