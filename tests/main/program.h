@@ -15,25 +15,28 @@
 
 namespace vellora {
 
-// A run of the program with nothing in its environment, no display, no bus, no home, but what a
-// sanitizer's build is told about leaks.
+// A run of the program with nothing in its environment, no display, no bus, no home, but the
+// variable ("NAME=value") that is given, and what a sanitizer's build is told about leaks.
 class Program {
  public:
-  explicit Program(std::vector<std::string> arguments) {
+  explicit Program(std::vector<std::string> arguments, std::string variable = {}) {
     arguments.insert(arguments.begin(), VELLORA_PROGRAM);
     std::vector<char*> argv;
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
     const char* const leaks = std::getenv("LSAN_OPTIONS");
     std::string leakOptions = std::string("LSAN_OPTIONS=") + (leaks != nullptr ? leaks : "");
-    char* environment[] = {leaks != nullptr ? leakOptions.data() : nullptr, nullptr};
+    std::vector<char*> environment;
+    if (leaks != nullptr) environment.push_back(leakOptions.data());
+    if (!variable.empty()) environment.push_back(variable.data());
+    environment.push_back(nullptr);
 
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
     redirect(files, STDOUT_FILENO, folder_ / "output");
     redirect(files, STDERR_FILENO, folder_ / "errors");
     const int failure =
-        posix_spawn(&pid_, VELLORA_PROGRAM, &files, nullptr, argv.data(), environment);
+        posix_spawn(&pid_, VELLORA_PROGRAM, &files, nullptr, argv.data(), environment.data());
     posix_spawn_file_actions_destroy(&files);
     if (failure != 0) throw std::runtime_error("cannot start the program");
   }

@@ -66,19 +66,54 @@ TEST(ProgramTest, TheDiagnosisPrintsThatItIsNotTrusted) {
   EXPECT_THAT(folder.names(), IsEmpty());
 }
 
-TEST(ProgramTest, TheOverlayRunsAndReportsEvenSo) {
+void waitFor(const std::filesystem::path& file) {
   using namespace std::chrono_literals;
-  TemporaryFolder folder;
-  Program program({"--unknown", "--snapshot", (folder / "s.json").string()});
   const auto deadline = std::chrono::steady_clock::now() + 20s;
-  while (!std::filesystem::exists(folder / "status.json") &&
-         std::chrono::steady_clock::now() < deadline) {
+  while (!std::filesystem::exists(file) && std::chrono::steady_clock::now() < deadline) {
     std::this_thread::sleep_for(10ms);
   }
+}
+
+TEST(ProgramTest, TheOverlayRunsAndReportsEvenSo) {
+  TemporaryFolder folder;
+  Program program({"--unknown", "--snapshot", (folder / "s.json").string()});
+  waitFor(folder / "status.json");
   EXPECT_TRUE(program.running());
   EXPECT_THAT(folder.names(), ElementsAre("status.json"));
   EXPECT_EQ(readText(folder / "status.json"),
             R"({"message":"Waiting for fresh lyrics from Tessaly","stopped":false})");
+}
+
+TEST(ProgramTest, TheOverlaySaysThatThereIsNoDisplay) {
+  const struct {
+    const char* variable;
+    const char* line;
+  } cases[] = {
+      {"", "Vellora: there is no display (DISPLAY is not set), so no captions can be shown.\n"},
+      {"DISPLAY=",
+       "Vellora: there is no display (DISPLAY is not set), so no captions can be shown.\n"},
+      {"DISPLAY=:64999",
+       "Vellora: there is no display (the one that DISPLAY names cannot be reached), so no "
+       "captions "
+       "can be shown.\n"}};
+  for (const auto& each : cases) {
+    TemporaryFolder folder;
+    Program program({"--snapshot", (folder / "s.json").string()}, each.variable);
+    waitFor(folder / "status.json");
+    EXPECT_TRUE(program.running());
+    EXPECT_EQ(program.errors(), each.line) << each.variable;
+    EXPECT_EQ(program.output(), "") << each.variable;
+  }
+}
+
+TEST(ProgramTest, WhatNeedsNoDisplaySaysNothingOfIt) {
+  for (const char* mode : {"--render-test", "--diagnose"}) {
+    for (const char* variable : {"", "DISPLAY=:64999"}) {
+      Program program({mode}, variable);
+      EXPECT_THAT(program.wait(), SucceededStatus()) << mode;
+      EXPECT_EQ(program.errors(), "") << mode << " " << variable;
+    }
+  }
 }
 
 }  // namespace

@@ -1,12 +1,23 @@
 #include "platform/platform.h"
 
+#include <cstdio>
+#include <cstdlib>
+
 #include "platform/linux/accessibility/linux_accessibility.h"
 #include "platform/linux/desktop/desktop.h"
 #include "platform/linux/drawing/pango_painter.h"
 #include "platform/linux/window/window.h"
+#include "platform/linux/window/x_session.h"
 
 namespace vellora {
 namespace {
+
+void tellThatThereIsNoDisplay() {
+  const char* const name = std::getenv("DISPLAY");
+  const bool named = name != nullptr && *name != '\0';
+  std::fprintf(stderr, "Vellora: there is no display (%s), so no captions can be shown.\n",
+               named ? "the one that DISPLAY names cannot be reached" : "DISPLAY is not set");
+}
 
 // Connects to nothing until it is asked for what needs it.
 class LinuxPlatform final : public Platform {
@@ -26,7 +37,12 @@ class LinuxPlatform final : public Platform {
   }
   std::unique_ptr<NativeView> makeView() override { return vellora::makeView(session()); }
   std::unique_ptr<Panel> makePanel() override { return vellora::makePanel(session()); }
-  std::unique_ptr<StatusItem> makeStatusItem() override { return vellora::makeStatusItem(); }
+  // The overlay asks for it once, at its launch. What draws into a file or only reads never does,
+  // and needs no display.
+  std::unique_ptr<StatusItem> makeStatusItem() override {
+    if (!session()->present()) tellThatThereIsNoDisplay();
+    return vellora::makeStatusItem();
+  }
 
  private:
   // One display connection for all that needs one.
