@@ -169,17 +169,17 @@ GtkWidget* PlayerWindow::newTransport() {
   });
   connect(next,
           [](GtkWidget*, gpointer self) { static_cast<PlayerWindow*>(self)->playback_.next(); });
-  // Not named like the view that it shows, so that the view's name is the only one of its kind.
-  lyricsSwitch_ = gtk_toggle_button_new_with_label("Show lyrics");
+  // It says what a press does. Not named like the view that it shows, so that the view's name is
+  // the only one of its kind.
+  lyricsSwitch_ = gtk_button_new();
   gtk_widget_set_focus_on_click(lyricsSwitch_, FALSE);
   gtk_widget_set_valign(lyricsSwitch_, GTK_ALIGN_CENTER);
   gtk_widget_set_margin_start(lyricsSwitch_, 10);
   addStyleClass(lyricsSwitch_, "lyrics-switch");
-  g_signal_connect(
-      lyricsSwitch_, "toggled", G_CALLBACK(+[](GtkToggleButton* button, gpointer self) {
-        static_cast<PlayerWindow*>(self)->setLyricsShown(gtk_toggle_button_get_active(button));
-      }),
-      this);
+  connect(lyricsSwitch_, [](GtkWidget*, gpointer self) {
+    auto* const window = static_cast<PlayerWindow*>(self);
+    window->setLyricsShown(!window->lyricsShown());
+  });
   for (GtkWidget* button : {previous, playButton_, next, lyricsSwitch_}) {
     gtk_box_pack_start(GTK_BOX(transport), button, FALSE, FALSE, 0);
   }
@@ -222,7 +222,12 @@ void PlayerWindow::setLyricsShown(bool shown) {
   if (gtk_widget_get_parent(other) != nullptr) gtk_container_remove(GTK_CONTAINER(stage_), other);
   gtk_box_pack_start(GTK_BOX(stage_), wanted, TRUE, TRUE, 0);
   gtk_widget_show_all(wanted);
-  gtk_toggle_button_set_active(GTK_TOGGLE_BUTTON(lyricsSwitch_), shown);
+  gtk_button_set_label(GTK_BUTTON(lyricsSwitch_), shown ? "Hide lyrics" : "Show lyrics");
+  setStyleClass(lyricsSwitch_, "on", shown);
+}
+
+bool PlayerWindow::lyricsShown() const {
+  return gtk_widget_get_parent(lyrics_.widget()) != nullptr;
 }
 
 void PlayerWindow::changed(const Playback::Change& change) {
@@ -291,7 +296,7 @@ bool PlayerWindow::keyPressed(const GdkEventKey& event) {
       playback_.next();
       return true;
     case GDK_KEY_l:
-      setLyricsShown(gtk_widget_get_parent(lyrics_.widget()) == nullptr);
+      setLyricsShown(!lyricsShown());
       return true;
     default:
       return false;

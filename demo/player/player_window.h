@@ -29,6 +29,7 @@ class PlayerWindow {
   // Brings the window to the front.
   void present();
   void setLyricsShown(bool shown);
+  bool lyricsShown() const;
 
  private:
   GtkWidget* newSidebar();

@@ -30,7 +30,7 @@ window { background-color: #16151d; color: #f4f2fa; }
 .transport:hover { background-color: #2d2a3a; }
 .lyrics-switch { background: #2a2736; border: none; box-shadow: none; border-radius: 8px;
   padding: 4px 12px; color: #cfcade; text-shadow: none; font-size: 12px; }
-.lyrics-switch:checked { background: #fa3b58; color: #ffffff; }
+.lyrics-switch.on { background: #fa3b58; color: #ffffff; }
 scale trough { background-color: #33303f; border: none; min-height: 4px; border-radius: 2px; }
 scale highlight { background-color: #fa3b58; border: none; min-height: 4px; border-radius: 2px; }
 scale slider { background: #ffffff; border: none; box-shadow: none; min-width: 12px;

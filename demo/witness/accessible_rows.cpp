@@ -104,6 +104,7 @@ void collect(const Element& element, bool inLyrics, SeenPlayer& seen, int depth)
     if (seen.title.empty()) seen.title = element.text("Name");
   }
   const std::string label = element.text("Name");
+  if (!inLyrics && label.ends_with(" lyrics")) seen.lyricsSwitch = {label, element.extents()};
   inLyrics = inLyrics || label == "Lyrics" || element.text("Description") == "Lyrics";
   if (inLyrics) {
     const std::string role = element.role();

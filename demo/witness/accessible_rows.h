@@ -20,6 +20,7 @@ struct SeenPlayer {
   Rect window;
   Rect viewport;  // the lyrics' scroll area, clipped to the window
   std::vector<SeenRow> rows;
+  SeenRow lyricsSwitch;  // the button that shows and hides them
   bool operator==(const SeenPlayer&) const = default;
 };
 
