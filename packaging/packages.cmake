@@ -2,7 +2,8 @@
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME vellora)
 set(CPACK_PACKAGE_VENDOR "the Vellora authors")
-set(CPACK_PACKAGE_CONTACT "the Vellora authors <maintainers@vellora.invalid>")
+# A stand-in: ".invalid" is nobody's (RFC 2606). docs/release-checklist.md has what to put here.
+set(CPACK_PACKAGE_CONTACT "Vellora maintainers <maintainers@vellora.invalid>")
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 # Each package has a summary of its own: the first line of its description.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
