@@ -11,4 +11,10 @@ NodeIndex AccessibleStore::intern(AccessibleReference reference, std::optional<N
   return entry->second;
 }
 
+std::optional<NodeIndex> AccessibleStore::find(const AccessibleReference& reference) const {
+  const auto entry = indices_.find(reference);
+  if (entry == indices_.end()) return std::nullopt;
+  return entry->second;
+}
+
 }  // namespace vellora

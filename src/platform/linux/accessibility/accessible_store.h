@@ -70,11 +70,13 @@ struct AccessibleNode {
   AccessibleMoment moment;
 };
 
-// The objects that a reading has met, each once, whatever cycles their lists form. References to
-// nodes hold until the next `intern`.
+// The objects that were met, each once, whatever cycles their lists form. A parent comes before its
+// children. References to nodes hold until the next `intern`.
 class AccessibleStore {
  public:
   NodeIndex intern(AccessibleReference reference, std::optional<NodeIndex> parent);
+
+  std::optional<NodeIndex> find(const AccessibleReference& reference) const;
 
   AccessibleNode& operator[](NodeIndex node) { return nodes_[node]; }
   const AccessibleNode& operator[](NodeIndex node) const { return nodes_[node]; }

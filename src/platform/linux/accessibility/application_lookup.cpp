@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -28,11 +30,10 @@ bool isActive(const AccessibleNode& window) {
   return window.moment.states.value.value_or(0) >> AtspiState::active & 1U;
 }
 
-}  // namespace
-
-std::optional<NodeIndex> findApplication(BusConnection& bus, AccessibleStore& store,
-                                         AccessibleQueries& queries, std::int32_t processIdentifier,
-                                         Steady::time_point deadline) {
+std::optional<AccessibleReference> findRoot(BusConnection& bus, std::int32_t processIdentifier,
+                                            Steady::time_point deadline) {
+  AccessibleStore store;
+  AccessibleQueries queries(bus, store);
   const NodeIndex root = store.intern({registry, registryRoot}, std::nullopt);
   queries.askChildren(root);
   bus.exchange(deadline);
@@ -50,34 +51,69 @@ std::optional<NodeIndex> findApplication(BusConnection& bus, AccessibleStore& st
   bus.exchange(deadline);
   const auto sought = std::ranges::find(isSought, true);
   if (sought == isSought.end()) return std::nullopt;
-  return programs[static_cast<std::size_t>(sought - isSought.begin())];
+  return store[programs[static_cast<std::size_t>(sought - isSought.begin())]].reference;
 }
 
-std::vector<NodeIndex> findWindows(BusConnection& bus, AccessibleStore& store,
-                                   AccessibleQueries& queries, NodeIndex application,
-                                   Steady::time_point deadline) {
-  const AccessibleReference program = store[application].reference;
+std::optional<std::string> askToolkit(BusConnection& bus, const AccessibleReference& root,
+                                      Steady::time_point deadline) {
   std::optional<std::string> toolkit;
-  BusMessagePtr probe =
-      bus.newCall(program.bus, program.path, "org.freedesktop.DBus.Properties", "Get");
-  if (probe) {
-    sd_bus_message_append(probe.get(), "ss", "org.a11y.atspi.Application", "ToolkitName");
-  }
-  bus.send(std::move(probe),
+  BusMessagePtr call = bus.newCall(root.bus, root.path, "org.freedesktop.DBus.Properties", "Get");
+  if (call) sd_bus_message_append(call.get(), "ss", "org.a11y.atspi.Application", "ToolkitName");
+  bus.send(std::move(call),
            [&toolkit](sd_bus_message* reply) { toolkit = readTextProperty(reply); });
   bus.exchange(deadline);
-  if (answersGetAll(toolkit)) queries.setProgramThatAnswersAll(program.bus);
+  return toolkit;
+}
 
-  queries.askProperties(application);
-  bus.exchange(deadline);
-  queries.askChildren(application);
-  bus.exchange(deadline);
-  auto windows = store[application].facts.children.value.value_or(std::vector<NodeIndex>());
-
+// Of the first window alone, and then of the others: true when the first one answers.
+bool askStates(BusConnection& bus, const AccessibleStore& store, AccessibleQueries& queries,
+               const std::vector<NodeIndex>& windows, Steady::time_point deadline) {
   for (std::size_t i = 0; i < std::min(windows.size(), mostWindows); ++i) {
     queries.askStates(windows[i]);
+    if (i == 0) bus.exchange(deadline);
   }
   bus.exchange(deadline);
+  return !windows.empty() && store[windows.front()].moment.states.value;
+}
+
+std::vector<NodeIndex> listWindows(BusConnection& bus, ProgramMemory& memory,
+                                   AccessibleQueries& queries, Steady::time_point deadline) {
+  const NodeIndex root = memory.root();
+  queries.askProperties(root);
+  bus.exchange(deadline);
+  queries.askChildren(root);
+  bus.exchange(deadline);
+  const auto windows = memory.windows();
+  askStates(bus, memory.store(), queries, windows, deadline);
+  return windows;
+}
+
+}  // namespace
+
+std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
+                                   AccessibleQueries& queries, Steady::time_point deadline) {
+  memory.beginReading();
+  auto windows = memory.windows();
+  if (!windows.empty()) {
+    if (askStates(bus, memory.store(), queries, windows, deadline)) {
+      memory.takeInChanges();
+    } else {
+      memory.forgetProgram();
+    }
+    windows = memory.windows();
+  }
+  if (!memory.program()) {
+    auto root = findRoot(bus, memory.processIdentifier(), deadline);
+    if (!root) return {};
+    auto toolkit = askToolkit(bus, *root, deadline);
+    memory.setProgram({std::move(*root), std::move(toolkit)}, bus);
+  }
+  if (answersGetAll(memory.program()->toolkit)) {
+    queries.setProgramThatAnswersAll(memory.program()->root.bus);
+  }
+  if (windows.empty()) windows = listWindows(bus, memory, queries, deadline);
+  if (windows.empty()) memory.forgetProgram();
+  const AccessibleStore& store = memory.store();
   std::ranges::stable_partition(windows,
                                 [&store](NodeIndex window) { return isActive(store[window]); });
   return windows;

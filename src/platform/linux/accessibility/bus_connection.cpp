@@ -52,12 +52,15 @@ void BusConnection::send(BusMessagePtr call, ReplyHandler handler) {
   waiting_.push_back({this, std::move(peer), std::move(call), std::move(handler), {}, {}, false});
 }
 
-void BusConnection::subscribe(const char* rule, SignalHandler handler) {
+void BusConnection::subscribe(const std::string& rule, SignalHandler handler,
+                              std::function<void(bool isInstalled)> installed) {
   auto match = std::make_unique<Match>();
   match->handler = std::move(handler);
+  match->installed = std::move(installed);
   sd_bus_slot* slot = nullptr;
-  if (sd_bus_add_match_async(bus_.get(), &slot, rule, onSignal, onMatchInstalled, match.get()) <
-      0) {
+  if (sd_bus_add_match_async(bus_.get(), &slot, rule.c_str(), onSignal, onMatchInstalled,
+                             match.get()) < 0) {
+    if (match->installed) match->installed(false);
     return;
   }
   match->slot.reset(slot);
@@ -112,13 +115,17 @@ int BusConnection::onReply(sd_bus_message* reply, void* call, sd_bus_error*) {
   return 0;
 }
 
-int BusConnection::onSignal(sd_bus_message*, void* match, sd_bus_error*) {
-  static_cast<Match*>(match)->handler();
+int BusConnection::onSignal(sd_bus_message* signal, void* match, sd_bus_error*) {
+  static_cast<Match*>(match)->handler(signal);
   return 0;
 }
 
 // A daemon that refuses the match sends no signals; the connection goes on without them.
-int BusConnection::onMatchInstalled(sd_bus_message*, void*, sd_bus_error*) { return 0; }
+int BusConnection::onMatchInstalled(sd_bus_message* reply, void* match, sd_bus_error*) {
+  const Match& added = *static_cast<Match*>(match);
+  if (added.installed) added.installed(!sd_bus_message_is_method_error(reply, nullptr));
+  return 0;
+}
 
 void BusConnection::tell(Call& call, sd_bus_message* reply) {
   if (call.told) return;

@@ -20,8 +20,8 @@ using Steady = std::chrono::steady_clock;
 // connection lost). May send further calls, nothing else.
 using ReplyHandler = std::function<void(sd_bus_message* reply)>;
 
-// Told for each signal of a match.
-using SignalHandler = std::function<void()>;
+// Told for each signal of a match. Sends calls, or nothing.
+using SignalHandler = std::function<void(sd_bus_message* signal)>;
 
 // A client's connection to a D-Bus daemon, over which many calls are under way at once. Nothing
 // here waits but `exchange`. A peer that let a call time out counts as silent until it answers that
@@ -45,8 +45,10 @@ class BusConnection {
   // Sends the call when there is room among those under way.
   void send(BusMessagePtr call, ReplyHandler handler);
 
-  // Has `handler` told of signals until the connection ends. `rule` is a D-Bus match rule.
-  void subscribe(const char* rule, SignalHandler handler);
+  // Has `handler` told of signals until the connection ends. `rule` is a D-Bus match rule. A call
+  // that is sent later is answered after `installed` was told whether the daemon took the rule.
+  void subscribe(const std::string& rule, SignalHandler handler,
+                 std::function<void(bool isInstalled)> installed = {});
 
   // Sends, receives and waits until every call was told or the deadline has passed; what is still
   // open then is told that there is no reply. `refill` is asked for more calls when few are left.
@@ -76,6 +78,7 @@ class BusConnection {
   };
   struct Match {
     SignalHandler handler;
+    std::function<void(bool isInstalled)> installed;
     BusSlotPtr slot;
   };
 

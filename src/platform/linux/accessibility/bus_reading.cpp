@@ -21,21 +21,23 @@ constexpr std::size_t mostVisited = 700;
 BusReading::BusReading(std::shared_ptr<ConnectionSlot> slot, Steady::duration timeout)
     : slot_(std::move(slot)), timeout_(timeout), connection_(slot_->take()) {}
 
-BusReading::~BusReading() { slot_->keep(std::move(connection_)); }
+BusReading::~BusReading() {
+  if (memory_) memory_->endReading();
+  slot_->keep(std::move(connection_));
+}
 
 std::vector<NodeIndex> BusReading::windows(std::int32_t processIdentifier) {
   const auto end = Steady::now() + timeout_;
-  bus_ = connection_->prepare(timeout_, end);
+  bus_ = connection_->prepare(processIdentifier, timeout_);
   if (!bus_) return {};
-  queries_.emplace(*bus_, store_);
-  prefetch_.emplace(*bus_, store_, *queries_);
-  const auto application = findApplication(*bus_, store_, *queries_, processIdentifier, end);
-  if (!application) return {};
-  return findWindows(*bus_, store_, *queries_, *application, end);
+  memory_ = &connection_->memory();
+  queries_.emplace(*bus_, memory_->store());
+  prefetch_.emplace(*bus_, memory_->store(), *queries_);
+  return findWindows(*bus_, *memory_, *queries_, end);
 }
 
 std::optional<bool> BusReading::isIconified(NodeIndex window) {
-  const auto& states = store_[window].moment.states.value;
+  const auto& states = memory_->store()[window].moment.states.value;
   if (!states) return std::nullopt;
   return (*states >> AtspiState::iconified & 1U) != 0;
 }
@@ -43,27 +45,27 @@ std::optional<bool> BusReading::isIconified(NodeIndex window) {
 std::optional<std::uint32_t> BusReading::role(NodeIndex node, int depth) {
   ++visited_;
   fetchFacts(node, depth);
-  return store_[node].facts.role.value;
+  return memory_->store()[node].facts.role.value;
 }
 
 std::optional<AccessibleProperties> BusReading::properties(NodeIndex node, int depth) {
   fetchFacts(node, depth);
-  return store_[node].facts.properties.value;
+  return memory_->store()[node].facts.properties.value;
 }
 
 std::optional<std::vector<NodeIndex>> BusReading::children(NodeIndex node, int depth) {
   fetchFacts(node, depth);
-  if (store_[node].facts.children.isUnasked()) {
+  if (memory_->store()[node].facts.children.isUnasked()) {
     if (const auto until = deadline()) {
       queries_->askChildren(node);
       bus_->exchange(*until);
     }
   }
-  return store_[node].facts.children.value;
+  return memory_->store()[node].facts.children.value;
 }
 
 std::optional<AccessibleExtents> BusReading::extents(NodeIndex node, int depth) {
-  if (store_[node].moment.extents.isUnasked()) {
+  if (memory_->store()[node].moment.extents.isUnasked()) {
     if (const auto until = deadline()) {
       if (depth == 0 || !walkBegin_) {
         queries_->askExtents(node);
@@ -73,18 +75,19 @@ std::optional<AccessibleExtents> BusReading::extents(NodeIndex node, int depth) 
       }
     }
   }
-  return store_[node].moment.extents.value;
+  return memory_->store()[node].moment.extents.value;
 }
 
 void BusReading::fetchFacts(NodeIndex node, int depth) {
-  if (!store_[node].facts.role.isUnasked() && !store_[node].facts.properties.isUnasked()) return;
   if (!walkBegin_) walkBegin_ = Steady::now();
+  const AccessibleFacts& facts = memory_->store()[node].facts;
+  if (!facts.role.isUnasked() && !facts.properties.isUnasked()) return;
   const auto until = deadline();
   if (!until) return;
   prefetch_->askFacts(node, depth, elementsLeft(), *walkBegin_ + prefetchTime,
                       *walkBegin_ + walkTime);
-  if (store_[node].facts.role.isUnasked()) queries_->askRole(node);
-  if (store_[node].facts.properties.isUnasked()) queries_->askProperties(node);
+  if (memory_->store()[node].facts.role.isUnasked()) queries_->askRole(node);
+  if (memory_->store()[node].facts.properties.isUnasked()) queries_->askProperties(node);
   bus_->exchange(*until);
 }
 

@@ -14,8 +14,8 @@
 namespace vellora {
 
 // One reading of a program's windows over the accessibility bus: what its elements have in common.
-// It has a store of its own, so nothing is remembered from another reading; what a program was
-// asked once in a reading it is not asked again in it. One thread at a time.
+// What an earlier reading found out and the program tells no change of it does not ask again
+// (`ProgramMemory`), nor anything twice. One thread at a time.
 //
 // Time: listing the windows takes one messaging timeout at most. The first question about what is
 // in a window is answered in volleys for the whole window; from then on the reading asks for 0.3 s,
@@ -46,9 +46,9 @@ class BusReading {
 
   std::shared_ptr<ConnectionSlot> slot_;
   Steady::duration timeout_;
-  AccessibleStore store_;
   std::unique_ptr<ReadingConnection> connection_;
-  BusConnection* bus_ = nullptr;  // of connection_; null when nothing can be asked
+  BusConnection* bus_ = nullptr;     // of connection_; null when nothing can be asked
+  ProgramMemory* memory_ = nullptr;  // of connection_; there when windows were
   std::optional<AccessibleQueries> queries_;
   std::optional<TreePrefetch> prefetch_;
   std::optional<Steady::time_point> walkBegin_;

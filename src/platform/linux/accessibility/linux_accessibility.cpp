@@ -5,7 +5,8 @@
 
 #include "platform/linux/accessibility/bus_elements.h"
 #include "platform/linux/accessibility/reading_connection.h"
-#include "platform/linux/accessibility/trust_watch.h"
+#include "platform/linux/accessibility/status_watch.h"
+#include "platform/linux/desktop/glib_ptr.h"
 
 namespace vellora {
 
@@ -16,9 +17,31 @@ constexpr const char* advice =
     "again (Qt programs look for accessibility only at their start), and see that the package "
     "at-spi2-core is installed.\n";
 
+constexpr auto firstAnswerWait = std::chrono::milliseconds(250);
+
+// A player in front is read eight times a second, so a connection that has rested this long is not
+// needed soon.
+constexpr guint longestRest = 2;  // seconds
+
 class LinuxAccessibility final : public Accessibility {
  public:
-  bool isTrusted() override { return watch_.isTrusted(); }
+  LinuxAccessibility() {
+    // The source has a share of its own: it may be at work when this object goes on another thread.
+    using Connections = std::shared_ptr<ConnectionSlot>;
+    g_source_set_callback(
+        resting_.get(),
+        [](gpointer connections) noexcept -> gboolean {
+          (*static_cast<Connections*>(connections))->closeRested(std::chrono::seconds(longestRest));
+          return G_SOURCE_CONTINUE;
+        },
+        new Connections(connections_),
+        [](gpointer connections) { delete static_cast<Connections*>(connections); });
+    g_source_attach(resting_.get(), nullptr);
+  }
+  LinuxAccessibility(const LinuxAccessibility&) = delete;
+  LinuxAccessibility& operator=(const LinuxAccessibility&) = delete;
+
+  bool isTrusted() override { return watch_.status(firstAnswerWait).isUsable(); }
 
   void requestTrust() override {
     watch_.enable();
@@ -33,9 +56,10 @@ class LinuxAccessibility final : public Accessibility {
   }
 
  private:
-  TrustWatch watch_;
+  StatusWatch watch_;
   // Shared with the readings, which may outlive this object.
   const std::shared_ptr<ConnectionSlot> connections_ = std::make_shared<ConnectionSlot>();
+  const GSourcePtr resting_{g_timeout_source_new_seconds(longestRest)};
 };
 
 }  // namespace

@@ -2,24 +2,24 @@
 
 #include <utility>
 
-#include "platform/linux/accessibility/status_query.h"
-
 namespace vellora {
 
-BusConnection* ReadingConnection::prepare(Steady::duration timeout, Steady::time_point deadline) {
-  if (!session_ || session_->isBroken()) session_ = BusConnection::openSession();
-  if (!session_) return nullptr;
-  session_->setTimeout(timeout);
+namespace {
 
-  AccessibilityStatus status;
-  askAccessibilityStatus(*session_,
-                         [&status](const AccessibilityStatus& found) { status = found; });
-  session_->exchange(deadline);
-  if (!status.isEnabled || status.busAddress.empty()) return nullptr;
+// So long does a change that the program does not signal stay unseen at most.
+constexpr auto longestMemory = std::chrono::seconds(2);
 
-  if (!bus_ || bus_->isBroken() || address_ != status.busAddress) {
+}  // namespace
+
+BusConnection* ReadingConnection::prepare(std::int32_t processIdentifier,
+                                          Steady::duration timeout) {
+  const AccessibilityStatus status = status_.status(timeout);
+  if (!status.isUsable()) return nullptr;
+  if (!bus_ || bus_->isBroken() || address_ != status.busAddress ||
+      memory_->processIdentifier() != processIdentifier) {
     bus_ = BusConnection::open(status.busAddress);
     address_ = status.busAddress;
+    memory_ = std::make_unique<ProgramMemory>(processIdentifier, longestMemory);
   }
   if (bus_) bus_->setTimeout(timeout);
   return bus_.get();
@@ -33,6 +33,13 @@ std::unique_ptr<ReadingConnection> ConnectionSlot::take() {
 void ConnectionSlot::keep(std::unique_ptr<ReadingConnection> connection) {
   const std::lock_guard lock(mutex_);
   kept_ = std::move(connection);
+  keptSince_ = Steady::now();
+}
+
+void ConnectionSlot::closeRested(Steady::duration rest) {
+  std::unique_ptr<ReadingConnection> rested;  // closed when the lock is free again
+  const std::lock_guard lock(mutex_);
+  if (kept_ && Steady::now() - keptSince_ >= rest) rested = std::move(kept_);
 }
 
 }  // namespace vellora

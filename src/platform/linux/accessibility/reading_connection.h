@@ -1,24 +1,32 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
 
 #include "platform/linux/accessibility/bus_connection.h"
+#include "platform/linux/accessibility/program_memory.h"
+#include "platform/linux/accessibility/status_watch.h"
 
 namespace vellora {
 
 // The connections that a reading needs: to the session bus, which tells where the accessibility bus
-// is and whether it may be used, and to that bus. They stay open from one reading to the next. One
-// thread at a time.
+// is and whether it may be used, and to that bus; and what is known of the program that is read
+// over it. They stay from one reading to the next. One thread at a time.
 class ReadingConnection {
  public:
-  // The accessibility bus, connected anew where that is needed; null when there is none, when
-  // accessibility is switched off, or when no answer comes before the deadline.
-  BusConnection* prepare(Steady::duration timeout, Steady::time_point deadline);
+  // The accessibility bus, connected anew where that is needed, for instance for another process;
+  // null when there is none or when accessibility is switched off. The first call waits for the
+  // session's word on that, `timeout` at most, which is also the timeout of each call over the bus.
+  BusConnection* prepare(std::int32_t processIdentifier, Steady::duration timeout);
+
+  // What is known of that process's program.
+  ProgramMemory& memory() { return *memory_; }
 
  private:
-  std::unique_ptr<BusConnection> session_;
+  StatusWatch status_;
+  std::unique_ptr<ProgramMemory> memory_;  // what came over bus_
   std::unique_ptr<BusConnection> bus_;
   std::string address_;  // of bus_
 };
@@ -31,9 +39,14 @@ class ConnectionSlot {
   std::unique_ptr<ReadingConnection> take();
   void keep(std::unique_ptr<ReadingConnection> connection);
 
+  // Closes the one that is kept when it has been for as long as `rest`: signals come to it, and
+  // nobody but a reading takes them in.
+  void closeRested(Steady::duration rest);
+
  private:
   std::mutex mutex_;
   std::unique_ptr<ReadingConnection> kept_;
+  Steady::time_point keptSince_;
 };
 
 }  // namespace vellora

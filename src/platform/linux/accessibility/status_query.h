@@ -13,6 +13,9 @@ namespace vellora {
 struct AccessibilityStatus {
   std::string busAddress;
   bool isEnabled = false;
+
+  // Whether programs may be read.
+  bool isUsable() const { return isEnabled && !busAddress.empty(); }
 };
 
 // The D-Bus names are those of at-spi2-core: org.a11y.Bus owns /org/a11y/bus, which has the

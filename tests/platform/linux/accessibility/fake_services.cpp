@@ -140,6 +140,7 @@ class ProgramServer {
     if (is(call, "GetChildAtIndex")) ++counts_.childAtIndex;
     if (is(call, "GetState")) ++counts_.states;
     if (is(call, "GetExtents")) ++counts_.extents;
+    if (is(call, "GetApplicationBusAddress")) ++counts_.busAddress;
     if (!found) {
       return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_UNKNOWN_OBJECT, "it is gone");
     }
@@ -147,6 +148,9 @@ class ProgramServer {
     if (is(call, "GetAll")) return answerAll(call, *found);
     if (is(call, "Get")) return answerOne(call, *found);
     if (is(call, "GetRole")) return sd_bus_reply_method_return(call, "u", found->role);
+    if (is(call, "GetApplicationBusAddress") && !program_.tellsNobody) {
+      return sd_bus_reply_method_return(call, "s", "unix:path=/nonexistent/bus");
+    }
     if (is(call, "GetChildren")) return answerChildren(call, *found);
     if (is(call, "GetChildAtIndex")) return answerChild(call, *found);
     if (is(call, "GetState")) {

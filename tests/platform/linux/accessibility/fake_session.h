@@ -90,6 +90,8 @@ struct FakeAccessible {
 struct FakeProgram {
   std::vector<FakeAccessible> objects;
   std::string toolkit = "gtk";
+  // Whether it is asked for its own bus in vain, and so has nobody whom it would signal changes.
+  bool tellsNobody = false;
   int microsecondsPerCall = 0;
   // After this many calls it stops itself or dies.
   std::optional<int> stopsAfter;
@@ -98,7 +100,7 @@ struct FakeProgram {
 
 // What the program was asked, counted in memory that it shares with the test.
 struct CallCounts {
-  std::atomic<int> all, getAll, get, role, children, childAtIndex, states, extents;
+  std::atomic<int> all, getAll, get, role, children, childAtIndex, states, extents, busAddress;
   char busName[32];  // its unique name, written before it is ready
 };
 

@@ -1,47 +1,42 @@
-#include "platform/linux/accessibility/trust_watch.h"
+#include "platform/linux/accessibility/status_watch.h"
 
 namespace vellora {
 
-namespace {
-
-constexpr auto firstAnswerWait = std::chrono::milliseconds(250);
-
-}  // namespace
-
-bool TrustWatch::isTrusted() {
+AccessibilityStatus StatusWatch::status(Steady::duration patience) {
   BusConnection* session = connect();
-  if (!session) return false;
+  if (!session) return {};
   if (!waited_) {
     waited_ = true;
-    session->wait(Steady::now() + firstAnswerWait);
+    session->wait(Steady::now() + patience);
   } else {
     session->pump();
   }
-  return trusted_ && !session->isBroken();
+  if (session->isBroken()) return {};
+  return status_;
 }
 
-void TrustWatch::enable() {
+void StatusWatch::enable() {
   if (BusConnection* session = connect()) {
     enableAccessibility(*session, [this] { ask(); });
     session->pump();
   }
 }
 
-BusConnection* TrustWatch::connect() {
+BusConnection* StatusWatch::connect() {
   if (session_ && !session_->isBroken()) return session_.get();
-  trusted_ = false;
+  status_ = {};
   asking_ = false;
   askAgain_ = false;
   session_ = BusConnection::openSession();
   if (!session_) return nullptr;
-  session_->subscribe(statusChangedRule, [this] { ask(); });
-  session_->subscribe(statusOwnerChangedRule, [this] { ask(); });
+  session_->subscribe(statusChangedRule, [this](sd_bus_message*) { ask(); });
+  session_->subscribe(statusOwnerChangedRule, [this](sd_bus_message*) { ask(); });
   ask();
   return session_.get();
 }
 
 // One question at a time: signals that come while one is under way lead to one more.
-void TrustWatch::ask() {
+void StatusWatch::ask() {
   if (asking_) {
     askAgain_ = true;
     return;
@@ -49,7 +44,7 @@ void TrustWatch::ask() {
   asking_ = true;
   askAgain_ = false;
   askAccessibilityStatus(*session_, [this](const AccessibilityStatus& status) {
-    trusted_ = status.isEnabled && !status.busAddress.empty();
+    status_ = status;
     asking_ = false;
     if (askAgain_ && !session_->isBroken()) ask();
   });

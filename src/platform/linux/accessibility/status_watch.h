@@ -7,13 +7,13 @@
 
 namespace vellora {
 
-// Whether the session's accessibility is there and switched on, kept by the session bus's signals
-// on a connection of its own. It needs no event loop: each call takes in what has arrived. Main
-// thread.
-class TrustWatch {
+// The status of the session's accessibility, kept by the session bus's signals on a connection of
+// its own. It needs no event loop: each call takes in what has arrived. One thread at a time.
+class StatusWatch {
  public:
-  // The first call, and only that one, waits for the session's answer, 250 ms at most.
-  bool isTrusted();
+  // As last told; while nothing is known there is no bus, and accessibility is off. The first call,
+  // and only that one, waits for the session's answer, `patience` at most.
+  AccessibilityStatus status(Steady::duration patience);
 
   // Switches accessibility on without waiting for the outcome.
   void enable();
@@ -24,7 +24,7 @@ class TrustWatch {
   void ask();
 
   bool waited_ = false;
-  bool trusted_ = false;
+  AccessibilityStatus status_;
   bool asking_ = false;
   bool askAgain_ = false;
   std::unique_ptr<BusConnection> session_;  // last: its calls name the members above

@@ -1,0 +1,74 @@
+#include "platform/linux/accessibility/change_watch.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "platform/linux/accessibility/accessible_replies.h"
+
+namespace vellora {
+
+namespace {
+
+constexpr std::string_view childrenChanged = "ChildrenChanged";
+
+// The properties that readings ask for. Others change often: a slider's value with every second of
+// a song.
+constexpr std::array watchedProperties{"accessible-name", "accessible-description",
+                                       "accessible-role", "accessible-id"};
+
+// More objects than this may as well be all.
+constexpr std::size_t mostObjects = 64;
+
+}  // namespace
+
+// A program of GTK 3 signals once somebody has asked it for the address of its own bus:
+// at-spi2-core (atk-adaptor) takes who asks for a client, until that client leaves the bus.
+// Registering with the registry instead would have every program of the desktop send its signals.
+void ChangeWatch::begin(BusConnection& bus, const AccessibleReference& root) {
+  program_ = root.bus;
+  subscribe(bus, "member='ChildrenChanged'");
+  for (const char* property : watchedProperties) {
+    subscribe(bus, std::string("member='PropertyChange',arg0='") + property + "'");
+  }
+  ++open_;
+  bus.send(
+      bus.newCall(root.bus, root.path, "org.a11y.atspi.Application", "GetApplicationBusAddress"),
+      [this](sd_bus_message* reply) {
+        --open_;
+        if (!readText(reply)) isRefused_ = true;
+      });
+}
+
+void ChangeWatch::subscribe(BusConnection& bus, const std::string& condition) {
+  ++open_;
+  bus.subscribe(
+      "type='signal',sender='" + program_ + "',interface='org.a11y.atspi.Event.Object'," +
+          condition,
+      [this](sd_bus_message* signal) { note(signal); },
+      [this](bool isInstalled) {
+        --open_;
+        if (!isInstalled) isRefused_ = true;
+      });
+}
+
+bool ChangeWatch::isTold(const std::string& busName) const {
+  return busName == program_ && open_ == 0 && !isRefused_;
+}
+
+AccessibleChanges ChangeWatch::take() { return std::exchange(changes_, {}); }
+
+void ChangeWatch::note(sd_bus_message* signal) {
+  const char* member = sd_bus_message_get_member(signal);
+  const char* path = sd_bus_message_get_path(signal);
+  if (!member || !path || member == childrenChanged || changes_.objects.size() >= mostObjects) {
+    changes_.everything = true;
+  }
+  if (changes_.everything) {
+    changes_.objects.clear();
+  } else {
+    changes_.objects.insert(path);
+  }
+}
+
+}  // namespace vellora

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "platform/linux/accessibility/accessible_store.h"
+#include "platform/linux/accessibility/bus_connection.h"
+#include "platform/linux/accessibility/change_watch.h"
+
+namespace vellora {
+
+// What one reading of a process's program leaves to the next: which program it is, and the facts of
+// its objects for as long as it tells of every change to them. Whatever is in doubt is forgotten,
+// and so asked again: nothing that the program shows may be missed, a question too many does no
+// harm. Belongs to one connection. One thread at a time.
+class ProgramMemory {
+ public:
+  // `longest` is how long a fact is believed without having been asked again, for changes that a
+  // program does not signal.
+  ProgramMemory(std::int32_t processIdentifier, Steady::duration longest)
+      : processIdentifier_(processIdentifier), longest_(longest) {}
+  ProgramMemory(const ProgramMemory&) = delete;
+  ProgramMemory& operator=(const ProgramMemory&) = delete;
+
+  std::int32_t processIdentifier() const { return processIdentifier_; }
+  AccessibleStore& store() { return store_; }
+
+  // The program's root object, and what its toolkit calls itself; nothing until found.
+  struct Program {
+    AccessibleReference root;
+    std::optional<std::string> toolkit;
+  };
+  const std::optional<Program>& program() const { return program_; }
+  // Lines up the question that a program must answer for its facts to be remembered.
+  void setProgram(Program program, BusConnection& bus);
+  void forgetProgram();
+
+  // The program's root object in the store.
+  NodeIndex root();
+  // The program's windows in its order; empty when they have to be asked for.
+  std::vector<NodeIndex> windows() const;
+
+  // Forgets what is of the moment, and facts that are too old.
+  void beginReading();
+  // Forgets the facts that have changed, as far as signals have come. The answer to any question
+  // that was put in this reading comes after all signals of the changes before it.
+  void takeInChanges();
+  // Forgets what was not answered, and what the program would not tell of.
+  void endReading();
+
+ private:
+  void forgetFacts();
+  void forgetFacts(NodeIndex node);
+
+  std::int32_t processIdentifier_;
+  Steady::duration longest_;
+  std::optional<Program> program_;
+  bool isWatching_ = false;
+  ChangeWatch changes_;
+  AccessibleStore store_;
+  Steady::time_point factsBegan_;
+};
+
+}  // namespace vellora
