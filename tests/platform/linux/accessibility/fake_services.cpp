@@ -132,6 +132,7 @@ class ProgramServer {
     if (program_.diesAfter && number > *program_.diesAfter) _exit(0);
     if (program_.stopsAfter && number == *program_.stopsAfter + 1) raise(SIGSTOP);
     spin(program_.microsecondsPerCall);
+    if (is(call, "Change")) return change(call);
     const FakeAccessible* found = object(call);
     if (is(call, "GetAll")) ++counts_.getAll;
     if (is(call, "Get")) ++counts_.get;
@@ -235,7 +236,8 @@ class ProgramServer {
     if (place == FakeAccessible::nullChild) return {"", nullPath};
     if (place == FakeAccessible::goneChild) return {self, prefix + "gone" + std::to_string(i)};
     if (place == FakeAccessible::foreignChild) return {":1.4000000", prefix + "1"};
-    return {self, prefix + std::to_string(place)};
+    const std::string& bus = object.busOfChildren;
+    return {bus.empty() ? self : bus, prefix + std::to_string(place)};
   }
 
   int answerChildren(sd_bus_message* call, const FakeAccessible& object) const {
@@ -261,7 +263,44 @@ class ProgramServer {
     return sd_bus_reply_method_return(call, "(so)", name.c_str(), path.c_str());
   }
 
-  const FakeProgram& program_;
+  // What `FakeProgramProcess::change` sends: t index, u role, sss texts, b answersWrongTypes, s
+  // property, u times, at children.
+  int change(sd_bus_message* call) {
+    std::uint64_t index = 0;
+    std::uint32_t role = 0;
+    const char* name = nullptr;
+    const char* description = nullptr;
+    const char* identifier = nullptr;
+    int answersWrongTypes = 0;
+    const char* property = nullptr;
+    std::uint32_t times = 0;
+    const void* children = nullptr;
+    std::size_t size = 0;
+    must(sd_bus_message_read(call, "tusssbsu", &index, &role, &name, &description, &identifier,
+                             &answersWrongTypes, &property, &times),
+         "Change");
+    must(sd_bus_message_read_array(call, 't', &children, &size), "Change");
+    FakeAccessible& object = program_.objects.at(index);
+    object.role = role;
+    object.name = name;
+    object.description = description;
+    object.identifier = identifier;
+    object.answersWrongTypes = answersWrongTypes != 0;
+    const auto* first = static_cast<const std::uint64_t*>(children);
+    object.children.assign(first, first + size / sizeof(std::uint64_t));
+    const std::string path =
+        index == 0 ? rootPath : std::string(objectPrefix) + std::to_string(index);
+    const bool isList = property == std::string_view(FakeProgramProcess::childrenChanged);
+    for (std::uint32_t i = 0; *property && i < times; ++i) {
+      must(sd_bus_emit_signal(bus_, path.c_str(), "org.a11y.atspi.Event.Object",
+                              isList ? "ChildrenChanged" : "PropertyChange", "siiva{sv}",
+                              isList ? "add" : property, 0, 0, "s", "", 0),
+           "signal");
+    }
+    return sd_bus_reply_method_return(call, "");
+  }
+
+  FakeProgram program_;
   CallCounts& counts_;
   sd_bus* bus_;
 };
@@ -280,7 +319,8 @@ std::unique_ptr<ChildProcess> startServices(const PrivateBus& bus, const FakeSer
   });
 }
 
-FakeProgramProcess::FakeProgramProcess(const PrivateBus& bus, const FakeProgram& program) {
+FakeProgramProcess::FakeProgramProcess(const PrivateBus& bus, const FakeProgram& program)
+    : bus_(bus) {
   void* shared =
       mmap(nullptr, sizeof(CallCounts), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
   if (shared == MAP_FAILED) throw std::runtime_error("no shared memory");
@@ -298,6 +338,25 @@ FakeProgramProcess::FakeProgramProcess(const PrivateBus& bus, const FakeProgram&
     ready();
     serve(connection.get());
   });
+}
+
+void FakeProgramProcess::change(std::size_t object, const FakeAccessible& now, const char* property,
+                                std::uint32_t times) {
+  const BusPtr connection = openClient(bus_.address());
+  sd_bus_message* made = nullptr;
+  must(sd_bus_message_new_method_call(connection.get(), &made, busName(), rootPath,
+                                      "org.vellora.Test", "Change"),
+       "Change");
+  const BusMessagePtr call(made);
+  must(sd_bus_message_append(made, "tusssbsu", std::uint64_t{object}, now.role, now.name.c_str(),
+                             now.description.c_str(), now.identifier.c_str(),
+                             int{now.answersWrongTypes}, property, times),
+       "Change");
+  const std::vector<std::uint64_t> children(now.children.begin(), now.children.end());
+  must(sd_bus_message_append_array(made, 't', children.data(),
+                                   children.size() * sizeof(children[0])),
+       "Change");
+  must(sd_bus_call(connection.get(), made, 0, nullptr, nullptr), "Change");
 }
 
 FakeProgramProcess::~FakeProgramProcess() {

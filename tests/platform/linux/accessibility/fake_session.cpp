@@ -78,7 +78,7 @@ void ChildProcess::kill() {
   pid_ = -1;
 }
 
-PrivateBus::PrivateBus() {
+PrivateBus::PrivateBus(const std::string& limits) {
   std::string name = (std::filesystem::temp_directory_path() / "vellora-bus-XXXXXX").string();
   if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
   folder_ = name;
@@ -96,8 +96,8 @@ PrivateBus::PrivateBus() {
     <allow eavesdrop="true"/>
     <allow own="*"/>
   </policy>
-</busconfig>
-)";
+)" << limits
+      << "</busconfig>\n";
   address_ = "unix:path=" + socket;
   const std::string option = "--config-file=" + configuration;
   daemon_ = std::make_unique<ChildProcess>([&](const std::function<void()>& ready) {

@@ -37,7 +37,8 @@ class ChildProcess {
 // names it as the session bus; it serves as the accessibility bus, too.
 class PrivateBus {
  public:
-  PrivateBus();
+  // `limits` are elements of the daemon's configuration.
+  explicit PrivateBus(const std::string& limits = {});
   ~PrivateBus();
   PrivateBus(const PrivateBus&) = delete;
   PrivateBus& operator=(const PrivateBus&) = delete;
@@ -76,6 +77,7 @@ struct FakeAccessible {
   std::string description{};
   std::string identifier{};
   std::vector<std::size_t> children{};
+  std::string busOfChildren{};  // of the program that they belong to where it is another one
   std::optional<std::array<std::int32_t, 4>> extents{};
   std::uint64_t states = 0;
   bool answersWrongTypes = false;
@@ -114,9 +116,17 @@ class FakeProgramProcess {
   ChildProcess& process() { return *process_; }
   pid_t pid() const { return process_->pid(); }
   const char* busName() const { return counts_->busName; }
+
+  // Has the object be as `now` from here on; what it shows of its place stays. The program signals
+  // that the property (an ATK name) has changed, or with `childrenChanged` the list, that many
+  // times; without a name nothing. Returns when the bus has the signals.
+  static constexpr const char* childrenChanged = "children-changed";
+  void change(std::size_t object, const FakeAccessible& now, const char* property = "",
+              std::uint32_t times = 1);
   CallCounts& counts() { return *counts_; }
 
  private:
+  const PrivateBus& bus_;
   CallCounts* counts_;
   std::unique_ptr<ChildProcess> process_;
 };

@@ -1,0 +1,340 @@
+// What one reading leaves to the next: fewer questions, and never another result.
+#include <random>
+#include <string>
+
+#include <gio/gio.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/linux/accessibility/reading_fixture.h"
+
+namespace vellora {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr const char* nameChanged = "accessible-name";
+constexpr const char* childrenChanged = FakeProgramProcess::childrenChanged;
+
+// A window with a label, and a box of rows that are buttons with a label inside. A spare row stands
+// in no list yet.
+class AccessibilityMemoryTest : public ReadingFixture {
+ protected:
+  AccessibilityMemoryTest() {
+    program = programWithRows(0);
+    title = add(program, 1,
+                {.role = FakeRole::label,
+                 .name = "first song",
+                 .identifier = "Music.nowPlaying.title-Music.nowPlaying.subtitle"});
+    box = add(program, 1, {.role = FakeRole::panel});
+    for (int i = 0; i < 3; ++i) {
+      rows.push_back(add(program, box, row("row " + std::to_string(i), i * 10)));
+      labels.push_back(add(program, rows.back(), {.role = FakeRole::label, .name = "label"}));
+    }
+    program.objects.push_back(row("spare", 100));
+    spare = program.objects.size() - 1;
+  }
+
+  FakeAccessible& object(std::size_t place) { return program.objects[place]; }
+
+  // Changes the object here and in the player.
+  template <class Edit>
+  void change(std::size_t place, Edit edit, const char* signal = "") {
+    edit(object(place));
+    player->change(place, object(place), signal);
+  }
+
+  std::vector<std::string> readTexts() { return texts(readRows(3)); }
+
+  // What the player is asked in one whole reading with three rows.
+  int questions() {
+    const int before = player->counts().all;
+    readRows(3);
+    return player->counts().all - before;
+  }
+
+  FakeProgram program;
+  std::size_t title;
+  std::size_t box;
+  std::vector<std::size_t> rows;
+  std::vector<std::size_t> labels;
+  std::size_t spare;
+};
+
+constexpr int stateAndFrames = 5;  // the window's state, its frame and those of three rows
+
+TEST_F(AccessibilityMemoryTest, LaterReadingsAskForStatesAndFramesOnly) {
+  start(program);
+  EXPECT_GT(questions(), 20);
+  const CallCounts& counts = player->counts();
+  const int all = counts.getAll + counts.role + counts.children + counts.get;
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(questions(), stateAndFrames);
+  EXPECT_EQ(counts.getAll + counts.role + counts.children + counts.get, all);
+}
+
+TEST_F(AccessibilityMemoryTest, ASignalledChangeIsSeenByTheNextReading) {
+  start(program);
+  EXPECT_THAT(readTexts(), ElementsAre("row 0", "row 1", "row 2"));
+  change(
+      rows[1], [](FakeAccessible& row) { row.name = "other"; }, nameChanged);
+  EXPECT_THAT(readTexts(), ElementsAre("row 0", "other", "row 2"));
+  change(
+      rows[1], [](FakeAccessible& row) { row.name = ""; }, nameChanged);
+  change(
+      rows[1], [](FakeAccessible& row) { row.description = "told"; }, "accessible-description");
+  EXPECT_THAT(readTexts(), ElementsAre("row 0", "told", "row 2"));
+  change(
+      rows[2], [](FakeAccessible& row) { row.role = FakeRole::label; }, "accessible-role");
+  EXPECT_THAT(texts(readRows(2)), ElementsAre("row 0", "told"));
+  change(
+      title, [](FakeAccessible& label) { label.identifier = ""; }, "accessible-id");
+  EXPECT_EQ(readRows(2).title, "");
+}
+
+TEST_F(AccessibilityMemoryTest, AChangedObjectIsAskedAgainWithThoseAroundItAndNoOthers) {
+  start(program);
+  readTexts();
+  readTexts();
+  change(
+      labels[1], [](FakeAccessible& label) { label.name = "other"; }, nameChanged);
+  const int getAll = player->counts().getAll;
+  const int role = player->counts().role;
+  const int children = player->counts().children;
+  readTexts();
+  EXPECT_EQ(player->counts().getAll - getAll, 4);  // label, row, box, window
+  EXPECT_EQ(player->counts().role - role, 1);
+  EXPECT_EQ(player->counts().children - children, 0);
+}
+
+TEST_F(AccessibilityMemoryTest, AButtonThatIsNamedAfterItsLabelIsReadAgainWhenTheLabelChanges) {
+  start(program);
+  readTexts();
+  change(rows[1], [](FakeAccessible& row) { row.name = "as its label"; });
+  change(
+      labels[1], [](FakeAccessible& label) { label.name = "as its label"; }, nameChanged);
+  EXPECT_THAT(readTexts(), ElementsAre("row 0", "as its label", "row 2"));
+}
+
+TEST_F(AccessibilityMemoryTest, AChangedListIsSeenByTheNextReading) {
+  start(program);
+  readTexts();
+  change(
+      box, [&](FakeAccessible& list) { list.children.push_back(spare); }, childrenChanged);
+  EXPECT_THAT(texts(readRows(4)), ElementsAre("row 0", "row 1", "row 2", "spare"));
+  change(
+      box,
+      [&](FakeAccessible& list) {
+        list.children = {spare, rows[1]};
+      },
+      childrenChanged);
+  EXPECT_THAT(texts(readRows(2)), ElementsAre("row 1", "spare"));
+}
+
+TEST_F(AccessibilityMemoryTest, AnotherWindowIsSeenByTheNextReading) {
+  const auto second = add(program, 0, program.objects[1]);
+  object(second).children = {spare};
+  object(0).children = {1};
+  start(program);
+  readTexts();
+  change(
+      0, [&](FakeAccessible& root) { root.children = {second}; }, childrenChanged);
+  EXPECT_THAT(texts(readRows(1)), ElementsAre("spare"));
+}
+
+TEST_F(AccessibilityMemoryTest, AChangeOfAnObjectThatWasNotMetPutsEverythingInDoubt) {
+  start(program);
+  readTexts();
+  const int whole = questions() + 3 * 6;  // three questions for most of the objects
+  change(
+      spare, [](FakeAccessible& row) { row.name = "of another place"; }, nameChanged);
+  EXPECT_GT(questions(), whole);
+}
+
+TEST_F(AccessibilityMemoryTest, WhatAProgramDoesNotSignalIsSeenWithinSomeSeconds) {
+  start(program);
+  readTexts();
+  change(rows[1], [](FakeAccessible& row) { row.name = "other"; });
+  EXPECT_TRUE(eventually([&] { return readTexts()[1] == "other"; }));
+}
+
+TEST_F(AccessibilityMemoryTest, OfAProgramThatTellsNobodyNothingIsRemembered) {
+  program.tellsNobody = true;
+  start(program);
+  readTexts();
+  change(rows[1], [](FakeAccessible& row) { row.name = "other"; });
+  EXPECT_THAT(readTexts(), ElementsAre("row 0", "other", "row 2"));
+}
+
+TEST_F(AccessibilityMemoryTest, OfOtherToolkitsNothingIsRemembered) {
+  for (const char* toolkit : {"GTK", "Qt", "Chromium", ""}) {
+    program.toolkit = toolkit;
+    start(program);
+    readTexts();
+    const std::string other = std::string("other than ") + toolkit;
+    player->change(rows[1], row(other, 10));
+    EXPECT_THAT(readTexts(), ElementsAre("row 0", other, "row 2")) << toolkit;
+    EXPECT_EQ(player->counts().busAddress, 0) << toolkit;
+  }
+}
+
+TEST_F(AccessibilityMemoryTest, WhatABusRefusesToTellIsNotRemembered) {
+  const PrivateBus strict("<limit name=\"max_match_rules_per_connection\">4</limit>");
+  const auto itsServices = startServices(strict, {true, strict.address()});
+  FakeProgramProcess itsPlayer(strict, program);
+  const auto reader = makeLinuxAccessibility();
+  std::optional<MusicLayout> layout;
+  const auto secondText = [&] {
+    EXPECT_TRUE(eventually([&] {
+      layout = readMusic(itsPlayer.pid(), *reader, clock);
+      return layout && layout->rows.size() == 3;
+    }));
+    return layout->rows[1].text;
+  };
+  EXPECT_EQ(secondText(), "row 1");
+  itsPlayer.change(rows[1], row("other", 10));
+  EXPECT_EQ(secondText(), "other");
+}
+
+// GTK's tree and icon views signal nothing of what is in them.
+TEST_F(AccessibilityMemoryTest, WhatIsInTablesTreesAndLayeredPanesIsAskedEachTime) {
+  // AtspiRole: layered pane, table, tree, tree table
+  for (const std::uint32_t role : {30U, 55U, 65U, 66U}) {
+    object(box).role = role;
+    start(program);
+    readTexts();
+    player->change(rows[1], row("other", 10));
+    EXPECT_THAT(readTexts(), ElementsAre("row 0", "other", "row 2")) << role;
+    FakeAccessible shorter = object(box);
+    shorter.children = {rows[0], spare};
+    player->change(box, shorter);
+    EXPECT_THAT(texts(readRows(2)), ElementsAre("row 0", "spare")) << role;
+  }
+}
+
+TEST_F(AccessibilityMemoryTest, ObjectsOfAnotherProgramAreAskedEachTime) {
+  FakeProgramProcess other(bus, program);
+  object(box).busOfChildren = other.busName();
+  start(program);
+  readTexts();
+  other.change(rows[1], row("other", 10));
+  EXPECT_THAT(readTexts(), ElementsAre("row 0", "other", "row 2"));
+}
+
+TEST_F(AccessibilityMemoryTest, WhatWasNotAnsweredIsAskedAgain) {
+  object(rows[1]).answersWrongTypes = true;
+  start(program);
+  EXPECT_THAT(texts(readRows(2)), ElementsAre("row 0", "row 2"));
+  change(rows[1], [](FakeAccessible& row) { row.answersWrongTypes = false; });
+  EXPECT_THAT(readTexts(), ElementsAre("row 0", "row 1", "row 2"));
+}
+
+TEST_F(AccessibilityMemoryTest, AProgramInThePlaceOfAnotherIsReadAfresh) {
+  start(program);
+  readTexts();
+  const pid_t gone = player->pid();
+  player.reset();
+  EXPECT_FALSE(readMusic(gone, *accessibility, clock).has_value());
+  object(rows[1]).name = "after the restart";
+  start(program);
+  EXPECT_THAT(readTexts(), ElementsAre("row 0", "after the restart", "row 2"));
+}
+
+TEST_F(AccessibilityMemoryTest, SwitchingAccessibilityOffEndsWhatIsRemembered) {
+  start(program);
+  readTexts();
+  setEnabled(bus, false);
+  EXPECT_TRUE(eventually([&] { return !read().has_value(); }));
+  setEnabled(bus, true);
+  readTexts();
+}
+
+TEST_F(AccessibilityMemoryTest, AFloodOfSignalsOutlastsNoReadingAndHidesNoChange) {
+  start(program);
+  readTexts();
+  object(rows[1]).name = "after the flood";
+  player->change(rows[1], object(rows[1]), nameChanged, 100'000);
+  EXPECT_LT(seconds([&] { read(); }), 0.3 + 0.08 + 0.5);
+  EXPECT_THAT(readTexts(), ElementsAre("row 0", "after the flood", "row 2"));
+}
+
+// Signals wait at the bus for as long as nobody reads.
+TEST_F(AccessibilityMemoryTest, AConnectionThatRestsIsClosedAndTheNextReadingHasAnother) {
+  start(program);
+  const std::size_t before = bus.connections();
+  readTexts();
+  ASSERT_GT(bus.connections(), before);
+  EXPECT_TRUE(eventually([&] {
+    g_main_context_iteration(nullptr, FALSE);
+    return bus.connections() == before;
+  }));
+  change(rows[1], [](FakeAccessible& row) { row.name = "other"; });
+  EXPECT_THAT(readTexts(), ElementsAre("row 0", "other", "row 2"));
+}
+
+TEST_F(AccessibilityMemoryTest, AConnectionInUseIsNotClosed) {
+  start(program);
+  readTexts();
+  const std::size_t made = bus.connectionsMade();
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(4500);
+  while (std::chrono::steady_clock::now() < end) {
+    readTexts();
+    g_main_context_iteration(nullptr, FALSE);
+  }
+  EXPECT_EQ(bus.connectionsMade(), made + 1);
+}
+
+// Random changes, each signalled as GTK would, and after each the reading that remembers beside one
+// that cannot.
+TEST_F(AccessibilityMemoryTest, ReadingsAfterAnyChangesAreThoseWithoutMemory) {
+  std::mt19937 random(7);
+  const auto below = [&](std::size_t limit) { return static_cast<std::size_t>(random() % limit); };
+  start(program);
+  readTexts();
+  std::size_t differences = 0;
+  std::vector<std::string> last;
+  for (int i = 0; i < 150; ++i) {
+    const std::string text = "text " + std::to_string(below(20));
+    const std::size_t any = 1 + below(program.objects.size() - 1);
+    switch (below(5)) {
+      case 0:
+        change(
+            any, [&](FakeAccessible& it) { it.name = text; }, nameChanged);
+        break;
+      case 1:
+        change(
+            any, [&](FakeAccessible& it) { it.description = text; }, "accessible-description");
+        break;
+      case 2:
+        change(
+            rows[below(3)],
+            [&](FakeAccessible& it) { it.role = it.role == FakeRole::button ? 39 : 43; },
+            "accessible-role");
+        break;
+      case 3:
+        change(
+            box,
+            [&](FakeAccessible& it) {
+              it.children = {rows[below(3)], spare};
+              if (below(2) > 0) it.children.push_back(rows[below(3)]);
+            },
+            childrenChanged);
+        break;
+      default:
+        change(
+            title, [&](FakeAccessible& it) { it.name = text; }, nameChanged);
+    }
+    const auto same = [&] {
+      const auto remembering = read();
+      const auto plain = readMusic(player->pid(), *makeLinuxAccessibility(), clock);
+      if (!remembering || !plain) return false;
+      last = texts(*plain);
+      return texts(*remembering) == last && remembering->title == plain->title;
+    };
+    if (!same()) ++differences;  // one of the two may have been cut short
+    ASSERT_TRUE(eventually(same)) << i;
+  }
+  EXPECT_LE(differences, 3U);
+}
+
+}  // namespace
+}  // namespace vellora
