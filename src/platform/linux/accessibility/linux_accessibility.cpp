@@ -25,7 +25,8 @@ constexpr guint longestRest = 2;  // seconds
 
 class LinuxAccessibility final : public Accessibility {
  public:
-  LinuxAccessibility() {
+  explicit LinuxAccessibility(Steady::duration longestMemory)
+      : connections_(std::make_shared<ConnectionSlot>(longestMemory)) {
     // The source has a share of its own: it may be at work when this object goes on another thread.
     using Connections = std::shared_ptr<ConnectionSlot>;
     g_source_set_callback(
@@ -58,14 +59,14 @@ class LinuxAccessibility final : public Accessibility {
  private:
   StatusWatch watch_;
   // Shared with the readings, which may outlive this object.
-  const std::shared_ptr<ConnectionSlot> connections_ = std::make_shared<ConnectionSlot>();
+  const std::shared_ptr<ConnectionSlot> connections_;
   const GSourcePtr resting_{g_timeout_source_new_seconds(longestRest)};
 };
 
 }  // namespace
 
-std::shared_ptr<Accessibility> makeLinuxAccessibility() {
-  return std::make_shared<LinuxAccessibility>();
+std::shared_ptr<Accessibility> makeLinuxAccessibility(Steady::duration longestMemory) {
+  return std::make_shared<LinuxAccessibility>(longestMemory);
 }
 
 }  // namespace vellora

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 
 #include "platform/accessibility.h"
@@ -13,8 +14,13 @@ namespace vellora {
 // bus: it is not trusted then, and no element answers.
 //
 // An application element stands for one reading. It connects to the buses at its first query, and
-// hands the connection on to the next reading when it and its elements are gone; `isTrusted` has a
-// connection of its own. So a reading on another thread shares nothing with the main thread.
-std::shared_ptr<Accessibility> makeLinuxAccessibility();
+// hands the connection on to the next reading when it and its elements are gone, with what is known
+// of the program; `isTrusted` has a connection of its own. So a reading on another thread shares
+// nothing with the main thread. Where GLib's main loop runs, a connection that no reading takes is
+// closed after some seconds.
+//
+// `longestMemory` is how long a change that a program does not signal stays unseen at most.
+std::shared_ptr<Accessibility> makeLinuxAccessibility(
+    std::chrono::steady_clock::duration longestMemory = std::chrono::seconds(2));
 
 }  // namespace vellora

@@ -4,13 +4,6 @@
 
 namespace vellora {
 
-namespace {
-
-// So long does a change that the program does not signal stay unseen at most.
-constexpr auto longestMemory = std::chrono::seconds(2);
-
-}  // namespace
-
 BusConnection* ReadingConnection::prepare(std::int32_t processIdentifier,
                                           Steady::duration timeout) {
   const AccessibilityStatus status = status_.status(timeout);
@@ -19,7 +12,7 @@ BusConnection* ReadingConnection::prepare(std::int32_t processIdentifier,
       memory_->processIdentifier() != processIdentifier) {
     bus_ = BusConnection::open(status.busAddress);
     address_ = status.busAddress;
-    memory_ = std::make_unique<ProgramMemory>(processIdentifier, longestMemory);
+    memory_ = std::make_unique<ProgramMemory>(processIdentifier, longestMemory_);
   }
   if (bus_) bus_->setTimeout(timeout);
   return bus_.get();
@@ -27,7 +20,7 @@ BusConnection* ReadingConnection::prepare(std::int32_t processIdentifier,
 
 std::unique_ptr<ReadingConnection> ConnectionSlot::take() {
   const std::lock_guard lock(mutex_);
-  return kept_ ? std::move(kept_) : std::make_unique<ReadingConnection>();
+  return kept_ ? std::move(kept_) : std::make_unique<ReadingConnection>(longestMemory_);
 }
 
 void ConnectionSlot::keep(std::unique_ptr<ReadingConnection> connection) {

@@ -16,6 +16,8 @@ namespace vellora {
 // over it. They stay from one reading to the next. One thread at a time.
 class ReadingConnection {
  public:
+  explicit ReadingConnection(Steady::duration longestMemory) : longestMemory_(longestMemory) {}
+
   // The accessibility bus, connected anew where that is needed, for instance for another process;
   // null when there is none or when accessibility is switched off. The first call waits for the
   // session's word on that, `timeout` at most, which is also the timeout of each call over the bus.
@@ -25,6 +27,7 @@ class ReadingConnection {
   ProgramMemory& memory() { return *memory_; }
 
  private:
+  Steady::duration longestMemory_;
   StatusWatch status_;
   std::unique_ptr<ProgramMemory> memory_;  // what came over bus_
   std::unique_ptr<BusConnection> bus_;
@@ -35,6 +38,8 @@ class ReadingConnection {
 // at once each have their own, and one of them is kept. Any thread.
 class ConnectionSlot {
  public:
+  explicit ConnectionSlot(Steady::duration longestMemory) : longestMemory_(longestMemory) {}
+
   // The one that was kept, or a new one.
   std::unique_ptr<ReadingConnection> take();
   void keep(std::unique_ptr<ReadingConnection> connection);
@@ -44,6 +49,7 @@ class ConnectionSlot {
   void closeRested(Steady::duration rest);
 
  private:
+  const Steady::duration longestMemory_;
   std::mutex mutex_;
   std::unique_ptr<ReadingConnection> kept_;
   Steady::time_point keptSince_;
