@@ -106,7 +106,7 @@ std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
     auto root = findRoot(bus, memory.processIdentifier(), deadline);
     if (!root) return {};
     auto toolkit = askToolkit(bus, *root, deadline);
-    memory.setProgram({std::move(*root), std::move(toolkit)}, bus);
+    memory.setProgram({std::move(*root), std::move(toolkit)});
   }
   if (answersGetAll(memory.program()->toolkit)) {
     queries.setProgramThatAnswersAll(memory.program()->root.bus);

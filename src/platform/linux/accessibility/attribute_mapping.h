@@ -31,13 +31,13 @@ namespace AtspiRole {
 inline constexpr std::uint32_t dialog = 16;
 inline constexpr std::uint32_t frame = 23;
 inline constexpr std::uint32_t label = 29;
-inline constexpr std::uint32_t layeredPane = 30;
 inline constexpr std::uint32_t pushButton = 43;
 inline constexpr std::uint32_t scrollPane = 49;
 inline constexpr std::uint32_t table = 55;
 inline constexpr std::uint32_t tree = 65;
 inline constexpr std::uint32_t treeTable = 66;
 inline constexpr std::uint32_t window = 69;
+inline constexpr std::uint32_t listBox = 98;
 }  // namespace AtspiRole
 namespace AtspiState {
 inline constexpr unsigned active = 1;

@@ -24,9 +24,9 @@ using ReplyHandler = std::function<void(sd_bus_message* reply)>;
 using SignalHandler = std::function<void(sd_bus_message* signal)>;
 
 // A client's connection to a D-Bus daemon, over which many calls are under way at once. Nothing
-// here waits but `exchange`. A peer that let a call time out counts as silent until it answers that
-// call after all: it is asked nothing more meanwhile, so that a program that hangs is not heaped
-// with questions. One thread at a time.
+// here waits but `exchange` and `wait`. A peer that let a call time out counts as silent until it
+// answers that call after all: it is asked nothing more meanwhile, so that a program that hangs is
+// not heaped with questions. One thread at a time.
 class BusConnection {
  public:
   // The user's session bus, as the environment names it; null when that names none that answers.
@@ -49,6 +49,9 @@ class BusConnection {
   // that is sent later is answered after `installed` was told whether the daemon took the rule.
   void subscribe(const std::string& rule, SignalHandler handler,
                  std::function<void(bool isInstalled)> installed = {});
+
+  // Ends all subscriptions, without waiting for the daemon.
+  void unsubscribe() { matches_.clear(); }
 
   // Sends, receives and waits until every call was told or the deadline has passed; what is still
   // open then is told that there is no reply. `refill` is asked for more calls when few are left.

@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view childrenChanged = "ChildrenChanged";
 
 // The properties that readings ask for. Others change often: a slider's value with every second of
-// a song.
+// a song. An id is signalled only while some other program has registered for that.
 constexpr std::array watchedProperties{"accessible-name", "accessible-description",
                                        "accessible-role", "accessible-id"};
 
@@ -25,24 +25,33 @@ constexpr std::size_t mostObjects = 64;
 // A program of GTK 3 signals once somebody has asked it for the address of its own bus:
 // at-spi2-core (atk-adaptor) takes who asks for a client, until that client leaves the bus.
 // Registering with the registry instead would have every program of the desktop send its signals.
-void ChangeWatch::begin(BusConnection& bus, const AccessibleReference& root) {
+void ChangeWatch::begin(const AccessibleReference& root) {
+  end();
   program_ = root.bus;
-  subscribe(bus, "member='ChildrenChanged'");
+  subscribe("member='ChildrenChanged'");
   for (const char* property : watchedProperties) {
-    subscribe(bus, std::string("member='PropertyChange',arg0='") + property + "'");
+    subscribe(std::string("member='PropertyChange',arg0='") + property + "'");
   }
   ++open_;
-  bus.send(
-      bus.newCall(root.bus, root.path, "org.a11y.atspi.Application", "GetApplicationBusAddress"),
+  bus_.send(
+      bus_.newCall(root.bus, root.path, "org.a11y.atspi.Application", "GetApplicationBusAddress"),
       [this](sd_bus_message* reply) {
         --open_;
         if (!readText(reply)) isRefused_ = true;
       });
 }
 
-void ChangeWatch::subscribe(BusConnection& bus, const std::string& condition) {
+void ChangeWatch::end() {
+  bus_.unsubscribe();
+  program_.clear();
+  open_ = 0;
+  isRefused_ = false;
+  changes_ = {};
+}
+
+void ChangeWatch::subscribe(const std::string& condition) {
   ++open_;
-  bus.subscribe(
+  bus_.subscribe(
       "type='signal',sender='" + program_ + "',interface='org.a11y.atspi.Event.Object'," +
           condition,
       [this](sd_bus_message* signal) { note(signal); },

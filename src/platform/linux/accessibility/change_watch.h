@@ -17,13 +17,21 @@ struct AccessibleChanges {
 };
 
 // Has a program tell when its objects change: the signals ChildrenChanged and PropertyChange of
-// org.a11y.atspi.Event.Object. Belongs to one connection, which must outlive it or no longer be
-// used. One thread at a time.
+// org.a11y.atspi.Event.Object. The connection must outlive it and have no other subscriptions. One
+// thread at a time.
 class ChangeWatch {
  public:
-  // Once. Lines up what asks for the signals; they are complete from when that is answered on.
-  // `root` is the program's root object.
-  void begin(BusConnection& bus, const AccessibleReference& root);
+  explicit ChangeWatch(BusConnection& bus) : bus_(bus) {}
+  ~ChangeWatch() { end(); }
+  ChangeWatch(const ChangeWatch&) = delete;
+  ChangeWatch& operator=(const ChangeWatch&) = delete;
+
+  // Lines up what asks for the signals; they come for all changes after that is answered. `root` is
+  // the program's root object. Ends the watch of another program.
+  void begin(const AccessibleReference& root);
+
+  // Has no more signals sent.
+  void end();
 
   // Whether this is the program that `begin` was given, and all that was asked of it was granted.
   bool isTold(const std::string& busName) const;
@@ -32,9 +40,10 @@ class ChangeWatch {
   AccessibleChanges take();
 
  private:
-  void subscribe(BusConnection& bus, const std::string& condition);
+  void subscribe(const std::string& condition);
   void note(sd_bus_message* signal);
 
+  BusConnection& bus_;
   std::string program_;
   std::size_t open_ = 0;  // requests that were not granted yet
   bool isRefused_ = false;

@@ -17,7 +17,7 @@ constexpr const char* advice =
     "again (Qt programs look for accessibility only at their start), and see that the package "
     "at-spi2-core is installed.\n";
 
-constexpr auto firstAnswerWait = std::chrono::milliseconds(250);
+constexpr Steady::duration firstAnswerWait = std::chrono::milliseconds(250);
 
 // A player in front is read eight times a second, so a connection that has rested this long is not
 // needed soon.
@@ -42,7 +42,9 @@ class LinuxAccessibility final : public Accessibility {
   LinuxAccessibility(const LinuxAccessibility&) = delete;
   LinuxAccessibility& operator=(const LinuxAccessibility&) = delete;
 
-  bool isTrusted() override { return watch_.status(firstAnswerWait).isUsable(); }
+  bool isTrusted() override {
+    return watch_.status(firstAnswerWait, Steady::duration::zero()).isUsable();
+  }
 
   void requestTrust() override {
     watch_.enable();

@@ -1,7 +1,9 @@
 #include "platform/linux/accessibility/program_memory.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "platform/linux/accessibility/accessible_queries.h"
 #include "platform/linux/accessibility/attribute_mapping.h"
 
 namespace vellora {
@@ -11,33 +13,49 @@ namespace {
 // A window that can be read to its end has 700 objects. Many more are not worth their room.
 constexpr std::size_t mostRemembered = 5000;
 
+// Of a list that was asked for child by child some answers may be missing.
+bool isCutShort(const AccessibleFacts& facts) {
+  if (!facts.children.value || !facts.properties.value) return false;
+  return facts.properties.value->childCount.value_or(0) > static_cast<int>(mostChildren) &&
+         facts.children.value->size() < mostChildren;
+}
+
 bool isUnanswered(const AccessibleFacts& facts) {
   return (facts.role.isTold() && !facts.role.value) ||
          (facts.properties.isTold() && !facts.properties.value) ||
-         (facts.children.isTold() && !facts.children.value);
+         (facts.children.isTold() && !facts.children.value) || isCutShort(facts);
 }
 
-// Objects with these roles have the state MANAGES_DESCENDANTS in GTK 3 (its tree and icon views):
-// of what is in them no signal comes.
-bool managesDescendants(const AccessibleNode& node) {
+// GTK 3's list boxes, flow boxes and tree views have the state MANAGES_DESCENDANTS, and
+// at-spi2-core (atk-adaptor) passes on no ChildrenChanged of such objects.
+bool signalsItsChildren(const AccessibleNode& node) {
   const auto& role = node.facts.role.value;
-  return role == AtspiRole::table || role == AtspiRole::tree || role == AtspiRole::treeTable ||
-         role == AtspiRole::layeredPane;
+  return role != AtspiRole::listBox && role != AtspiRole::table && role != AtspiRole::tree &&
+         role != AtspiRole::treeTable;
+}
+
+// A row of a list box is an element like others. The cells of tree views, which share their roles
+// with flow boxes, are made for who asks, and signal nothing.
+bool signalsWhatIsInside(const AccessibleNode& node) {
+  return signalsItsChildren(node) || node.facts.role.value == AtspiRole::listBox;
 }
 
 }  // namespace
 
 // GTK 3 calls itself "gtk", GTK 4 "GTK". Of other toolkits it is not known which changes they
 // signal.
-void ProgramMemory::setProgram(Program program, BusConnection& bus) {
-  if (program.toolkit == "gtk" && !isWatching_) {
-    isWatching_ = true;
-    changes_.begin(bus, program.root);
+void ProgramMemory::setProgram(Program program) {
+  if (program.toolkit != "gtk") {
+    changes_.end();
+  } else if (!changes_.isTold(program.root.bus)) {
+    changes_.begin(program.root);
   }
   program_ = std::move(program);
+  programFound_ = Steady::now();
 }
 
 void ProgramMemory::forgetProgram() {
+  changes_.end();
   program_.reset();
   forgetFacts();
 }
@@ -51,7 +69,10 @@ std::vector<NodeIndex> ProgramMemory::windows() const {
 }
 
 void ProgramMemory::beginReading() {
-  if (Steady::now() - factsBegan_ >= longest_) forgetFacts();
+  if (Steady::now() - programFound_ >= longest_) {
+    program_.reset();
+    forgetFacts();
+  }
   for (NodeIndex node = 0; node < store_.size(); ++node) store_[node].moment = {};
 }
 
@@ -69,23 +90,24 @@ void ProgramMemory::endReading() {
   if (!program_ || !changes_.isTold(program_->root.bus) || store_.size() > mostRemembered) {
     return forgetFacts();
   }
+  const auto isForeign = [this](NodeIndex node) {
+    return store_[node].reference.bus != program_->root.bus;
+  };
+  if (std::ranges::any_of(windows(), isForeign)) return forgetFacts();  // nor are states in order
+
   std::vector<bool> isUntold(store_.size());
   for (NodeIndex node = 0; node < store_.size(); ++node) {
     const AccessibleNode& here = store_[node];
     const bool isInUntold = here.parent && isUntold[*here.parent];
-    isUntold[node] =
-        isInUntold || here.reference.bus != program_->root.bus || managesDescendants(here);
-    if (isUntold[node] || isUnanswered(here.facts)) {
+    isUntold[node] = isInUntold || isForeign(node) || !signalsWhatIsInside(here);
+    if (isUntold[node] || !signalsItsChildren(here) || isUnanswered(here.facts)) {
       store_[node].facts.children = {};
       forgetFacts(node);
     }
   }
 }
 
-void ProgramMemory::forgetFacts() {
-  store_ = {};
-  factsBegan_ = Steady::now();
-}
+void ProgramMemory::forgetFacts() { store_ = {}; }
 
 // Objects may have their names from what is in them, as buttons have from their labels. It also
 // leaves the window with a question open, at which the whole tree is asked at once.

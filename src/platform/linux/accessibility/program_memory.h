@@ -16,24 +16,26 @@ namespace vellora {
 // harm. Belongs to one connection. One thread at a time.
 class ProgramMemory {
  public:
-  // `longest` is how long a fact is believed without having been asked again, for changes that a
-  // program does not signal.
-  ProgramMemory(std::int32_t processIdentifier, Steady::duration longest)
-      : processIdentifier_(processIdentifier), longest_(longest) {}
+  // `longest` is how long something is believed without having been asked again, for changes that
+  // nobody signals.
+  ProgramMemory(BusConnection& bus, std::int32_t processIdentifier, Steady::duration longest)
+      : processIdentifier_(processIdentifier), longest_(longest), changes_(bus) {}
   ProgramMemory(const ProgramMemory&) = delete;
   ProgramMemory& operator=(const ProgramMemory&) = delete;
 
   std::int32_t processIdentifier() const { return processIdentifier_; }
   AccessibleStore& store() { return store_; }
 
-  // The program's root object, and what its toolkit calls itself; nothing until found.
+  // The program's root object, and what its toolkit calls itself; nothing when it is to be found
+  // (again).
   struct Program {
     AccessibleReference root;
     std::optional<std::string> toolkit;
   };
   const std::optional<Program>& program() const { return program_; }
-  // Lines up the question that a program must answer for its facts to be remembered.
-  void setProgram(Program program, BusConnection& bus);
+  // Lines up the questions that must be answered for facts of the program to be remembered, where
+  // they were not yet.
+  void setProgram(Program program);
   void forgetProgram();
 
   // The program's root object in the store.
@@ -41,7 +43,7 @@ class ProgramMemory {
   // The program's windows in its order; empty when they have to be asked for.
   std::vector<NodeIndex> windows() const;
 
-  // Forgets what is of the moment, and facts that are too old.
+  // Forgets what is of the moment, and all that is too old.
   void beginReading();
   // Forgets the facts that have changed, as far as signals have come. The answer to any question
   // that was put in this reading comes after all signals of the changes before it.
@@ -56,10 +58,9 @@ class ProgramMemory {
   std::int32_t processIdentifier_;
   Steady::duration longest_;
   std::optional<Program> program_;
-  bool isWatching_ = false;
+  Steady::time_point programFound_;
   ChangeWatch changes_;
   AccessibleStore store_;
-  Steady::time_point factsBegan_;
 };
 
 }  // namespace vellora

@@ -6,15 +6,18 @@ namespace vellora {
 
 BusConnection* ReadingConnection::prepare(std::int32_t processIdentifier,
                                           Steady::duration timeout) {
-  const AccessibilityStatus status = status_.status(timeout);
+  const AccessibilityStatus status = status_.status(timeout, timeout);
   if (!status.isUsable()) return nullptr;
-  if (!bus_ || bus_->isBroken() || address_ != status.busAddress ||
-      memory_->processIdentifier() != processIdentifier) {
+  if (!bus_ || bus_->isBroken() || address_ != status.busAddress) {
+    memory_.reset();
     bus_ = BusConnection::open(status.busAddress);
     address_ = status.busAddress;
-    memory_ = std::make_unique<ProgramMemory>(processIdentifier, longestMemory_);
   }
-  if (bus_) bus_->setTimeout(timeout);
+  if (!bus_) return nullptr;
+  bus_->setTimeout(timeout);
+  if (!memory_ || memory_->processIdentifier() != processIdentifier) {
+    memory_ = std::make_unique<ProgramMemory>(*bus_, processIdentifier, longestMemory_);
+  }
   return bus_.get();
 }
 
@@ -25,7 +28,7 @@ std::unique_ptr<ReadingConnection> ConnectionSlot::take() {
 
 void ConnectionSlot::keep(std::unique_ptr<ReadingConnection> connection) {
   const std::lock_guard lock(mutex_);
-  kept_ = std::move(connection);
+  kept_.swap(connection);  // what was kept is closed when the lock is free again
   keptSince_ = Steady::now();
 }
 

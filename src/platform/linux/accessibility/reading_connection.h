@@ -18,9 +18,9 @@ class ReadingConnection {
  public:
   explicit ReadingConnection(Steady::duration longestMemory) : longestMemory_(longestMemory) {}
 
-  // The accessibility bus, connected anew where that is needed, for instance for another process;
-  // null when there is none or when accessibility is switched off. The first call waits for the
-  // session's word on that, `timeout` at most, which is also the timeout of each call over the bus.
+  // The accessibility bus, connected anew where that is needed; null when there is none or when
+  // accessibility is switched off. Waits for the session's word on that where it was not given
+  // since the last change, `timeout` at most, which is also the timeout of each call over the bus.
   BusConnection* prepare(std::int32_t processIdentifier, Steady::duration timeout);
 
   // What is known of that process's program.
@@ -29,9 +29,9 @@ class ReadingConnection {
  private:
   Steady::duration longestMemory_;
   StatusWatch status_;
-  std::unique_ptr<ProgramMemory> memory_;  // what came over bus_
   std::unique_ptr<BusConnection> bus_;
-  std::string address_;  // of bus_
+  std::string address_;                    // of bus_
+  std::unique_ptr<ProgramMemory> memory_;  // of what came over bus_
 };
 
 // Hands the connection from one reading to the next, which may run on another thread. Two readings

@@ -1,16 +1,15 @@
 #include "platform/linux/accessibility/status_watch.h"
 
+#include <utility>
+
 namespace vellora {
 
-AccessibilityStatus StatusWatch::status(Steady::duration patience) {
+AccessibilityStatus StatusWatch::status(Steady::duration first, Steady::duration later) {
   BusConnection* session = connect();
   if (!session) return {};
-  if (!waited_) {
-    waited_ = true;
-    session->wait(Steady::now() + patience);
-  } else {
-    session->pump();
-  }
+  session->pump();
+  const Steady::duration patience = std::exchange(waited_, true) ? later : first;
+  if (asking_ && patience > Steady::duration::zero()) session->wait(Steady::now() + patience);
   if (session->isBroken()) return {};
   return status_;
 }

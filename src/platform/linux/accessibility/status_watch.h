@@ -11,9 +11,10 @@ namespace vellora {
 // its own. It needs no event loop: each call takes in what has arrived. One thread at a time.
 class StatusWatch {
  public:
-  // As last told; while nothing is known there is no bus, and accessibility is off. The first call,
-  // and only that one, waits for the session's answer, `patience` at most.
-  AccessibilityStatus status(Steady::duration patience);
+  // As last told; while nothing is known there is no bus, and accessibility is off. Waits for the
+  // session's first answer, `first` at most, and for the one after a change `later` at most, which
+  // may be nothing.
+  AccessibilityStatus status(Steady::duration first, Steady::duration later);
 
   // Switches accessibility on without waiting for the outcome.
   void enable();

@@ -148,6 +148,29 @@ std::size_t PrivateBus::connectionsMade() const {
   return std::stoul(std::string(name).substr(3)) + 1;
 }
 
+std::size_t PrivateBus::matchRules(const std::string& sender) const {
+  const BusPtr bus = connect(*this);
+  sd_bus_message* answer = nullptr;
+  sd_bus_call_method(bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                     "org.freedesktop.DBus.Debug.Stats", "GetAllMatchRules", nullptr, &answer, "");
+  const BusMessagePtr reply(answer);
+  if (!reply || sd_bus_message_enter_container(reply.get(), 'a', "{sas}") <= 0) {
+    throw std::runtime_error("the daemon does not tell its match rules");
+  }
+  std::size_t count = 0;
+  const char* text = nullptr;
+  while (sd_bus_message_enter_container(reply.get(), 'e', "sas") > 0) {
+    sd_bus_message_read(reply.get(), "s", &text);
+    sd_bus_message_enter_container(reply.get(), 'a', "s");
+    while (sd_bus_message_read(reply.get(), "s", &text) > 0) {
+      count += std::string_view(text).find("sender='" + sender + "'") != std::string_view::npos;
+    }
+    sd_bus_message_exit_container(reply.get());
+    sd_bus_message_exit_container(reply.get());
+  }
+  return count;
+}
+
 void setEnabled(const PrivateBus& bus, bool isEnabled) {
   const BusPtr connection = connect(bus);
   sd_bus_set_property(connection.get(), "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Status",

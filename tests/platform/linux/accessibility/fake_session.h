@@ -48,6 +48,8 @@ class PrivateBus {
   std::size_t connections() const;
   // Programs that have connected so far, the one that asks among them.
   std::size_t connectionsMade() const;
+  // Match rules of all programs that name this one as the sender.
+  std::size_t matchRules(const std::string& sender) const;
 
  private:
   std::string folder_;
