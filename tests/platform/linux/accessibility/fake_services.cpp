@@ -236,8 +236,8 @@ class ProgramServer {
     if (place == FakeAccessible::nullChild) return {"", nullPath};
     if (place == FakeAccessible::goneChild) return {self, prefix + "gone" + std::to_string(i)};
     if (place == FakeAccessible::foreignChild) return {":1.4000000", prefix + "1"};
-    const std::string& bus = object.busOfChildren;
-    return {bus.empty() ? self : bus, prefix + std::to_string(place)};
+    const bool isForeign = i == 0 && !object.busOfFirstChild.empty();
+    return {isForeign ? object.busOfFirstChild : self, prefix + std::to_string(place)};
   }
 
   int answerChildren(sd_bus_message* call, const FakeAccessible& object) const {

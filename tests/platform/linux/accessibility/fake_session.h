@@ -79,7 +79,7 @@ struct FakeAccessible {
   std::string description{};
   std::string identifier{};
   std::vector<std::size_t> children{};
-  std::string busOfChildren{};  // of the program that they belong to where it is another one
+  std::string busOfFirstChild{};  // where that is an object of another program
   std::optional<std::array<std::int32_t, 4>> extents{};
   std::uint64_t states = 0;
   bool answersWrongTypes = false;
