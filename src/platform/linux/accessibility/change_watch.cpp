@@ -1,6 +1,7 @@
 #include "platform/linux/accessibility/change_watch.h"
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 #include <utility>
 
@@ -11,6 +12,7 @@ namespace vellora {
 namespace {
 
 constexpr std::string_view childrenChanged = "ChildrenChanged";
+constexpr std::string_view stateChanged = "StateChanged";
 
 // The properties that readings ask for. Others change often: a slider's value with every second of
 // a song. An id is signalled only while some other program has registered for that.
@@ -19,6 +21,14 @@ constexpr std::array watchedProperties{"accessible-name", "accessible-descriptio
 
 // More objects than this may as well be all.
 constexpr std::size_t mostObjects = 64;
+
+// Whether the object has the state from now on. GTK 3 also signals of each object, when it is first
+// asked for, that it is not defunct.
+bool isBegun(sd_bus_message* stateChange) {
+  const char* state = nullptr;
+  std::int32_t isSet = 1;
+  return sd_bus_message_read(stateChange, "si", &state, &isSet) <= 0 || isSet != 0;
+}
 
 }  // namespace
 
@@ -29,6 +39,8 @@ void ChangeWatch::begin(const AccessibleReference& root) {
   end();
   program_ = root.bus;
   subscribe("member='ChildrenChanged'");
+  // A child that came without a signal may go without one, but any object that is gone says so.
+  subscribe("member='StateChanged',arg0='defunct'");
   for (const char* property : watchedProperties) {
     subscribe(std::string("member='PropertyChange',arg0='") + property + "'");
   }
@@ -70,7 +82,9 @@ AccessibleChanges ChangeWatch::take() { return std::exchange(changes_, {}); }
 void ChangeWatch::note(sd_bus_message* signal) {
   const char* member = sd_bus_message_get_member(signal);
   const char* path = sd_bus_message_get_path(signal);
-  if (!member || !path || member == childrenChanged || changes_.objects.size() >= mostObjects) {
+  if (member && member == stateChanged && !isBegun(signal)) return;
+  if (!member || !path || member == childrenChanged || member == stateChanged ||
+      changes_.objects.size() >= mostObjects) {
     changes_.everything = true;
   }
   if (changes_.everything) {

@@ -16,9 +16,9 @@ struct AccessibleChanges {
   std::set<std::string> objects;  // paths of those whose name, description, role or id is another
 };
 
-// Has a program tell when its objects change: the signals ChildrenChanged and PropertyChange of
-// org.a11y.atspi.Event.Object. The connection must outlive it and have no other subscriptions. One
-// thread at a time.
+// Has a program tell when its objects change: the signals ChildrenChanged, PropertyChange and
+// StateChanged (to defunct) of org.a11y.atspi.Event.Object. The connection must outlive it and have
+// no other subscriptions. One thread at a time.
 class ChangeWatch {
  public:
   explicit ChangeWatch(BusConnection& bus) : bus_(bus) {}

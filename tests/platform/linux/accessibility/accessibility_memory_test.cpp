@@ -341,20 +341,20 @@ TEST_F(AccessibilityMemoryTest, AFloodOfSignalsOutlastsNoReadingAndHidesNoChange
 TEST_F(AccessibilityMemoryTest, APlayerThatHangsIsNoLongerHeardUntilItIsReadAgain) {
   start(program);
   readTexts();
-  EXPECT_EQ(bus.matchRules(player->busName()), 5U);
+  EXPECT_EQ(bus.matchRules(player->busName()), 6U);
   player->process().stop();
   EXPECT_FALSE(read().has_value());
   EXPECT_TRUE(eventually([&] { return bus.matchRules(player->busName()) == 0; }));
   player->process().resume();
   readTexts();
-  EXPECT_EQ(bus.matchRules(player->busName()), 5U);
+  EXPECT_EQ(bus.matchRules(player->busName()), 6U);
 }
 
 TEST_F(AccessibilityMemoryTest, SubscriptionsDoNotAddUp) {
   accessibility = makeLinuxAccessibility(std::chrono::milliseconds(1));
   start(program);
   for (int i = 0; i < 20; ++i) readTexts();
-  EXPECT_EQ(bus.matchRules(player->busName()), 5U);
+  EXPECT_EQ(bus.matchRules(player->busName()), 6U);
 }
 
 // Signals wait at the bus for as long as nobody reads.
