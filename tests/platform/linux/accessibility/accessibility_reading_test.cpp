@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/accessibility/plain_element.h"
+#include "platform/linux/accessibility/plain_reading.h"
 #include "platform/linux/accessibility/reading_fixture.h"
 
 namespace vellora {
@@ -250,43 +251,11 @@ FakeProgram randomProgram(unsigned seed) {
   return program;
 }
 
-class PlainAccessibility final : public Accessibility {
- public:
-  explicit PlainAccessibility(std::shared_ptr<AccessibilityElement> program)
-      : program_(std::move(program)) {}
-  bool isTrusted() override { return true; }
-  void requestTrust() override {}
-  std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t, float) override {
-    return program_;
-  }
-
- private:
-  std::shared_ptr<AccessibilityElement> program_;
-};
-
-// A clock that stands still: what is compared is what is found without a deadline.
-class StoppedClock final : public Clock {
- public:
-  double now() const override { return 0; }
-};
-
-std::string dump(const std::optional<MusicLayout>& layout) {
-  if (!layout) return "no layout";
-  const auto text = [](const Rect& rect) {
-    return std::to_string(rect.x) + " " + std::to_string(rect.y) + " " +
-           std::to_string(rect.width) + " " + std::to_string(rect.height);
-  };
-  std::string result =
-      text(layout->window) + "\n" + text(layout->viewport) + "\n" + layout->title + "\n";
-  for (const MusicRow& row : layout->rows) result += row.text + " at " + text(row.frame) + "\n";
-  return result;
-}
-
 TEST_F(AccessibilityReadingTest, VolleysReadWhatOneCallAtATimeReads) {
   std::size_t rowsSeen = 0;
   for (unsigned seed = 1; seed <= 12; ++seed) {
     start(randomProgram(seed));
-    PlainAccessibility plainly(PlainElement::program(bus, player->busName()));
+    PlainAccessibility plainly(PlainElement::program(bus.address(), player->busName()));
     const auto plain = readMusic(player->pid(), plainly, StoppedClock());
     ASSERT_TRUE(plain.has_value()) << seed;
     // A busy machine may cut a reading short, which is then taken again.

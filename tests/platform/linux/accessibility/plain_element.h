@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -8,7 +10,6 @@
 
 #include "platform/accessibility.h"
 #include "platform/linux/accessibility/bus_handles.h"
-#include "platform/linux/accessibility/fake_session.h"
 
 namespace vellora {
 
@@ -23,7 +24,8 @@ class PlainElement final : public AccessibilityElement {
         isProgram_(isProgram) {}
 
   AttributeValue attribute(std::string_view attribute) override {
-    if (attribute == "AXWindows") return isProgram_ ? children() : AttributeValue();
+    if (attribute == "AXWindows") return isProgram_ ? windows() : AttributeValue();
+    if (attribute == "AXMinimized") return hasState(15);  // ICONIFIED
     if (attribute == "AXChildren") return children();
     if (attribute == "AXRole") return role();
     if (attribute == "AXTitle") return property("Name");
@@ -33,16 +35,45 @@ class PlainElement final : public AccessibilityElement {
     return {};
   }
 
-  // The program that a fake process serves.
-  static std::shared_ptr<PlainElement> program(const PrivateBus& bus, const std::string& name) {
+  // The program of that unique name on the bus at that address.
+  static std::shared_ptr<PlainElement> program(const std::string& address,
+                                               const std::string& name) {
     sd_bus* made = nullptr;
     sd_bus_new(&made);
     std::shared_ptr<sd_bus> connection(made, BusCloser());
-    sd_bus_set_address(made, bus.address().c_str());
+    sd_bus_set_address(made, address.c_str());
     sd_bus_set_bus_client(made, 1);
     sd_bus_start(made);
     return std::make_shared<PlainElement>(connection, name, "/org/a11y/atspi/accessible/root",
                                           true);
+  }
+
+  // The program of that process, among those of the session's accessibility bus; null when it is
+  // not there (yet).
+  static std::shared_ptr<PlainElement> program(pid_t process) {
+    sd_bus* opened = nullptr;
+    if (sd_bus_open_user(&opened) < 0) return nullptr;
+    const std::shared_ptr<sd_bus> session(opened, BusCloser());
+    PlainElement services(session, "org.a11y.Bus", "/org/a11y/bus", false);
+    const BusMessagePtr reply = services.call("org.a11y.Bus", "GetAddress");
+    const char* address = nullptr;
+    if (!reply || sd_bus_message_read(reply.get(), "s", &address) <= 0) return nullptr;
+    const auto registry = program(std::string(address), "org.a11y.atspi.Registry");
+    const AttributeValue programs = registry->children();
+    const auto* list = std::get_if<AccessibilityElements>(&programs);
+    if (!list) return nullptr;
+    PlainElement driver(registry->bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus", false);
+    for (const auto& element : *list) {
+      auto& found = static_cast<PlainElement&>(*element);
+      const BusMessagePtr answer = driver.call("org.freedesktop.DBus", "GetConnectionUnixProcessID",
+                                               "s", found.name_.c_str());
+      std::uint32_t number = 0;
+      if (answer && sd_bus_message_read(answer.get(), "u", &number) > 0 &&
+          number == static_cast<std::uint32_t>(process)) {
+        return std::make_shared<PlainElement>(found.bus_, found.name_, found.path_, true);
+      }
+    }
+    return nullptr;
   }
 
  private:
@@ -67,7 +98,9 @@ class PlainElement final : public AccessibilityElement {
     if (!reply || sd_bus_message_read(reply.get(), "u", &role) <= 0) return {};
     return std::string(role == 43   ? "AXButton"
                        : role == 49 ? "AXScrollArea"
+                       : role == 16 ? "AXWindow"
                        : role == 23 ? "AXWindow"
+                       : role == 69 ? "AXWindow"
                        : role == 29 ? "AXStaticText"
                                     : "AXUnknown");
   }
@@ -87,9 +120,29 @@ class PlainElement final : public AccessibilityElement {
     const char* name = nullptr;
     const char* path = nullptr;
     while (sd_bus_message_read(reply.get(), "(so)", &name, &path) > 0) {
-      if (*name) list.push_back(std::make_shared<PlainElement>(bus_, name, path, false));
+      const bool isThere = *name && std::string_view(path) != "/org/a11y/atspi/null";
+      if (isThere) list.push_back(std::make_shared<PlainElement>(bus_, name, path, false));
     }
     return list;
+  }
+
+  // The active one first.
+  AttributeValue windows() {
+    AttributeValue value = children();
+    if (auto* list = std::get_if<AccessibilityElements>(&value)) {
+      std::ranges::stable_partition(*list, [](const auto& window) {
+        return static_cast<PlainElement&>(*window).hasState(1);  // ACTIVE
+      });
+    }
+    return value;
+  }
+
+  bool hasState(unsigned state) {
+    const BusMessagePtr reply = call("org.a11y.atspi.Accessible", "GetState");
+    const void* words = nullptr;
+    std::size_t size = 0;
+    if (!reply || sd_bus_message_read_array(reply.get(), 'u', &words, &size) <= 0) return false;
+    return size >= 4 && (*static_cast<const std::uint32_t*>(words) >> state & 1U) != 0;
   }
 
   AttributeValue extents(bool isSize) {
