@@ -21,6 +21,6 @@ namespace vellora {
 //
 // `longestMemory` is how long a change that a program does not signal stays unseen at most.
 std::shared_ptr<Accessibility> makeLinuxAccessibility(
-    std::chrono::steady_clock::duration longestMemory = std::chrono::seconds(2));
+    std::chrono::steady_clock::duration longestMemory = std::chrono::seconds(1));
 
 }  // namespace vellora

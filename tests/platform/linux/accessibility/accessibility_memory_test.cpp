@@ -160,7 +160,7 @@ TEST_F(AccessibilityMemoryTest, AChangeOfAnObjectThatWasNotMetPutsEverythingInDo
   EXPECT_GT(questions(), whole);
 }
 
-TEST_F(AccessibilityMemoryTest, WhatAProgramDoesNotSignalIsSeenWithinSomeSeconds) {
+TEST_F(AccessibilityMemoryTest, WhatAProgramDoesNotSignalIsSeenWithinAWhile) {
   accessibility = makeLinuxAccessibility();
   start(program);
   readTexts();
@@ -271,7 +271,7 @@ TEST_F(AccessibilityMemoryTest, AProgramThatWasSlowToTellIsRememberedLater) {
   EXPECT_TRUE(eventually([&] { return questions() == stateAndFrames; }));
 }
 
-TEST_F(AccessibilityMemoryTest, AProgramThatLeavesTheRegistryIsNoLongerReadAfterSomeSeconds) {
+TEST_F(AccessibilityMemoryTest, AProgramThatLeavesTheRegistryIsNoLongerReadAfterAWhile) {
   accessibility = makeLinuxAccessibility();
   start(program);
   readTexts();
