@@ -60,7 +60,7 @@ TEST_F(FilesTest, WholeContentIsReadBytesAndAll) {
 }
 
 TEST_F(FilesTest, EverySizeAroundThatOfOneReadIsReadToTheEnd) {
-  for (const std::size_t piece : {4096, 16384, 32768, 65536}) {
+  for (const std::size_t piece : {4096U, 16384U, 32768U, 65536U}) {
     for (const std::size_t size : {piece - 1, piece, piece + 1}) {
       const std::string bytes(size, 'x');
       put(folder / "a", bytes);
