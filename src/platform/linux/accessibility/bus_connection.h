@@ -20,7 +20,7 @@ using Steady = std::chrono::steady_clock;
 // connection lost). May send further calls, nothing else.
 using ReplyHandler = std::function<void(sd_bus_message* reply)>;
 
-// Told for each signal of a match. Sends calls, or nothing.
+// Told for each signal of a match. May send calls, nothing else.
 using SignalHandler = std::function<void(sd_bus_message* signal)>;
 
 // A client's connection to a D-Bus daemon, over which many calls are under way at once. Nothing

@@ -14,12 +14,13 @@
 namespace vellora {
 
 // One reading of a program's windows over the accessibility bus: what its elements have in common.
-// What an earlier reading found out and the program tells no change of it does not ask again
-// (`ProgramMemory`), nor anything twice. One thread at a time.
+// It asks nothing twice, and nothing that an earlier reading found out and the program has signalled
+// no change of (`ProgramMemory`). One thread at a time.
 //
 // Time: listing the windows takes one messaging timeout at most. The first question about what is
 // in a window is answered in volleys for the whole window; from then on the reading asks for 0.3 s,
-// and then knows what it knows. A program that lets one call time out is asked no more.
+// and then knows what it knows. A program that lets one call time out is asked no more until it
+// answers.
 class BusReading {
  public:
   // `timeout` is that of a single call.

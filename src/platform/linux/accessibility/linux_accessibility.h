@@ -17,7 +17,7 @@ namespace vellora {
 // hands the connection on to the next reading when it and its elements are gone, with what is known
 // of the program; `isTrusted` has a connection of its own. So a reading on another thread shares
 // nothing with the main thread. Where GLib's main loop runs, a connection that no reading takes is
-// closed after some seconds.
+// closed after two to four seconds.
 //
 // `longestMemory` is how long a change that a program does not signal stays unseen at most.
 std::shared_ptr<Accessibility> makeLinuxAccessibility(
