@@ -14,8 +14,8 @@
 namespace vellora {
 
 // One reading of a program's windows over the accessibility bus: what its elements have in common.
-// It asks nothing twice, and nothing that an earlier reading found out and the program has signalled
-// no change of (`ProgramMemory`). One thread at a time.
+// It asks nothing twice, and nothing that an earlier reading found out and the program has
+// signalled no change of (`ProgramMemory`). One thread at a time.
 //
 // Time: listing the windows takes one messaging timeout at most. The first question about what is
 // in a window is answered in volleys for the whole window; from then on the reading asks for 0.3 s,
