@@ -6,7 +6,7 @@ complete -c vellora-companion -n '__fish_seen_subcommand_from check import' -a '
 complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a play -d "Play a song of the library"
 complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a seek -d "Go to a place in the song"
 complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a next -d "The next song"
-complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a previous -d "The song's begin, or the song before"
+complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a previous -d "The song's beginning, or the song before"
 complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a playpause -d "Pause, or go on"
 complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a status -d "Say what plays and what the overlay says"
 complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a check -d "Say what a folder of lyrics lacks"

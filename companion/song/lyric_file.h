@@ -16,7 +16,7 @@ inline constexpr std::size_t mostLines = 5000;
 
 // One line of a file of lyrics.
 struct FileLine {
-  std::optional<double> time;  // seconds since the song's begin
+  std::optional<double> time;  // seconds since the song's beginning
   std::string text;            // cleaned; empty for a pause or a blank line
   std::string translation;     // where the file itself holds one; else empty
   int number = 0;              // the line of the file, from 1

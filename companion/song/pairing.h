@@ -17,10 +17,10 @@ bool isBilingual(const LyricFile& file);
 std::vector<SongLine> unfolded(const LyricFile& file, Problems& problems);
 
 // Gives the song's lines the translations of `translation`, and tells what fits nowhere, unless it
-// is no more than the song's lost lines account for. Times fit
-// that are at most 0.05 s apart; lines of one time fit in their order. Without times on both sides
-// the lines fit in their order, stanza by stanza where the numbers of lines differ. A table's lines
-// fit by their text, as the overlay looks rows up.
+// is no more than the song's lost lines account for. Times fit that are at most 0.05 s apart; lines
+// of one time fit in their order. Without times on both sides the lines fit in their order, stanza
+// by stanza where the numbers of lines differ. A table's lines fit by their text, as the overlay
+// looks rows up.
 void pair(Song& song, const LyricFile& translation, Problems& problems);
 
 }  // namespace vellora::companion

@@ -12,7 +12,7 @@ namespace vellora::companion {
 
 // A line of a song with its translation.
 struct SongLine {
-  std::optional<double> time;  // seconds since the song's begin
+  std::optional<double> time;  // seconds since the song's beginning
   std::string source;
   std::string translation;  // empty where there is none
   int number = 0;           // its line in the file of the lyrics, from 1

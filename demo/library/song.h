@@ -17,7 +17,7 @@ using SongError = companion::Problem;
 
 // One line of a song's lyrics.
 struct SongLine {
-  double time = 0;  // seconds since the song's begin
+  double time = 0;  // seconds since the song's beginning
   std::string text;
   std::optional<std::string>
       translation;  // absent where the song's translation leaves the line out

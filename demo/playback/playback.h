@@ -49,7 +49,7 @@ class Playback {
   void play();
   void pause();
   void playPause();
-  void stop();  // back to the song's begin
+  void stop();  // back to the song's beginning
   // Neighbouring songs; the status stays.
   void next();
   void previous();
