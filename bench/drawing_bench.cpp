@@ -98,42 +98,22 @@ std::vector<std::uint8_t> captionPixels() {
 // Standard deviations in hundredths of a pixel.
 constexpr std::int64_t deviations[] = {33, 130, 260, 520};
 
-void openCvBlur(benchmark::State& state) {
-  cv::setNumThreads(1);
-  std::vector<std::uint8_t> pixels = captionPixels();
-  const cv::Mat source(pictureHeight, pictureWidth, CV_8UC4, pixels.data());
-  cv::Mat destination(pictureHeight, pictureWidth, CV_8UC4);
-  const double sigma = static_cast<double>(state.range(0)) / 100;
-  for ([[maybe_unused]] const auto& turn : state) {
-    cv::GaussianBlur(source, destination, cv::Size(), sigma, sigma, cv::BORDER_CONSTANT);
-    benchmark::ClobberMemory();
-  }
-}
-
-void ownBlur(benchmark::State& state) {
-  const std::vector<std::uint8_t> source = captionPixels();
-  std::vector<std::uint8_t> destination(source.size());
-  const double sigma = static_cast<double>(state.range(0)) / 100;
-  for ([[maybe_unused]] const auto& turn : state) {
-    gaussianBlur({source.data(), pictureWidth, pictureHeight, pictureWidth * 4},
-                 {destination.data(), pictureWidth, pictureHeight, pictureWidth * 4}, sigma);
-    benchmark::ClobberMemory();
-  }
-}
-
-// The same of a picture without a blank row or column, which its own blur would pass over.
-void noisePixels(std::vector<std::uint8_t>& pixels) {
+// A picture without a blank row or column, which the blur of a caption may pass over.
+std::vector<std::uint8_t> noisePixels() {
+  std::vector<std::uint8_t> pixels(pictureWidth * pictureHeight * 4);
   std::uint32_t state = 1;
   for (std::uint8_t& byte : pixels) {
     state = state * 1664525 + 1013904223;
     byte = static_cast<std::uint8_t>(state >> 24);
   }
+  return pixels;
 }
 
-void openCvBlurOfNoise(benchmark::State& state) {
+using Picture = std::vector<std::uint8_t> (*)();
+
+void openCvBlur(benchmark::State& state, Picture picture) {
   cv::setNumThreads(1);
-  std::vector<std::uint8_t> pixels(pictureWidth * pictureHeight * 4);
-  noisePixels(pixels);
+  std::vector<std::uint8_t> pixels = picture();
   const cv::Mat source(pictureHeight, pictureWidth, CV_8UC4, pixels.data());
   cv::Mat destination(pictureHeight, pictureWidth, CV_8UC4);
   const double sigma = static_cast<double>(state.range(0)) / 100;
@@ -143,9 +123,8 @@ void openCvBlurOfNoise(benchmark::State& state) {
   }
 }
 
-void ownBlurOfNoise(benchmark::State& state) {
-  std::vector<std::uint8_t> source(pictureWidth * pictureHeight * 4);
-  noisePixels(source);
+void ownBlur(benchmark::State& state, Picture picture) {
+  const std::vector<std::uint8_t> source = picture();
   std::vector<std::uint8_t> destination(source.size());
   const double sigma = static_cast<double>(state.range(0)) / 100;
   for ([[maybe_unused]] const auto& turn : state) {
@@ -158,10 +137,10 @@ void ownBlurOfNoise(benchmark::State& state) {
 void eachDeviation(benchmark::internal::Benchmark* bench) {
   for (const std::int64_t deviation : deviations) bench->Arg(deviation);
 }
-BENCHMARK(openCvBlur)->Apply(eachDeviation);
-BENCHMARK(ownBlur)->Apply(eachDeviation);
-BENCHMARK(openCvBlurOfNoise)->Apply(eachDeviation);
-BENCHMARK(ownBlurOfNoise)->Apply(eachDeviation);
+BENCHMARK_CAPTURE(openCvBlur, caption, captionPixels)->Apply(eachDeviation);
+BENCHMARK_CAPTURE(ownBlur, caption, captionPixels)->Apply(eachDeviation);
+BENCHMARK_CAPTURE(openCvBlur, noise, noisePixels)->Apply(eachDeviation);
+BENCHMARK_CAPTURE(ownBlur, noise, noisePixels)->Apply(eachDeviation);
 
 // Takes down what is drawn, as the panel does before it presents what changed.
 class NotedSurface final : public Surface {
