@@ -84,7 +84,15 @@ class AppKitApplication final : public Application {
     application.delegate = delegate;
   }
 
-  void run() override { [application run]; }
+  // Without a window on the screen the system would let the program nap: ticks would come seconds
+  // apart, and a companion's command would wait as long. The Mac may still go to sleep.
+  void run() override {
+    const id<NSObject> activity = [NSProcessInfo.processInfo
+        beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                          reason:@"Following a song for a lyrics companion"];
+    [application run];
+    [NSProcessInfo.processInfo endActivity:activity];
+  }
 
   std::unique_ptr<Timer> scheduleTimer(double interval, std::function<void()> fire) override {
     // A pool of its own: the event loop's is emptied by events, and a program in the background may
