@@ -16,7 +16,8 @@
 namespace vellora {
 
 // A run of the program with nothing in its environment, no display, no bus, no home, but the
-// variable ("NAME=value") that is given, and what a sanitizer's build is told about leaks.
+// variable ("NAME=value") that is given, and what a sanitizer's build is told about leaks and
+// races.
 class Program {
  public:
   explicit Program(std::vector<std::string> arguments, std::string variable = {}) {
@@ -24,11 +25,15 @@ class Program {
     std::vector<char*> argv;
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
-    const char* const leaks = std::getenv("LSAN_OPTIONS");
-    std::string leakOptions = std::string("LSAN_OPTIONS=") + (leaks != nullptr ? leaks : "");
+    std::vector<std::string> variables;
+    for (const char* name : {"LSAN_OPTIONS", "TSAN_OPTIONS"}) {
+      if (const char* const value = std::getenv(name)) {
+        variables.push_back(std::string(name) + "=" + value);
+      }
+    }
+    if (!variable.empty()) variables.push_back(variable);
     std::vector<char*> environment;
-    if (leaks != nullptr) environment.push_back(leakOptions.data());
-    if (!variable.empty()) environment.push_back(variable.data());
+    for (std::string& each : variables) environment.push_back(each.data());
     environment.push_back(nullptr);
 
     posix_spawn_file_actions_t files;
