@@ -33,8 +33,8 @@ bool OverlayDelegate::syncRequested() {
 
 void OverlayDelegate::performPendingCommand() {
   vellora::performPendingCommand(
-      snapshotURL, *clock_, [this](const MusicCommand& command) { runInMusic(command); },
-      lastNowPlayingPublish);
+      snapshotURL, *clock_, commandReader_,
+      [this](const MusicCommand& command) { runInMusic(command); }, lastNowPlayingPublish);
 }
 
 void OverlayDelegate::publishNowPlaying() {

@@ -20,6 +20,9 @@ void OverlayDelegate::addStatusItem() {
   if (!statusItem) return;
   if (statusItem->hasButton()) statusItem->setTitle(StatusItemTexts::title);
   if (statusItem->hasButton()) statusItem->setToolTip(StatusItemTexts::firstToolTip);
+  // A URL that was opened before the launch was over has had its first tick, and the next one
+  // records nothing as long as the line is the same.
+  if (statusItem->hasButton() && !statusMessage.empty()) statusItem->setToolTip(statusMessage);
   const std::weak_ptr<OverlayDelegate> self = weak_from_this();
   const auto calling = [self](void (OverlayDelegate::*operation)()) {
     return [self, operation] {

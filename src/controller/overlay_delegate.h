@@ -116,6 +116,7 @@ class OverlayDelegate final : public ApplicationDelegate,
   void addStatusItem();
 
   RecordReader<SyncRequest> syncRequestReader_;
+  RecordReader<MusicCommand> commandReader_;
   RecordReader<OverlaySnapshot> snapshotReader_;
 };
 

@@ -5,10 +5,11 @@
 namespace vellora {
 
 void performPendingCommand(const SnapshotLocation& snapshot, const Clock& clock,
-                           const CommandRunner& run, double& lastNowPlayingPublish) {
+                           RecordReader<MusicCommand>& reader, const CommandRunner& run,
+                           double& lastNowPlayingPublish) {
   const auto file = exchangeFile(snapshot, commandFileName);
   if (!file) return;
-  const auto command = readExchangeFile<MusicCommand>(*file);
+  const auto command = reader.read(*file);
   if (!command) return;
   // Before the test of freshness, so that a stale command goes too, and before it runs, so that it
   // does not run twice.

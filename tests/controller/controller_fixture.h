@@ -73,6 +73,12 @@ class ControllerTest : public testing::Test {
     writeText(path, encode(record).value());
   }
 
+  std::filesystem::path makeVelloraFolder(std::string_view parent) {
+    const auto path = folder / parent / "Vellora";
+    std::filesystem::create_directories(path);
+    return path;
+  }
+
   bool exists(std::string_view name) const { return std::filesystem::exists(folder / name); }
   std::string statusFile() const { return readText(folder / "status.json"); }
   std::string nowPlayingFile() const { return readText(folder / "nowplaying.json"); }

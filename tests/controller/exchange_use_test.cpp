@@ -17,11 +17,6 @@ class ExchangeUseTest : public ControllerTest {
   }
   std::size_t commands() const { return platform.scripting->requests.size() - questions(); }
 
-  std::filesystem::path makeVelloraFolder(std::string_view parent) {
-    const auto path = folder / parent / "Vellora";
-    std::filesystem::create_directories(path);
-    return path;
-  }
   void open(const std::string& url) { controller->applicationOpen({url}); }
 };
 

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "controller/controller_fixture.h"
 
 namespace vellora {
@@ -26,6 +28,16 @@ TEST_F(LaunchTest, TheTooltipStaysTheProgramsNameUntilThereIsAnExchangeFolder) {
   launch();
   EXPECT_EQ(platform.statusItem->title, "文");
   EXPECT_EQ(platform.statusItem->toolTip, "Vellora");
+}
+
+TEST_F(LaunchTest, AUrlThatCameBeforeTheLaunchLeavesItsStatusLineInTheTooltip) {
+  build(std::nullopt);
+  const auto moved = makeVelloraFolder("a");
+  controller->applicationOpen(
+      {"tessaly-overlay://x?snapshot=" + (moved / "snapshot.json").string()});
+  launch();
+  EXPECT_EQ(platform.statusItem->toolTip, "Waiting for fresh lyrics from Tessaly");
+  EXPECT_EQ(std::count(platform.log.begin(), platform.log.end(), "tooltip Vellora"), 1);
 }
 
 TEST_F(LaunchTest, TheTimerTicksEveryTwelveHundredths) {

@@ -26,7 +26,7 @@ class CommandIntakeTest : public testing::Test {
   void put(const MusicCommand& pending) { folder.write("command.json", *encode(pending)); }
   void perform() {
     performPendingCommand(
-        snapshot, clock,
+        snapshot, clock, reader,
         [this](const MusicCommand& pending) {
           ran.push_back(pending);
           fileStoodWhenRun = folder.has("command.json");
@@ -42,6 +42,7 @@ class CommandIntakeTest : public testing::Test {
   double lastPublishWhenRun = 0;
   bool fileStoodWhenRun = false;
   std::vector<MusicCommand> ran;
+  RecordReader<MusicCommand> reader;
 };
 
 TEST_F(CommandIntakeTest, FreshCommandIsRemovedAndRunOnce) {
@@ -160,6 +161,15 @@ TEST_F(CommandIntakeTest, CommandWhoseFileCannotBeRemovedRunsAgainUntilItIsStale
   }
   ::chmod(folder.path().c_str(), 0755);
   EXPECT_TRUE(folder.has("command.json"));
+}
+
+TEST_F(CommandIntakeTest, TheSameCommandWrittenAgainRunsAgain) {
+  put(command(1));
+  perform();
+  put(command(1));
+  perform();
+  EXPECT_EQ(ran.size(), 2U);
+  EXPECT_FALSE(folder.has("command.json"));
 }
 
 TEST_F(CommandIntakeTest, FolderInThePlaceOfTheFileIsLeftAlone) {

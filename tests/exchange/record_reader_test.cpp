@@ -9,6 +9,17 @@
 #include "support/temporary_folder.h"
 
 namespace vellora {
+
+// A record that counts how often it is looked for, and is never found.
+struct CountedRecord {
+  static inline int decodings = 0;
+};
+template <>
+std::optional<CountedRecord> decode<CountedRecord>(std::string_view) {
+  ++CountedRecord::decodings;
+  return std::nullopt;
+}
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -72,6 +83,16 @@ TEST_F(RecordReaderTest, MalformedBytesHoldNothingUntilOthersCome) {
     EXPECT_EQ(titleNow(), "none") << text;
     EXPECT_EQ(titleNow(), "none") << text;
   }
+}
+
+TEST_F(RecordReaderTest, MalformedBytesThatStayAreDecodedOnce) {
+  RecordReader<CountedRecord> counting;
+  folder.write("command.json", std::string(100'000, '['));
+  for (int tick = 0; tick < 8; ++tick) EXPECT_FALSE(counting.read(folder / "command.json"));
+  EXPECT_EQ(CountedRecord::decodings, 1);
+  folder.write("command.json", std::string(100'000, '{'));
+  EXPECT_FALSE(counting.read(folder / "command.json"));
+  EXPECT_EQ(CountedRecord::decodings, 2);
 }
 
 // Only the bytes tell: neither the size, nor the times, nor the file's identity.
