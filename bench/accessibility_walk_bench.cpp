@@ -15,7 +15,7 @@
 
 #include "music/lyrics_layout_reader.h"
 #include "platform/linux/accessibility/linux_accessibility.h"
-#include "platform/linux/desktop/system_clock.h"
+#include "platform/system_clock.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <xcb/xcb.h>
 
 #include "base/rect.h"
-#include "platform/linux/window/xcb_types.h"
+#include "platform/linux/x11/xcb_types.h"
 
 namespace vellora {
 

@@ -4,10 +4,13 @@
 #include <cstdlib>
 
 #include "platform/linux/accessibility/linux_accessibility.h"
-#include "platform/linux/desktop/desktop.h"
 #include "platform/linux/drawing/pango_painter.h"
-#include "platform/linux/window/window.h"
-#include "platform/linux/window/x_session.h"
+#include "platform/linux/loop/glib_application.h"
+#include "platform/linux/player/mpris_scripting.h"
+#include "platform/linux/tray/notifier_item.h"
+#include "platform/linux/x11/window.h"
+#include "platform/linux/x11/x_session.h"
+#include "platform/system_clock.h"
 
 namespace vellora {
 namespace {
@@ -23,14 +26,14 @@ void tellThatThereIsNoDisplay() {
 class LinuxPlatform final : public Platform {
  public:
   Application& application() override {
-    if (!application_) application_ = makeApplication();
+    if (!application_) application_ = std::make_unique<GlibApplication>();
     return *application_;
   }
-  std::shared_ptr<const Clock> makeClock() override { return vellora::makeClock(); }
+  std::shared_ptr<const Clock> makeClock() override { return std::make_shared<SystemClock>(); }
   std::shared_ptr<Accessibility> makeAccessibility() override { return makeLinuxAccessibility(); }
   std::unique_ptr<Workspace> makeWorkspace() override { return vellora::makeWorkspace(session()); }
   std::unique_ptr<MusicScripting> makeMusicScripting() override {
-    return vellora::makeMusicScripting();
+    return std::make_unique<MprisScripting>();
   }
   std::unique_ptr<CaptionPainter> makeCaptionPainter() override {
     return std::make_unique<PangoPainter>();
@@ -41,7 +44,7 @@ class LinuxPlatform final : public Platform {
   // and needs no display.
   std::unique_ptr<StatusItem> makeStatusItem() override {
     if (!session()->present()) tellThatThereIsNoDisplay();
-    return vellora::makeStatusItem();
+    return makeNotifierItem();
   }
 
  private:

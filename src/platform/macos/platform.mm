@@ -6,9 +6,9 @@
 #import "platform/macos/music_scripting.h"
 #import "platform/macos/panel.h"
 #import "platform/macos/status_item.h"
-#import "platform/macos/system_clock.h"
 #import "platform/macos/view.h"
 #import "platform/macos/workspace.h"
+#import "platform/system_clock.h"
 
 namespace vellora {
 

@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "music/lyrics_layout_reader.h"
-#include "platform/macos/system_clock.h"
+#include "platform/system_clock.h"
 #include "reading_window_process.h"
 
 namespace vellora {

@@ -6,7 +6,7 @@
 #include "platform/linux/accessibility/bus_elements.h"
 #include "platform/linux/accessibility/reading_connection.h"
 #include "platform/linux/accessibility/status_watch.h"
-#include "platform/linux/desktop/glib_ptr.h"
+#include "platform/linux/glib/glib_ptr.h"
 
 namespace vellora {
 

@@ -9,9 +9,9 @@
 
 #include <unistd.h>
 
-#include "platform/linux/desktop/glib_ptr.h"
-#include "platform/linux/desktop/open_interface.h"
-#include "platform/linux/desktop/session_bus.h"
+#include "platform/linux/glib/glib_ptr.h"
+#include "platform/linux/glib/session_bus.h"
+#include "platform/linux/open/open_interface.h"
 
 namespace vellora {
 namespace {

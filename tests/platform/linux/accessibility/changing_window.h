@@ -7,7 +7,7 @@
 
 #include <gtk/gtk.h>
 
-#include "platform/linux/desktop/glib_ptr.h"
+#include "platform/linux/glib/glib_ptr.h"
 
 namespace vellora {
 

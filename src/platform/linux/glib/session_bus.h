@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/linux/glib/glib_ptr.h"
+
+namespace vellora {
+
+using SessionBus = GObjectPtr<GDBusConnection>;
+
+// The process's one connection to the session bus (D-Bus Specification, "Message Bus"); null where
+// no bus answers. Looks only where DBUS_SESSION_BUS_ADDRESS and XDG_RUNTIME_DIR point and never
+// starts a bus. The program goes on when the bus goes away. Main thread.
+SessionBus connectToSessionBus();
+
+}  // namespace vellora

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include <xcb/xcb.h>
+
+#include "base/rect.h"
+#include "platform/linux/x11/x_session.h"
+
+namespace vellora {
+
+// A rectangle of device pixels within what the protocol can carry; never without area.
+struct PixelRect {
+  std::int16_t x = 0;
+  std::int16_t y = 0;
+  std::uint16_t width = 1;
+  std::uint16_t height = 1;
+  bool operator==(const PixelRect&) const = default;
+
+  int right() const { return x + width; }
+  int bottom() const { return y + height; }
+};
+
+// Each edge goes to the nearest pixel; what lies outside the protocol's range, and what is no
+// number, is brought inside.
+PixelRect nearestPixels(const Rect& pixels);
+
+// The overlay's window on the server: outside the window manager's care, without a background and
+// without a border, with an alpha channel where the screen has a visual for it. Unmapped at first.
+// Destroyed with this object. Every operation is a request that the server answers on its own time.
+// Main thread; the session must be present when it is made.
+class PanelWindow {
+ public:
+  explicit PanelWindow(std::shared_ptr<XSession> session);
+  ~PanelWindow();
+  PanelWindow(const PanelWindow&) = delete;
+  PanelWindow& operator=(const PanelWindow&) = delete;
+
+  xcb_window_t id() const { return window_; }
+  xcb_visualtype_t* visual() const { return visual_; }
+  bool hasAlpha() const { return depth_ == 32; }
+
+  // Clicks pass through, no shadow, and the hints by which pagers, task bars and window managers
+  // leave it alone and show it on every desktop.
+  void applySettings();
+
+  void place(const PixelRect& frame);
+  void map();
+  void unmap();
+  void raise();
+  void raiseAbove(xcb_window_t sibling);
+
+  // Everything outside these rectangles is no part of the window any more.
+  void clip(const std::vector<PixelRect>& visible);
+  void unclip();
+
+  // Read from the server. Both false when there is no answer.
+  bool passesClicks() const;
+  bool isOpaque() const;
+
+  // Another client destroyed the window: nothing is left to destroy.
+  void release() { window_ = XCB_WINDOW_NONE; }
+
+ private:
+  void chooseVisual();
+
+  std::shared_ptr<XSession> session_;
+  xcb_visualtype_t* visual_ = nullptr;
+  std::uint8_t depth_ = 0;
+  xcb_colormap_t colormap_ = XCB_NONE;
+  xcb_window_t window_ = XCB_WINDOW_NONE;
+};
+
+}  // namespace vellora

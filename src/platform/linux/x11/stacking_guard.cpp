@@ -1,0 +1,18 @@
+#include "platform/linux/x11/stacking_guard.h"
+
+namespace vellora {
+
+bool StackingGuard::answers(std::uint32_t window, double now) {
+  Rounds& rounds = rounds_[window];
+  if (rounds.count > roundsBeforeYielding) return false;
+  const bool soon = rounds.count > 0 && now - rounds.last <= contestSpan;
+  rounds.count = soon ? rounds.count + 1 : 1;
+  rounds.last = now;
+  return rounds.count <= roundsBeforeYielding;
+}
+
+void StackingGuard::forget(std::uint32_t window) { rounds_.erase(window); }
+
+void StackingGuard::reset() { rounds_.clear(); }
+
+}  // namespace vellora

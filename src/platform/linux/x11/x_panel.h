@@ -1,0 +1,63 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <set>
+
+#include "platform/linux/glib/glib_ptr.h"
+#include "platform/linux/x11/panel_presenter.h"
+#include "platform/linux/x11/panel_window.h"
+#include "platform/linux/x11/selection_watch.h"
+#include "platform/linux/x11/stacking_guard.h"
+#include "platform/linux/x11/x_view.h"
+#include "platform/panel.h"
+
+namespace vellora {
+
+// The overlay panel. Without a display it only remembers its settings. While it is shown it goes
+// back above any window that comes above it (see StackingGuard for the limit of that), and it
+// follows the compositor's coming and going: without one it is clipped to the captions' plates.
+// Main thread.
+class XPanel final : public Panel, private XEventListener, private ViewHost {
+ public:
+  explicit XPanel(std::shared_ptr<XSession> session);
+  ~XPanel() override;
+
+  void configure(NativeView& content) override;
+  void setFrame(const Rect& frame) override;
+  void orderFrontRegardless() override;
+  void orderOut() override;
+  bool ignoresMouseEvents() const override;
+  bool isOpaque() const override;
+
+ private:
+  void handleEvent(const xcb_generic_event_t& event) override;
+  void endTurn() override;
+  void sessionLost() override;
+  void displaySoon() override;
+  std::optional<double> hostScale() override;
+
+  bool onScreen() const { return shown_ && window_ != nullptr; }
+  void makeWindow();
+  void dropWindow();
+  void show();
+  void place();
+  void displayNow();
+  void noteRestacking(const xcb_generic_event_t& event);
+  void returnToFront();
+
+  std::shared_ptr<XSession> session_;
+  XView* view_ = nullptr;
+  bool shown_ = false;
+  Rect frame_;
+  std::unique_ptr<PanelWindow> window_;
+  PixelRect placed_;
+  std::optional<double> placedScale_;
+  PanelPresenter presenter_;
+  std::optional<SelectionWatch> compositor_;
+  StackingGuard guard_;
+  std::set<xcb_window_t> restacked_;
+  GSourcePtr drawing_;
+};
+
+}  // namespace vellora

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/linux/glib/private_bus.h"
+#include "platform/linux/player/fake_player.h"
+#include "platform/linux/player/mpris_scripting.h"
+
+namespace vellora {
+
+// 250 ms and what a busy machine adds.
+inline constexpr auto longest = std::chrono::milliseconds(400);
+
+inline const std::vector<FakePlayer::Track> library{
+    {"/track/0", "Der Mond ist aufgegangen", {"Traditional"}, "Abends"},
+    {"/track/1", "Sakura", {"Choir"}, "Spring"},
+    {"/track/2", "Sakura", {"Anna", "Ben"}, "Blossoms"},
+    {"/track/3", "\xC3\x89tude", {"Traditional"}, ""},  // É composed
+};
+
+inline FakePlayer::Setup playing(std::size_t index = 0) {
+  FakePlayer::Setup setup;
+  setup.tracks = library;
+  setup.current = index;
+  return setup;
+}
+
+// Requests over a session bus of the test's own.
+class MprisTest : public ::testing::Test {
+ protected:
+  ScriptOutcome ask() { return scripting.run({.source = "", .command = {}}); }
+
+  ScriptOutcome command(MusicCommand::Action action, std::int64_t milliseconds = 0,
+                        std::string title = "", std::string artist = "") {
+    PlayerCommand value;
+    value.command = MusicCommand(0, action, std::move(title), std::move(artist));
+    value.milliseconds = milliseconds;
+    value.searchLocation = searchLocation;
+    return scripting.run({.source = "", .command = value});
+  }
+
+  std::string searchLocation = "music://catalogue.example/search?term=a%20b&c";
+  PrivateBus bus;
+  MprisScripting scripting;
+};
+
+inline void expectReply(const ScriptOutcome& outcome, const std::string& reply) {
+  EXPECT_TRUE(outcome.created);
+  EXPECT_EQ(outcome.reply, reply);
+  EXPECT_EQ(outcome.errorDescription, std::nullopt);
+}
+
+inline void expectError(const ScriptOutcome& outcome, const std::string& description) {
+  EXPECT_TRUE(outcome.created);
+  EXPECT_EQ(outcome.reply, std::nullopt);
+  ASSERT_TRUE(outcome.errorDescription);
+  EXPECT_THAT(*outcome.errorDescription, ::testing::HasSubstr(description));
+}
+
+}  // namespace vellora

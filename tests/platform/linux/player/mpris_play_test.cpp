@@ -1,0 +1,169 @@
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/linux/player/mpris_fixture.h"
+#include "platform/linux/player/track_search.h"
+
+namespace vellora {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using Action = MusicCommand::Action;
+
+using MprisPlayTest = MprisTest;
+
+TEST_F(MprisPlayTest, PlayGoesToTheTrackOfThisTitleAndArtist) {
+  FakePlayer player(playing(0));
+  expectReply(command(Action::play, 0, "Sakura", "Anna, Ben"), "playing");
+  EXPECT_THAT(player.log(), ElementsAre("GetTracksMetadata", "Raise", "GoTo /track/2", "Play"));
+}
+
+TEST_F(MprisPlayTest, PlayFallsBackToTheFirstTrackOfThisTitle) {
+  FakePlayer player(playing(0));
+  expectReply(command(Action::play, 0, "Sakura", "Somebody"), "playing");
+  EXPECT_THAT(player.log(), ElementsAre("GetTracksMetadata", "Raise", "GoTo /track/1", "Play"));
+}
+
+TEST_F(MprisPlayTest, PlayIgnoresLetterCaseAsScriptsDo) {
+  FakePlayer player(playing(0));
+  expectReply(command(Action::play, 0, "sAKURA", "anna, BEN"), "playing");
+  expectReply(command(Action::play, 0, "e\xCC\x81tude", "Traditional"), "playing");
+  EXPECT_THAT(player.log(), ElementsAre("GetTracksMetadata", "Raise", "GoTo /track/2", "Play",
+                                        "GetTracksMetadata", "Raise", "GoTo /track/3", "Play"));
+}
+
+TEST_F(MprisPlayTest, PlayWithoutAPositionDoesNotMoveThePlayHead) {
+  for (const std::int64_t milliseconds : {0, -1}) {
+    FakePlayer player(playing(0));
+    expectReply(command(Action::play, milliseconds, "Sakura", "Choir"), "playing");
+    EXPECT_THAT(player.log(), ElementsAre("GetTracksMetadata", "Raise", "GoTo /track/1", "Play"));
+  }
+}
+
+TEST_F(MprisPlayTest, PlaySetsThePositionOnceTheTrackHasChanged) {
+  for (const unsigned changesAfter : {0u, 80u}) {
+    auto setup = playing(0);
+    setup.changesAfter = changesAfter;
+    FakePlayer player(setup);
+    expectReply(command(Action::play, 12'346, "Sakura", "Choir"), "playing");
+    EXPECT_THAT(player.log(), ElementsAre("GetTracksMetadata", "Raise", "GoTo /track/1", "Play",
+                                          "SetPosition /track/1 12346000"));
+    expectReply(ask(), "Sakura|Choir|Spring|12346|playing");  // it was taken
+  }
+}
+
+TEST_F(MprisPlayTest, PlayFailsWhenTheTrackDoesNotChangeInTime) {
+  auto setup = playing(0);
+  setup.changes = false;
+  FakePlayer player(setup);
+  const auto started = std::chrono::steady_clock::now();
+  expectError(command(Action::play, 1, "Sakura", "Choir"), "did not change to the track in time");
+  EXPECT_LT(std::chrono::steady_clock::now() - started, longest);
+}
+
+// Whatever stands for xdg-open in PATH; it leaves what it was given in a file.
+class SearchTest : public MprisTest {
+ protected:
+  SearchTest() {
+    char pattern[] = "/tmp/vellora-search-XXXXXX";
+    folder = ::mkdtemp(pattern);
+    path = g_getenv("PATH");
+  }
+  ~SearchTest() override {
+    g_setenv("PATH", path.c_str(), TRUE);
+    std::filesystem::remove_all(folder);
+  }
+
+  void installOpener(const std::string& body) {
+    std::ofstream(folder / "xdg-open") << "#!/bin/sh\n" << body << "\n";
+    std::filesystem::permissions(folder / "xdg-open", std::filesystem::perms::owner_all);
+    g_setenv("PATH", (folder.string() + ":" + path).c_str(), TRUE);
+  }
+  std::string opened() const {
+    std::stringstream text;
+    text << std::ifstream(folder / "opened").rdbuf();
+    return text.str();
+  }
+
+  std::filesystem::path folder;
+  std::string path;
+};
+
+TEST_F(SearchTest, TrackThatIsNotListedIsSearchedFor) {
+  installOpener("echo \"$# $1\" >\"" + (folder / "part").string() + "\"; mv \"" +
+                (folder / "part").string() + "\" \"" + (folder / "opened").string() + "\"");
+  FakePlayer player(playing(0));
+  expectReply(command(Action::play, 5000, "Sakur", "Choir"), "searched");
+  EXPECT_TRUE(runLoopUntil([&] { return !opened().empty(); }));
+  EXPECT_EQ(opened(), "1 music://catalogue.example/search?term=a%20b&c\n");
+  EXPECT_THAT(player.log(), ElementsAre("GetTracksMetadata"));
+}
+
+TEST_F(SearchTest, DiacriticalMarksTellTitlesApart) {
+  installOpener("true");
+  FakePlayer player(playing(0));
+  expectReply(command(Action::play, 0, "Etude", "Traditional"), "searched");
+}
+
+TEST_F(SearchTest, PlayerWithoutATrackListIsSearched) {
+  installOpener("true");
+  auto setup = playing(0);
+  setup.trackList = false;
+  FakePlayer player(setup);
+  expectReply(command(Action::play, 0, "Sakura", "Choir"), "searched");
+  EXPECT_THAT(player.log(), IsEmpty());
+}
+
+TEST_F(SearchTest, SlowHandlerIsNotWaitedFor) {
+  installOpener("exec sleep 2");
+  FakePlayer player(playing(0));
+  const auto started = std::chrono::steady_clock::now();
+  expectReply(command(Action::play, 0, "Nothing", "Nobody"), "searched");
+  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(1));
+}
+
+TEST_F(SearchTest, RepliesSearchedWithoutAnyHandler) {
+  g_setenv("PATH", folder.c_str(), TRUE);
+  FakePlayer player(playing(0));
+  expectReply(command(Action::play, 0, "Nothing", "Nobody"), "searched");
+}
+
+TEST_F(SearchTest, HungTrackListIsAnErrorAndNoSearch) {
+  installOpener("echo \"$1\" >>\"" + (folder / "opened").string() + "\"");
+  auto setup = playing(0);
+  setup.mute = {"GetTracksMetadata"};
+  FakePlayer player(setup);
+  searchLocation = "first";
+  expectError(command(Action::play, 0, "Nothing", "Nobody"), "did not answer in time");
+  player.end();
+  FakePlayer other(playing(0));
+  searchLocation = "second";
+  EXPECT_TRUE(runLoopUntil(
+      [&] { return command(Action::play, 0, "Nothing", "Nobody").reply == "searched"; }));
+  EXPECT_TRUE(runLoopUntil([&] { return opened().find("second") != std::string::npos; }));
+  EXPECT_EQ(opened(), "second\n");
+}
+
+TEST(ScriptTextsTest, CompareWithoutCaseButWithMarksPunctuationAndBlanks) {
+  EXPECT_TRUE(scriptTextsEqual("", ""));
+  EXPECT_TRUE(scriptTextsEqual("Sakura", "SAKURA"));
+  EXPECT_TRUE(scriptTextsEqual("ΣΊΣΥΦΟΣ", "σίσυφος"));
+  EXPECT_TRUE(scriptTextsEqual("É", "e\xCC\x81"));
+  EXPECT_FALSE(scriptTextsEqual("É", "E"));
+  EXPECT_FALSE(scriptTextsEqual("a-b", "ab"));
+  EXPECT_FALSE(scriptTextsEqual("a b", "ab"));
+  EXPECT_FALSE(scriptTextsEqual("Sakura", "Sakura "));
+  EXPECT_FALSE(scriptTextsEqual("Sakura", std::string_view("Sakura\0x", 8)));
+}
+
+}  // namespace
+}  // namespace vellora

@@ -1,0 +1,297 @@
+#include <chrono>
+#include <limits>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/linux/player/mpris_fixture.h"
+
+namespace vellora {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using Action = MusicCommand::Action;
+
+TEST_F(MprisTest, NoPlayerRepliesNothingPlays) { expectReply(ask(), ""); }
+
+TEST_F(MprisTest, NoPlayerFailsACommand) {
+  for (const auto action :
+       {Action::play, Action::seek, Action::playPause, Action::previous, Action::next}) {
+    expectError(command(action), "no player with the desktop entry com.apple.Music");
+  }
+}
+
+TEST_F(MprisTest, StoppedPlayerRepliesNothingPlays) {
+  auto setup = playing();
+  setup.status = "Stopped";
+  FakePlayer player(setup);
+  expectReply(ask(), "");
+}
+
+TEST_F(MprisTest, PlayingTrackIsToldInFiveFields) {
+  auto setup = playing(1);
+  setup.position = 83'250'000;
+  FakePlayer player(setup);
+  expectReply(ask(), "Sakura|Choir|Spring|83250|playing");
+}
+
+TEST_F(MprisTest, PausedTrackIsToldAsPaused) {
+  auto setup = playing(1);
+  setup.status = "Paused";
+  FakePlayer player(setup);
+  expectReply(ask(), "Sakura|Choir|Spring|0|paused");
+}
+
+TEST_F(MprisTest, SeveralArtistsAreJoined) {
+  FakePlayer player(playing(2));
+  expectReply(ask(), "Sakura|Anna, Ben|Blossoms|0|playing");
+}
+
+TEST_F(MprisTest, PositionIsRoundedToTheNearestMillisecond) {
+  const std::vector<std::pair<std::int64_t, std::string>> cases{
+      {499, "0"}, {500, "1"}, {1'499, "1"}, {1'500, "2"}, {12'345'678, "12346"}};
+  for (const auto& [microseconds, text] : cases) {
+    auto setup = playing(1);
+    setup.position = microseconds;
+    FakePlayer player(setup);
+    expectReply(ask(), "Sakura|Choir|Spring|" + text + "|playing");
+  }
+}
+
+TEST_F(MprisTest, VerticalBarsInATitleStandAsTheyAre) {
+  auto setup = playing();
+  setup.tracks[0].title = "A|B";
+  FakePlayer player(setup);
+  expectReply(ask(), "A|B|Traditional|Abends|0|playing");
+}
+
+TEST_F(MprisTest, PlayerWithoutATrackHasAnEmptyTitle) {
+  FakePlayer player(playing(library.size()));
+  expectReply(ask(), "|||0|playing");
+}
+
+TEST_F(MprisTest, PlayersOfOtherApplicationsAreLeftAlone) {
+  auto other = playing(1);
+  other.busName = "org.mpris.MediaPlayer2.aaa";
+  other.desktopEntry = "org.example.Player";
+  auto nameless = playing(1);
+  nameless.busName = "org.mpris.MediaPlayer2.com.apple.Music";
+  nameless.desktopEntry.reset();
+  FakePlayer first(other);
+  FakePlayer second(nameless);
+  expectReply(ask(), "");
+  expectError(command(Action::next), "no player");
+  FakePlayer followed(playing(0));
+  expectReply(ask(), "Der Mond ist aufgegangen|Traditional|Abends|0|playing");
+  expectReply(command(Action::next), "next");
+  EXPECT_THAT(first.log(), IsEmpty());
+  EXPECT_THAT(second.log(), IsEmpty());
+}
+
+TEST_F(MprisTest, PlayerThatDidNotKnowItsDesktopEntryIsAskedAgain) {
+  auto setup = playing(1);
+  setup.desktopEntry.reset();
+  FakePlayer starting(setup);
+  expectReply(ask(), "");
+  starting.end();
+  FakePlayer started(playing(1));  // under the same bus name, and nobody looked meanwhile
+  expectReply(ask(), "Sakura|Choir|Spring|0|playing");
+}
+
+TEST_F(MprisTest, StandInForOtherPlayersIsLeftAlone) {
+  auto standIn = playing(1);
+  standIn.busName = "org.mpris.MediaPlayer2.playerctld";
+  FakePlayer first(standIn);
+  expectReply(ask(), "");
+  auto followed = playing(0);
+  followed.busName = "org.mpris.MediaPlayer2.zzz";
+  FakePlayer second(followed);
+  expectReply(ask(), "Der Mond ist aufgegangen|Traditional|Abends|0|playing");
+}
+
+TEST_F(MprisTest, PlayerThatEndsAndComesBackIsFoundAgain) {
+  FakePlayer player(playing(1));
+  expectReply(ask(), "Sakura|Choir|Spring|0|playing");
+  player.end();
+  expectReply(ask(), "");
+  FakePlayer again(playing(1));
+  expectReply(ask(), "Sakura|Choir|Spring|0|playing");
+}
+
+TEST_F(MprisTest, PlayerThatEndsInTheMiddleOfARequestIsAsGoodAsNone) {
+  auto setup = playing(1);
+  setup.deadly = {"GetAll"};
+  FakePlayer asked(setup);
+  expectReply(ask(), "");
+  setup.deadly = {"Next"};
+  setup.busName += "2";
+  FakePlayer commanded(setup);
+  expectError(command(Action::next), "no player with the desktop entry com.apple.Music");
+}
+
+TEST_F(MprisTest, OtherPlayerThatHangsCostsAtMostOneRequest) {
+  auto other = playing(1);
+  other.busName = "org.mpris.MediaPlayer2.aaa";
+  other.desktopEntry = "org.example.Player";
+  FakePlayer hung(other);
+  hung.stop();
+  expectError(ask(), "did not answer in time");
+  const auto started = std::chrono::steady_clock::now();
+  expectReply(ask(), "");
+  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::milliseconds(150));
+  FakePlayer followed(playing(1));
+  expectReply(ask(), "Sakura|Choir|Spring|0|playing");
+  hung.wake();
+}
+
+TEST_F(MprisTest, PlayerThatHungFromTheBeginningIsFollowedWhenItWakes) {
+  FakePlayer player(playing(1));
+  player.stop();
+  expectError(ask(), "did not answer in time");
+  player.wake();
+  const Deadline deadline(std::chrono::seconds(5));
+  while (ask().reply != "Sakura|Choir|Spring|0|playing" && !deadline.passed()) {
+  }
+  EXPECT_FALSE(deadline.passed());
+}
+
+TEST_F(MprisTest, StoppedProcessIsGivenUpAfterAQuarterOfASecond) {
+  FakePlayer player(playing(1));
+  expectReply(ask(), "Sakura|Choir|Spring|0|playing");
+  player.stop();
+  const auto started = std::chrono::steady_clock::now();
+  expectError(ask(), "the player did not answer in time");
+  const auto question = std::chrono::steady_clock::now() - started;
+  EXPECT_GE(question, std::chrono::milliseconds(240));
+  EXPECT_LT(question, longest);
+  player.wake();
+  const Deadline deadline(std::chrono::seconds(5));
+  while (ask().reply != "Sakura|Choir|Spring|0|playing" && !deadline.passed()) {
+  }
+  EXPECT_FALSE(deadline.passed());
+}
+
+TEST_F(MprisTest, StoppedProcessDelaysOneRequestOnlyAndFindsNoHeapWhenItWakes) {
+  FakePlayer player(playing(1));
+  expectReply(ask(), "Sakura|Choir|Spring|0|playing");
+  player.stop();
+  expectError(command(Action::next), "the player did not answer in time");
+  const auto started = std::chrono::steady_clock::now();
+  for (int i = 0; i < 5; ++i) {
+    expectError(ask(), "the player still does not answer");
+    expectError(command(Action::next), "the player still does not answer");
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::milliseconds(150));
+  player.wake();
+  const Deadline deadline(std::chrono::seconds(5));
+  while (ask().reply != "Sakura|Anna, Ben|Blossoms|0|playing" && !deadline.passed()) {
+  }
+  EXPECT_FALSE(deadline.passed());
+  EXPECT_THAT(player.log(), ElementsAre("Next"));
+}
+
+TEST_F(MprisTest, PlayerThatDiesWhileItIsSilentIsGone) {
+  auto first = std::make_unique<FakePlayer>(playing(1));
+  expectReply(ask(), "Sakura|Choir|Spring|0|playing");
+  first->stop();
+  expectError(ask(), "the player did not answer in time");
+  first.reset();
+  EXPECT_TRUE(runLoopUntil([&] { return ask().reply == ""; }));
+  FakePlayer second(playing(0));  // under the same bus name
+  expectReply(ask(), "Der Mond ist aufgegangen|Traditional|Abends|0|playing");
+}
+
+TEST_F(MprisTest, AllCallsOfARequestShareOneDeadline) {
+  auto setup = playing(0);
+  setup.changesAfter = 200;
+  setup.mute = {"SetPosition"};  // the last call, with 50 ms left
+  FakePlayer player(setup);
+  ask();
+  const auto started = std::chrono::steady_clock::now();
+  expectError(command(Action::play, 5000, "Sakura", "Choir"), "in time");
+  EXPECT_LT(std::chrono::steady_clock::now() - started, longest);
+}
+
+TEST_F(MprisTest, RefusalIsTheErrorsDescription) {
+  auto setup = playing(0);
+  setup.refused = {"Next"};
+  FakePlayer player(setup);
+  const auto outcome = command(Action::next);
+  expectError(outcome, "will not Next");
+  EXPECT_EQ(outcome.errorDescription, "will not Next");
+  EXPECT_THAT(player.log(), ElementsAre("Next"));  // and nothing after it
+}
+
+TEST_F(MprisTest, SeekSetsThePositionOfTheCurrentTrackAndPlays) {
+  auto setup = playing(1);
+  setup.status = "Paused";
+  FakePlayer player(setup);
+  expectReply(command(Action::seek, 90'500), "seeked");
+  EXPECT_THAT(player.log(), ElementsAre("SetPosition /track/1 90500000", "Play"));
+  expectReply(ask(), "Sakura|Choir|Spring|90500|playing");
+}
+
+TEST_F(MprisTest, SeekBeforeTheBeginningGoesToTheBeginning) {
+  FakePlayer player(playing(1));
+  expectReply(command(Action::seek, -5), "seeked");
+  EXPECT_THAT(player.log(), ElementsAre("SetPosition /track/1 0", "Play"));
+}
+
+TEST_F(MprisTest, SeekFarBeyondTheEndDoesNotWrapAround) {
+  FakePlayer player(playing(1));
+  expectReply(command(Action::seek, std::numeric_limits<std::int64_t>::max()), "seeked");
+  EXPECT_THAT(player.log(), ElementsAre("SetPosition /track/1 9223372036854775000", "Play"));
+}
+
+TEST_F(MprisTest, PlayPauseGoesByThePlaybackStatus) {
+  const std::vector<std::pair<std::string, std::string>> cases{
+      {"Playing", "Pause"}, {"Paused", "Play"}, {"Stopped", "Play"}};
+  for (const auto& [status, method] : cases) {
+    auto setup = playing(1);
+    setup.status = status;
+    FakePlayer player(setup);
+    expectReply(command(Action::playPause), "toggled");
+    EXPECT_THAT(player.log(), ElementsAre(method)) << status;
+  }
+}
+
+TEST_F(MprisTest, PreviousWithinTwoSecondsGoesToThePreviousTrack) {
+  auto setup = playing(1);
+  setup.position = 2'000'000;
+  FakePlayer player(setup);
+  expectReply(command(Action::previous), "previous");
+  EXPECT_THAT(player.log(), ElementsAre("Previous", "Play"));
+}
+
+TEST_F(MprisTest, PreviousAfterTwoSecondsRestartsTheTrack) {
+  auto setup = playing(1);
+  setup.position = 2'000'001;
+  setup.status = "Paused";
+  FakePlayer player(setup);
+  expectReply(command(Action::previous), "previous");
+  EXPECT_THAT(player.log(), ElementsAre("SetPosition /track/1 0", "Play"));
+  expectReply(ask(), "Sakura|Choir|Spring|0|playing");
+}
+
+TEST_F(MprisTest, NextPlaysAlsoFromAPause) {
+  auto setup = playing(0);
+  setup.status = "Paused";
+  FakePlayer player(setup);
+  expectReply(command(Action::next), "next");
+  EXPECT_THAT(player.log(), ElementsAre("Next", "Play"));
+}
+
+TEST(MprisWithoutABusTest, NothingPlaysAndCommandsFail) {
+  leaveSessionBus();
+  MprisScripting scripting;
+  expectReply(scripting.run({.source = "", .command = {}}), "");
+  expectError(scripting.run({.source = "", .command = PlayerCommand()}), "no player");
+}
+
+}  // namespace
+}  // namespace vellora
