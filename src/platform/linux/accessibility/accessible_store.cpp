@@ -7,7 +7,7 @@ namespace vellora {
 NodeIndex AccessibleStore::intern(AccessibleReference reference, std::optional<NodeIndex> parent) {
   const auto next = static_cast<NodeIndex>(nodes_.size());
   const auto [entry, isNew] = indices_.try_emplace(reference, next);
-  if (isNew) nodes_.push_back({std::move(reference), parent, {}, {}});
+  if (isNew) nodes_.push_back({std::move(reference), parent, {}, {}, false});
   return entry->second;
 }
 

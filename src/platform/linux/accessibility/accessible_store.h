@@ -68,6 +68,7 @@ struct AccessibleNode {
   std::optional<NodeIndex> parent;  // in whose list it was met first
   AccessibleFacts facts;
   AccessibleMoment moment;
+  bool isFramed = false;  // a reading wanted its extents
 };
 
 // The objects that were met, each once, whatever cycles their lists form. A parent comes before its

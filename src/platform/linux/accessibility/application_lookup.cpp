@@ -76,42 +76,64 @@ bool askStates(BusConnection& bus, const AccessibleStore& store, AccessibleQueri
   return !windows.empty() && store[windows.front()].moment.states.value;
 }
 
+// A program that is busy painting answers again before it paints on, and then in time.
+void awaitProgram(BusConnection& bus, const AccessibleReference& window,
+                  Steady::time_point deadline) {
+  AccessibleStore store;
+  AccessibleQueries queries(bus, store);
+  queries.askStates(store.intern(window, std::nullopt));
+  bus.exchange(deadline);
+}
+
 std::vector<NodeIndex> listWindows(BusConnection& bus, ProgramMemory& memory,
-                                   AccessibleQueries& queries, Steady::time_point deadline) {
+                                   AccessibleQueries& queries, const LookupTimes& times) {
+  const auto deadline = Steady::now() + times.listing;
   const NodeIndex root = memory.root();
   queries.askProperties(root);
   bus.exchange(deadline);
   queries.askChildren(root);
   bus.exchange(deadline);
   const auto windows = memory.windows();
-  askStates(bus, memory.store(), queries, windows, deadline);
+  askStates(bus, memory.store(), queries, windows, Steady::now() + times.waiting);
   return windows;
 }
 
 }  // namespace
 
 std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
-                                   AccessibleQueries& queries, Steady::time_point deadline) {
+                                   AccessibleQueries& queries, const LookupTimes& times) {
+  const auto begin = Steady::now();
   memory.beginReading();
-  auto windows = memory.windows();
-  if (!windows.empty()) {
-    if (askStates(bus, memory.store(), queries, windows, deadline)) {
+  if (memory.program()) bus.setPatientPeer(memory.program()->root.bus);
+  bool isSlow = false;  // and so could not tell everything again in time
+  if (const auto windows = memory.windows(); !windows.empty()) {
+    if (askStates(bus, memory.store(), queries, windows, begin + times.waiting)) {
+      isSlow = Steady::now() - begin > times.listing;
       memory.takeInChanges();
+    } else if (bus.isSilent(memory.program()->root.bus)) {
+      memory.noteSilence();
+      return {};
     } else {
       memory.forgetProgram();
     }
-    windows = memory.windows();
+  } else if (memory.lastWindow()) {
+    awaitProgram(bus, *memory.lastWindow(), begin + times.waiting);
   }
+  if (!isSlow) memory.forgetOld();
+
+  auto windows = memory.windows();
   if (!memory.program()) {
+    const auto deadline = Steady::now() + times.listing;
     auto root = findRoot(bus, memory.processIdentifier(), deadline);
     if (!root) return {};
     auto toolkit = askToolkit(bus, *root, deadline);
     memory.setProgram({std::move(*root), std::move(toolkit)});
+    bus.setPatientPeer(memory.program()->root.bus);
   }
   if (answersGetAll(memory.program()->toolkit)) {
     queries.setProgramThatAnswersAll(memory.program()->root.bus);
   }
-  if (windows.empty()) windows = listWindows(bus, memory, queries, deadline);
+  if (windows.empty()) windows = listWindows(bus, memory, queries, times);
   if (windows.empty()) memory.forgetProgram();
   const AccessibleStore& store = memory.store();
   std::ranges::stable_partition(windows,

@@ -13,7 +13,14 @@ namespace vellora {
 // which has no facts that have changed. The program is found among the registry's programs by the
 // process identifier that the bus knows of each. One call goes to it ahead of the others, so that a
 // program that hangs gets no more than that.
+//
+// `listing` is how long finding the program and listing its windows may take, and `waiting` how
+// long each window's word on its state.
+struct LookupTimes {
+  Steady::duration listing;
+  Steady::duration waiting;
+};
 std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
-                                   AccessibleQueries& queries, Steady::time_point deadline);
+                                   AccessibleQueries& queries, const LookupTimes& times);
 
 }  // namespace vellora

@@ -157,22 +157,23 @@ bool BusConnection::process() {
 }
 
 void BusConnection::sleep(Steady::time_point until) {
-  if (!underWay_.empty() && timeout_ < until - turnOf(underWay_.front())) {
-    until = turnOf(underWay_.front()) + timeout_;
-  }
+  if (!underWay_.empty()) until = std::min(until, overdueAt(underWay_.front()).value_or(until));
   const auto left = std::chrono::ceil<std::chrono::microseconds>(until - Steady::now()).count();
   if (left > 0 && sd_bus_wait(bus_.get(), static_cast<std::uint64_t>(left)) < 0) broken_ = true;
 }
 
 // A program takes its calls in turn, so the time of a call begins when the one before it is
 // answered.
-Steady::time_point BusConnection::turnOf(const Call& call) const {
+std::optional<Steady::time_point> BusConnection::overdueAt(const Call& call) const {
+  if (timeout_ == Steady::duration::max() || call.peer == patientPeer_) return std::nullopt;
   const auto heard = lastHeard_.find(call.peer);
-  return heard == lastHeard_.end() ? call.sent : std::max(call.sent, heard->second);
+  const auto turn = heard == lastHeard_.end() ? call.sent : std::max(call.sent, heard->second);
+  return turn + timeout_;
 }
 
 void BusConnection::expire(Steady::time_point now) {
-  if (underWay_.empty() || now - turnOf(underWay_.front()) < timeout_) return;
+  const auto overdue = underWay_.empty() ? std::nullopt : overdueAt(underWay_.front());
+  if (!overdue || now < *overdue) return;
   const std::string peer = underWay_.front().peer;
   silence(peer);
   for (Call& call : underWay_) {

@@ -6,8 +6,10 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/accessibility/bus_handles.h"
@@ -67,7 +69,11 @@ class BusConnection {
   // first for ever.
   void setTimeout(Steady::duration timeout) { timeout_ = timeout; }
 
+  // A peer to which that does not apply: it may take until an exchange's deadline. One at a time.
+  void setPatientPeer(std::string busName) { patientPeer_ = std::move(busName); }
+
   bool isBroken() const { return broken_; }
+  bool isSilent(const std::string& peer) const { return silent_.contains(peer); }
 
  private:
   struct Call {
@@ -96,7 +102,8 @@ class BusConnection {
   bool process();  // true when there may be more at once
   void run(Steady::time_point deadline, const std::function<void()>& refill);
   void sleep(Steady::time_point until);  // until something arrives, or a call is overdue
-  Steady::time_point turnOf(const Call& call) const;
+  // When the peer counts as silent unless it has answered the call or another one.
+  std::optional<Steady::time_point> overdueAt(const Call& call) const;
   void expire(Steady::time_point now);
   void silence(const std::string& peer);
   void hearSilent();
@@ -106,6 +113,7 @@ class BusConnection {
   BusPtr bus_;
   bool broken_ = false;
   Steady::duration timeout_ = Steady::duration::max();
+  std::string patientPeer_;
   std::deque<Call> waiting_;
   std::deque<Call> underWay_;  // in the order of sending
   std::map<std::string, std::unique_ptr<Call>, std::less<>> silent_;

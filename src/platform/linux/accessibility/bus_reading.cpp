@@ -10,7 +10,9 @@ namespace vellora {
 
 namespace {
 
-// A walk takes 0.3 s; a slow program leaves it the second half to visit what was fetched.
+// A walk takes 0.3 s; a slow program leaves it the second half to visit what was fetched. What is
+// asked before it may take as long: whether the program answers, and the frames that are known to
+// be wanted.
 constexpr auto walkTime = std::chrono::milliseconds(300);
 constexpr auto prefetchTime = std::chrono::milliseconds(150);
 
@@ -27,13 +29,12 @@ BusReading::~BusReading() {
 }
 
 std::vector<NodeIndex> BusReading::windows(std::int32_t processIdentifier) {
-  const auto end = Steady::now() + timeout_;
   bus_ = connection_->prepare(processIdentifier, timeout_);
   if (!bus_) return {};
   memory_ = &connection_->memory();
   queries_.emplace(*bus_, memory_->store());
   prefetch_.emplace(*bus_, memory_->store(), *queries_);
-  return findWindows(*bus_, *memory_, *queries_, end);
+  return findWindows(*bus_, *memory_, *queries_, {.listing = timeout_, .waiting = walkTime});
 }
 
 std::optional<bool> BusReading::isIconified(NodeIndex window) {
@@ -68,13 +69,13 @@ std::optional<AccessibleExtents> BusReading::extents(NodeIndex node, int depth) 
   if (memory_->store()[node].moment.extents.isUnasked()) {
     if (const auto until = deadline()) {
       if (depth == 0 || !walkBegin_) {
-        queries_->askExtents(node);
-        bus_->exchange(*until);
+        prefetch_->askKnownExtents(node, *until);
       } else {
-        prefetch_->askExtents(node, elementsLeft(), *walkBegin_ + walkTime);
+        prefetch_->askExtents(node, elementsLeft(), *until);
       }
     }
   }
+  memory_->store()[node].isFramed = true;
   return memory_->store()[node].moment.extents.value;
 }
 
@@ -98,8 +99,7 @@ std::size_t BusReading::elementsLeft() const {
 std::optional<Steady::time_point> BusReading::deadline() const {
   const auto now = Steady::now();
   if (!bus_ || bus_->isBroken()) return std::nullopt;
-  auto until = now + timeout_;
-  if (walkBegin_) until = std::min(until, *walkBegin_ + walkTime);
+  const auto until = walkBegin_.value_or(now) + walkTime;
   if (now >= until) return std::nullopt;
   return until;
 }

@@ -17,13 +17,14 @@ namespace vellora {
 // It asks nothing twice, and nothing that an earlier reading found out and the program has
 // signalled no change of (`ProgramMemory`). One thread at a time.
 //
-// Time: listing the windows takes one messaging timeout at most. The first question about what is
-// in a window is answered in volleys for the whole window; from then on the reading asks for 0.3 s,
-// and then knows what it knows. A program that lets one call time out is asked no more until it
-// answers.
+// Time: finding the program and listing its windows takes one messaging timeout at most each. The
+// windows' states, a window's frame, and all that is in the window may take 0.3 s each, counted
+// from the first question; a program that paints slowly answers in between. What is in a window is
+// asked in volleys for the whole window at the first question about it. A program that lets such a
+// time pass is asked no more until it answers.
 class BusReading {
  public:
-  // `timeout` is that of a single call.
+  // `timeout` is that of listing the windows, and of any program but the one that is read.
   BusReading(std::shared_ptr<ConnectionSlot> slot, Steady::duration timeout);
   ~BusReading();
   BusReading(const BusReading&) = delete;

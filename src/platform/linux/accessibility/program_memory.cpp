@@ -52,11 +52,13 @@ void ProgramMemory::setProgram(Program program) {
   }
   program_ = std::move(program);
   programFound_ = Steady::now();
+  lastAnswer_ = programFound_;
 }
 
 void ProgramMemory::forgetProgram() {
   changes_.end();
   program_.reset();
+  lastWindow_.reset();
   forgetFacts();
 }
 
@@ -69,14 +71,21 @@ std::vector<NodeIndex> ProgramMemory::windows() const {
 }
 
 void ProgramMemory::beginReading() {
-  if (Steady::now() - programFound_ >= longest_) {
-    program_.reset();
-    forgetFacts();
-  }
   for (NodeIndex node = 0; node < store_.size(); ++node) store_[node].moment = {};
 }
 
+void ProgramMemory::forgetOld() {
+  if (Steady::now() - programFound_ < longest_) return;
+  program_.reset();
+  forgetFacts();
+}
+
+void ProgramMemory::noteSilence() {
+  if (Steady::now() - lastAnswer_ >= longest_) forgetProgram();
+}
+
 void ProgramMemory::takeInChanges() {
+  lastAnswer_ = Steady::now();
   const AccessibleChanges changes = changes_.take();
   if (changes.everything) return forgetFacts();
   for (const std::string& path : changes.objects) {
@@ -87,13 +96,15 @@ void ProgramMemory::takeInChanges() {
 }
 
 void ProgramMemory::endReading() {
+  const auto found = windows();
+  if (!found.empty()) lastWindow_ = store_[found.front()].reference;
   if (!program_ || !changes_.isTold(program_->root.bus) || store_.size() > mostRemembered) {
     return forgetFacts();
   }
   const auto isForeign = [this](NodeIndex node) {
     return store_[node].reference.bus != program_->root.bus;
   };
-  if (std::ranges::any_of(windows(), isForeign)) return forgetFacts();  // nor are states in order
+  if (std::ranges::any_of(found, isForeign)) return forgetFacts();  // nor are states in order
 
   std::vector<bool> isUntold(store_.size());
   for (NodeIndex node = 0; node < store_.size(); ++node) {
@@ -102,6 +113,7 @@ void ProgramMemory::endReading() {
     isUntold[node] = isInUntold || isForeign(node) || !signalsWhatIsInside(here);
     if (isUntold[node] || !signalsItsChildren(here) || isUnanswered(here.facts)) {
       store_[node].facts.children = {};
+      store_[node].isFramed = !isUntold[node] && here.isFramed;
       forgetFacts(node);
     }
   }

@@ -42,11 +42,19 @@ class ProgramMemory {
   NodeIndex root();
   // The program's windows in its order; empty when they have to be asked for.
   std::vector<NodeIndex> windows() const;
+  // A window that the last reading found, for the question whether the program answers at all.
+  const std::optional<AccessibleReference>& lastWindow() const { return lastWindow_; }
 
-  // Forgets what is of the moment, and all that is too old.
+  // Forgets what is of the moment.
   void beginReading();
-  // Forgets the facts that have changed, as far as signals have come. The answer to any question
-  // that was put in this reading comes after all signals of the changes before it.
+  // Forgets all that is too old.
+  void forgetOld();
+  // The program owes an answer. Forgets it when it has for longer than something is believed:
+  // signals of a program that is not read would gather at the bus.
+  void noteSilence();
+  // The program has answered: forgets the facts that have changed, as far as signals have come. The
+  // answer to any question that was put in this reading comes after all signals of the changes
+  // before it.
   void takeInChanges();
   // Forgets what was not answered, and what the program would not tell of.
   void endReading();
@@ -59,6 +67,8 @@ class ProgramMemory {
   Steady::duration longest_;
   std::optional<Program> program_;
   Steady::time_point programFound_;
+  Steady::time_point lastAnswer_;
+  std::optional<AccessibleReference> lastWindow_;
   ChangeWatch changes_;
   AccessibleStore store_;
 };

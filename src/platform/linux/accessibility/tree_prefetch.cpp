@@ -96,14 +96,26 @@ void TreePrefetch::askExtents(NodeIndex node, std::size_t most, Steady::time_poi
   }
   Volley volley{.first = node, .most = most};
   planExtents(top, 0, volley);
+  exchangeExtents(node, volley.wanted, deadline);
+}
 
+void TreePrefetch::askKnownExtents(NodeIndex window, Steady::time_point deadline) {
+  std::vector<NodeIndex> known;
+  for (NodeIndex node = 0; node < store_.size(); ++node) {
+    if (store_[node].isFramed) known.push_back(node);
+  }
+  exchangeExtents(window, known, deadline);
+}
+
+void TreePrefetch::exchangeExtents(NodeIndex first, const std::vector<NodeIndex>& others,
+                                   Steady::time_point deadline) {
   // Half of the time is left for what a slow program does not answer in the first half.
   const auto begin = Steady::now();
   const auto end = begin + (deadline - begin) / 2;
-  queries_.askExtents(node);
-  auto next = volley.wanted.begin();
+  queries_.askExtents(first);
+  auto next = others.begin();
   bus_.exchange(deadline, [&] {
-    for (std::size_t i = 0; i < mostPerRound && next != volley.wanted.end(); ++i, ++next) {
+    for (std::size_t i = 0; i < mostPerRound && next != others.end(); ++i, ++next) {
       if (Steady::now() >= end) return;
       if (store_[*next].moment.extents.isUnasked()) queries_.askExtents(*next);
     }

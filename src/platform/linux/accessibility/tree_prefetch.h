@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 #include "platform/linux/accessibility/accessible_queries.h"
 #include "platform/linux/accessibility/accessible_store.h"
@@ -29,11 +30,16 @@ class TreePrefetch {
   // its parent, and, each time that this did not reach far enough, in one ancestor further up.
   void askExtents(NodeIndex node, std::size_t most, Steady::time_point deadline);
 
+  // Extents of the window, and of what earlier readings wanted the extents of.
+  void askKnownExtents(NodeIndex window, Steady::time_point deadline);
+
  private:
   struct Plan;
   struct Volley;
   void planFacts(NodeIndex node, int depth, Plan& plan);
   void planExtents(NodeIndex node, int depth, Volley& volley);
+  void exchangeExtents(NodeIndex first, const std::vector<NodeIndex>& others,
+                       Steady::time_point deadline);
 
   BusConnection& bus_;
   AccessibleStore& store_;

@@ -38,12 +38,20 @@ BusPtr openClient(const std::string& address) {
   return bus;
 }
 
-[[noreturn]] void serve(sd_bus* bus) {
+[[noreturn]] void serve(
+    sd_bus* bus, const std::function<void()>& beforeTurn = [] {}) {
   for (;;) {
     const int result = sd_bus_process(bus, nullptr);
     if (result < 0) _exit(0);
-    if (result == 0) sd_bus_wait(bus, UINT64_MAX);
+    if (result == 0) {
+      sd_bus_wait(bus, UINT64_MAX);
+      beforeTurn();
+    }
   }
+}
+
+void pause(int microseconds) {
+  std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
 }
 
 // --- The session's services -------------------------------------------------------------------
@@ -132,6 +140,9 @@ class ProgramServer {
     if (program_.diesAfter && number > *program_.diesAfter) _exit(0);
     if (program_.stopsAfter && number == *program_.stopsAfter + 1) raise(SIGSTOP);
     spin(program_.microsecondsPerCall);
+    if (sd_bus_message_get_path(call) != std::string_view(rootPath)) {
+      pause(counts_.microsecondsBelowRoot);
+    }
     if (is(call, "Change")) return change(call);
     const FakeAccessible* found = object(call);
     if (is(call, "GetAll")) ++counts_.getAll;
@@ -336,7 +347,7 @@ FakeProgramProcess::FakeProgramProcess(const PrivateBus& bus, const FakeProgram&
                             "Embed", nullptr, nullptr, "(so)", self, rootPath),
          "Embed");
     ready();
-    serve(connection.get());
+    serve(connection.get(), [this] { pause(counts_->microsecondsBetweenTurns); });
   });
 }
 

@@ -106,6 +106,9 @@ struct FakeProgram {
 struct CallCounts {
   std::atomic<int> all, getAll, get, role, children, childAtIndex, states, extents, busAddress;
   char busName[32];  // its unique name, written before it is ready
+  // How the program is slow from now on. It takes in what it is asked only so often, as one that
+  // paints in between; and it takes that long over each question to an object below its root.
+  std::atomic<int> microsecondsBetweenTurns, microsecondsBelowRoot;
 };
 
 class FakeProgramProcess {

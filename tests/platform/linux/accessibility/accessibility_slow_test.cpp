@@ -1,0 +1,125 @@
+// Programs that paint slowly, and answer only in between.
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/linux/accessibility/reading_fixture.h"
+
+namespace vellora {
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+
+// What a reading may take beyond its own limits on a machine that is busy with other things.
+constexpr double slack = 0.5;
+// A reading's limits in seconds: listing the windows twice (found and listed), then whether it
+// answers, the frames and the walk.
+constexpr double longestReading = 2 * 0.08 + 3 * 0.3;
+
+class AccessibilitySlowTest : public ReadingFixture {
+ protected:
+  // A player that was read while it was quick. With or without a memory of it.
+  void follow(const std::string& toolkit = "gtk") {
+    FakeProgram program = programWithRows(3);
+    program.toolkit = toolkit;
+    start(program);
+    readRows(3);
+  }
+  void paintFor(milliseconds time) {
+    player->counts().microsecondsBetweenTurns =
+        static_cast<int>(std::chrono::microseconds(time).count());
+  }
+};
+
+TEST_F(AccessibilitySlowTest, RowsOfAPlayerThatAnswersAfterATenthOfASecondAreRead) {
+  follow();
+  paintFor(milliseconds(100));
+  EXPECT_THAT(texts(readRows(3)), ElementsAre("row 0", "row 1", "row 2"));
+}
+
+TEST_F(AccessibilitySlowTest, RowsOfAPlayerThatAnswersAfterAQuarterOfASecondAreRead) {
+  follow();
+  paintFor(milliseconds(250));
+  EXPECT_THAT(texts(readRows(3)), ElementsAre("row 0", "row 1", "row 2"));
+}
+
+// It could not tell everything again in time.
+TEST_F(AccessibilitySlowTest, WhatIsTooOldIsAskedAgainOnceThePlayerIsQuick) {
+  accessibility = makeLinuxAccessibility(milliseconds(1));
+  follow();
+  paintFor(milliseconds(150));
+  for (int i = 0; i < 3; ++i) readRows(3);
+  player->change(3, row("other", 10));  // and signals nothing
+  EXPECT_THAT(texts(readRows(3)), ElementsAre("row 0", "row 1", "row 2"));
+  paintFor(milliseconds(0));
+  EXPECT_TRUE(eventually([&] { return texts(readRows(3))[1] == "other"; }));
+}
+
+// Its windows are to be listed again, which must not take long, so it is first awaited.
+TEST_F(AccessibilitySlowTest, APlayerThatPaintsAsAReadingBeginsIsReadWhenItIsDone) {
+  accessibility = makeLinuxAccessibility(milliseconds(1));
+  for (const char* toolkit : {"gtk", "Qt"}) {
+    follow(toolkit);
+    EXPECT_TRUE(eventually([&] {
+      player->process().stop();
+      std::thread painter([this] {
+        std::this_thread::sleep_for(milliseconds(150));
+        player->process().resume();
+      });
+      const auto layout = read();
+      painter.join();
+      return layout && layout->rows.size() == 3;
+    })) << toolkit;
+  }
+}
+
+// Only the list of windows is asked of the program as a whole.
+TEST_F(AccessibilitySlowTest, TheTimeForTheListOfWindowsDoesNotBindWhatIsInThem) {
+  for (const char* toolkit : {"gtk", "Qt"}) {
+    start([&] {
+      FakeProgram program = programWithRows(0);
+      program.toolkit = toolkit;
+      return program;
+    }());
+    player->counts().microsecondsBelowRoot = 100'000;
+    std::optional<MusicLayout> layout;
+    EXPECT_TRUE(eventually([&] {
+      layout = read();
+      return layout.has_value();
+    })) << toolkit;
+    EXPECT_EQ(layout.value_or(MusicLayout()).window, (Rect{0, 0, 1000, 700})) << toolkit;
+  }
+}
+
+TEST_F(AccessibilitySlowTest, AWindowsListThatComesTooLateIsNoList) {
+  FakeProgram program = programWithRows(3);
+  for (const char* toolkit : {"gtk", "Qt"}) {
+    program.toolkit = toolkit;
+    start(program);
+    paintFor(milliseconds(100));
+    for (int i = 0; i < 3; ++i) {
+      EXPECT_LT(seconds([&] { EXPECT_FALSE(read().has_value()); }), longestReading + slack);
+    }
+    paintFor(milliseconds(0));
+    readRows(3);
+  }
+}
+
+TEST_F(AccessibilitySlowTest, AReadingOfASlowPlayerEndsInTime) {
+  for (const char* toolkit : {"gtk", "Qt"}) {
+    for (const int time : {90, 200, 290, 310, 600}) {
+      follow(toolkit);
+      paintFor(milliseconds(time));
+      for (int i = 0; i < 3; ++i) EXPECT_LT(seconds([&] { read(); }), longestReading + slack);
+      paintFor(milliseconds(0));
+      readRows(3);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vellora
