@@ -10,15 +10,16 @@ namespace vellora::witness {
 
 struct SeenRow {
   std::string text;
-  Rect frame;  // screen coordinates
+  Rect frame;
   bool operator==(const SeenRow&) const = default;
 };
 
 // What an accessibility client of its own, which shares no code with the overlay, sees of a player.
+// Frames are in points of the screen: as many pixels each as the player's toolkit scales by.
 struct SeenPlayer {
   std::string title;  // of the now-playing element
-  Rect window;
-  Rect viewport;  // the lyrics' scroll area, clipped to the window
+  Rect window;        // with what the window manager put around it
+  Rect viewport;      // the lyrics' scroll area, clipped to the window
   std::vector<SeenRow> rows;
   SeenRow lyricsSwitch;  // the button that shows and hides them
   bool operator==(const SeenPlayer&) const = default;

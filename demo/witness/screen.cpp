@@ -103,7 +103,7 @@ std::optional<Picture> Screen::whole() const {
                     impl->screen->height_in_pixels);
 }
 
-std::optional<Picture> Screen::windowAlone(const std::string& windowClass) const {
+std::optional<WindowPicture> Screen::windowAlone(const std::string& windowClass) const {
   xcb_connection_t* const c = impl->connection.get();
   const xcb_window_t window = impl->topLevelOf(windowClass, impl->screen->root, 0);
   if (window == XCB_NONE) return std::nullopt;
@@ -122,7 +122,9 @@ std::optional<Picture> Screen::windowAlone(const std::string& windowClass) const
       impl->grab(pixmap, geometry->width + border, geometry->height + border);
   xcb_free_pixmap(c, pixmap);
   if (!own) return std::nullopt;
-  Picture result{impl->screen->width_in_pixels, impl->screen->height_in_pixels, {}};
+  WindowPicture result{
+      {impl->screen->width_in_pixels, impl->screen->height_in_pixels, {}},
+      {double(geometry->x), double(geometry->y), double(own->width), double(own->height)}};
   result.pixels.resize(static_cast<std::size_t>(result.width) *
                        static_cast<std::size_t>(result.height));
   for (int y = 0; y < own->height; ++y) {

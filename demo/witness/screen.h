@@ -23,6 +23,11 @@ struct Picture {
   bool writePng(const std::string& path) const;
 };
 
+// The screen with nothing but one window on it.
+struct WindowPicture : Picture {
+  Rect frame;  // of the window with what the window manager put around it, in pixels of the screen
+};
+
 // The X screen as a client with its eyes open sees it. One thread.
 class Screen {
  public:
@@ -36,7 +41,7 @@ class Screen {
   // The screen as it would be without the windows above the program's: the window's own picture, as
   // the compositor is handed it (X Composite), put where the window stands, on black. Nothing
   // without a compositor or without a window of that class.
-  std::optional<Picture> windowAlone(const std::string& windowClass) const;
+  std::optional<WindowPicture> windowAlone(const std::string& windowClass) const;
 
  private:
   struct Impl;
@@ -44,8 +49,8 @@ class Screen {
   std::unique_ptr<Impl> impl;
 };
 
-// How many pixels of `area` (screen coordinates) differ by more than 6 of 255 in some channel, and
-// how many pixels that part of the pictures has.
+// How many pixels of `area` (pixels of the screen) differ by more than 6 of 255 in some channel,
+// and how many pixels that part of the pictures has.
 struct Difference {
   std::size_t changed = 0;
   std::size_t pixels = 0;

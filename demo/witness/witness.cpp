@@ -45,7 +45,7 @@ struct Sight {
 std::optional<Sight> look(const Screen& screen, const Options& options, std::string& problem) {
   const std::optional<SeenPlayer> before = readPlayer(application);
   std::optional<Picture> whole = screen.whole();
-  const std::optional<Picture> alone = screen.windowAlone(application);
+  const std::optional<WindowPicture> alone = screen.windowAlone(application);
   const std::optional<SeenPlayer> after = readPlayer(application);
   const std::optional<std::string> file = readWholeFile(options.snapshot);
   const std::optional<OverlaySnapshot> snapshot =
@@ -68,13 +68,14 @@ std::optional<Sight> look(const Screen& screen, const Options& options, std::str
 void describe(const Sight& sight) {
   std::printf("  the player shows: %s\n", sight.player.title.c_str());
   for (const RowVerdict& row : sight.verdict.rows) {
-    const char* say = row.undecided  ? "no room to say"
-                      : row.expected ? (row.right ? "caption seen" : "CAPTION MISSING")
-                                     : (row.right ? "no caption, as it should be"
-                                                  : "A CAPTION THAT DOES NOT BELONG HERE");
+    const char* say = row.undecided      ? "no room to say"
+                      : row.beyondScreen ? "beyond the screen"
+                      : row.expected     ? (row.right ? "caption seen" : "CAPTION MISSING")
+                                         : (row.right ? "no caption, as it should be"
+                                                      : "A CAPTION THAT DOES NOT BELONG HERE");
     std::printf("  %-30s y %.0f–%.0f", say, row.band.minY(), row.band.maxY());
     // The band of an undecided row may reach beyond the player's window.
-    if (!row.undecided) {
+    if (!row.undecided && !row.beyondScreen) {
       std::printf(": %zu of %zu pixels differ", row.seen.changed, row.seen.pixels);
     }
     std::printf("  | %s\n", row.text.c_str());
@@ -131,7 +132,10 @@ int main(int argc, char** argv) {
     return 2;
   }
   describe(*last);
-  std::printf("  %zu captions stand under their rows: %s\n", last->verdict.captions,
-              last->verdict.right ? "right" : "WRONG");
+  std::printf("  %zu captions stand under their rows", last->verdict.captions);
+  if (last->verdict.beyondScreen > 0) {
+    std::printf(", %zu belong beyond the screen", last->verdict.beyondScreen);
+  }
+  std::printf(": %s\n", last->verdict.right ? "right" : "WRONG");
   return last->verdict.right ? 0 : 1;
 }

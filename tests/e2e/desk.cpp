@@ -76,7 +76,7 @@ void Desk::checkWrittenFiles() {
 
 void Desk::startPlayer(std::vector<std::string> options) {
   options.insert(options.begin(), VELLORA_DEMO_PLAYER);
-  player = std::make_unique<Process>(std::move(options), folder / "player.log");
+  player = std::make_unique<Process>(std::move(options), folder / "player.log", environment);
   ASSERT_TRUE(waitFor([&] { return seenPlayer() && !seenPlayer()->rows.empty(); }))
       << "the player's rows did not come onto the accessibility bus";
   ASSERT_TRUE(waitFor([&] { return screen->windowAlone(application).has_value(); }))
@@ -86,7 +86,7 @@ void Desk::startPlayer(std::vector<std::string> options) {
 void Desk::startOverlay(std::vector<std::string> options) {
   if (options.empty()) options = {"--snapshot", exchange / "snapshot.json"};
   options.insert(options.begin(), VELLORA_PROGRAM);
-  overlay = std::make_unique<Process>(std::move(options), folder / "overlay.log");
+  overlay = std::make_unique<Process>(std::move(options), folder / "overlay.log", environment);
 }
 
 bool Desk::waitFor(const std::function<bool()>& condition, double seconds) {
@@ -207,7 +207,8 @@ bool Desk::nothingOverPlayer() const {
   const auto whole = screen->whole();
   const auto alone = screen->windowAlone(application);
   if (!before || !whole || !alone) return false;
-  return witness::difference(*whole, *alone, before->viewport).changed == 0;
+  const Rect viewport = witness::scaled(before->viewport, witness::pixelsPerPoint(*before, *alone));
+  return witness::difference(*whole, *alone, viewport).changed == 0;
 }
 
 }  // namespace vellora::e2e

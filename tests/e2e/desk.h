@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -61,6 +62,8 @@ class Desk : public testing::Test {
   static double now();
   std::filesystem::path folder;    // of the test
   std::filesystem::path exchange;  // the exchange folder in use
+  // What player and overlay are started with beside the test's own environment.
+  std::map<std::string, std::string> environment;
   std::unique_ptr<Process> player;
   std::unique_ptr<Process> overlay;
   std::unique_ptr<witness::Screen> screen;
