@@ -8,8 +8,8 @@
 namespace vellora::demo {
 namespace {
 
-constexpr int rowGap = 60;      // pixels between two rows
-constexpr int sideMargin = 32;  // pixels
+constexpr int rowGap = 60;      // pixels between two rows: a caption of one or two lines
+constexpr int sideMargin = 20;  // pixels: captions end 22 pixels before the view's right edge
 
 }  // namespace
 

@@ -13,6 +13,7 @@ constexpr const char* nowPlayingId = "Music.nowPlaying.title-Music.nowPlaying.su
 constexpr guint refreshInterval = 100;  // milliseconds
 constexpr double keyStep = 5;           // seconds
 constexpr int sidebarWidth = 216;       // pixels
+constexpr int headerMargin = 22;        // pixels: in line with the captions' plates
 
 std::string timeText(double seconds) {
   const auto whole = static_cast<int>(seconds);
@@ -94,8 +95,10 @@ GtkWidget* PlayerWindow::newSidebar() {
   gtk_widget_set_margin_start(heading, 10);
   gtk_widget_set_margin_bottom(heading, 6);
   gtk_box_pack_start(GTK_BOX(list), heading, FALSE, FALSE, 0);
+  const GObjectPtr<GtkSizeGroup> equallyHigh(gtk_size_group_new(GTK_SIZE_GROUP_VERTICAL));
   for (const Song& song : playback_.songs()) {
     GtkWidget* labels = gtk_box_new(GTK_ORIENTATION_VERTICAL, 1);
+    gtk_widget_set_valign(labels, GTK_ALIGN_CENTER);
     GtkWidget* title = newLabel(song.title, "song-title");
     setLabelLanguage(title, song.language);
     gtk_container_add(GTK_CONTAINER(labels), title);
@@ -111,6 +114,7 @@ GtkWidget* PlayerWindow::newSidebar() {
                        window->playback_.goTo(static_cast<std::size_t>(found - buttons.begin()));
                      }),
                      this);
+    gtk_size_group_add_widget(equallyHigh.get(), button);
     gtk_box_pack_start(GTK_BOX(list), button, FALSE, FALSE, 0);
     songButtons_.push_back(button);
   }
@@ -128,11 +132,15 @@ GtkWidget* PlayerWindow::newHeader() {
   GtkWidget* header = gtk_box_new(GTK_ORIENTATION_VERTICAL, 4);
   addStyleClass(header, "header");
   GtkWidget* top = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 14);
-  gtk_widget_set_margin_start(top, 16);
-  gtk_widget_set_margin_end(top, 16);
-  gtk_widget_set_margin_top(top, 14);
+  gtk_widget_set_margin_start(top, headerMargin);
+  gtk_widget_set_margin_end(top, headerMargin);
+  gtk_widget_set_margin_top(top, 10);
+  // As high as titles of the tallest script, so that the lyrics begin at one height with every
+  // song.
+  gtk_widget_set_size_request(top, -1, 64);
   GtkWidget* artwork = gtk_label_new("♫");
   gtk_widget_set_size_request(artwork, 52, 52);
+  gtk_widget_set_valign(artwork, GTK_ALIGN_CENTER);
   addStyleClass(artwork, "artwork");
   gtk_box_pack_start(GTK_BOX(top), artwork, FALSE, FALSE, 0);
   gtk_box_pack_start(GTK_BOX(top), newTitles(), TRUE, TRUE, 0);
@@ -188,12 +196,13 @@ GtkWidget* PlayerWindow::newTransport() {
 
 GtkWidget* PlayerWindow::newPositionRow() {
   GtkWidget* row = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 8);
-  gtk_widget_set_margin_start(row, 16);
-  gtk_widget_set_margin_end(row, 16);
+  gtk_widget_set_margin_start(row, headerMargin);
+  gtk_widget_set_margin_end(row, headerMargin);
   gtk_widget_set_margin_bottom(row, 8);
   elapsed_ = newLabel("", "time");
   remaining_ = newLabel("", "time");
   for (GtkWidget* label : {elapsed_, remaining_}) gtk_label_set_width_chars(GTK_LABEL(label), 5);
+  gtk_label_set_xalign(GTK_LABEL(remaining_), 1);
   slider_ = gtk_scale_new_with_range(GTK_ORIENTATION_HORIZONTAL, 0, 1, 1);
   gtk_scale_set_draw_value(GTK_SCALE(slider_), FALSE);
   gtk_widget_set_can_focus(slider_, FALSE);
@@ -265,7 +274,7 @@ void PlayerWindow::showPosition() {
   if (elapsed != gtk_label_get_text(GTK_LABEL(elapsed_))) {
     gtk_label_set_text(GTK_LABEL(elapsed_), elapsed.c_str());
     const double remaining = std::ceil(playback_.song().length - position);
-    gtk_label_set_text(GTK_LABEL(remaining_), std::string("-").append(timeText(remaining)).c_str());
+    gtk_label_set_text(GTK_LABEL(remaining_), std::string("−").append(timeText(remaining)).c_str());
   }
   if (std::abs(gtk_range_get_value(GTK_RANGE(slider_)) - position) >= 0.5) {
     gtk_range_set_value(GTK_RANGE(slider_), position);

@@ -7,7 +7,7 @@
 namespace vellora::demo {
 namespace {
 
-// The room between two lyric rows is what a caption of one or two lines needs.
+// A caption's text begins 11 pixels right of its row's left edge: so does the row's own.
 constexpr const char* styleSheet = R"css(
 * { font-family: "Inter", "Noto Sans", "Noto Sans CJK TC", "Noto Sans Arabic", sans-serif; }
 window { background-color: #16151d; color: #f4f2fa; }
@@ -38,7 +38,7 @@ scale slider { background: #ffffff; border: none; box-shadow: none; min-width: 1
 .lyrics, .lyrics viewport, .empty { background-image: linear-gradient(to bottom, #211c31, #141320); }
 .lyrics viewport { background: none; }
 .lyrics button { background: none; border: none; box-shadow: none; border-radius: 10px;
-  padding: 3px 8px; color: rgba(244, 242, 250, 0.34); text-shadow: none;
+  padding: 3px 11px; color: rgba(244, 242, 250, 0.34); text-shadow: none;
   font-size: 25px; font-weight: 700; transition: color 250ms ease-out; }
 .lyrics button:hover { background-color: rgba(255, 255, 255, 0.05); }
 .lyrics button.current { color: #ffffff; }
