@@ -6,7 +6,7 @@
 #include "platform/linux/accessibility/bus_elements.h"
 #include "platform/linux/accessibility/reading_connection.h"
 #include "platform/linux/accessibility/status_watch.h"
-#include "platform/linux/glib/glib_ptr.h"
+#include "platform/linux/glib/event_source.h"
 
 namespace vellora {
 
@@ -26,19 +26,13 @@ constexpr guint longestRest = 2;  // seconds
 class LinuxAccessibility final : public Accessibility {
  public:
   explicit LinuxAccessibility(Steady::duration longestMemory)
-      : connections_(std::make_shared<ConnectionSlot>(longestMemory)) {
-    // The source has a share of its own: it may be at work when this object goes on another thread.
-    using Connections = std::shared_ptr<ConnectionSlot>;
-    g_source_set_callback(
-        resting_.get(),
-        [](gpointer connections) noexcept -> gboolean {
-          (*static_cast<Connections*>(connections))->closeRested(std::chrono::seconds(longestRest));
-          return G_SOURCE_CONTINUE;
-        },
-        new Connections(connections_),
-        [](gpointer connections) { delete static_cast<Connections*>(connections); });
-    g_source_attach(resting_.get(), nullptr);
-  }
+      : connections_(std::make_shared<ConnectionSlot>(longestMemory)),
+        // The source has a share of its own: it may be at work when this object goes on another
+        // thread.
+        resting_(
+            attachSource(g_timeout_source_new_seconds(longestRest), [connections = connections_] {
+              connections->closeRested(std::chrono::seconds(longestRest));
+            })) {}
   LinuxAccessibility(const LinuxAccessibility&) = delete;
   LinuxAccessibility& operator=(const LinuxAccessibility&) = delete;
 
@@ -62,7 +56,7 @@ class LinuxAccessibility final : public Accessibility {
   StatusWatch watch_;
   // Shared with the readings, which may outlive this object.
   const std::shared_ptr<ConnectionSlot> connections_;
-  const GSourcePtr resting_{g_timeout_source_new_seconds(longestRest)};
+  const GSourcePtr resting_;
 };
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "platform/linux/glib/waiting_room.h"
 
+#include "platform/linux/glib/event_source.h"
+
 namespace vellora {
 
 void WaitingRoom::enter(const std::function<void()>& start) const {
@@ -10,11 +12,9 @@ void WaitingRoom::enter(const std::function<void()>& start) const {
 
 bool WaitingRoom::waitUntil(const std::function<bool()>& condition,
                             const Deadline& deadline) const {
-  const GSourcePtr alarm(
-      g_timeout_source_new(static_cast<guint>(deadline.remainingMilliseconds())));
-  g_source_set_callback(
-      alarm.get(), [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);
-  g_source_attach(alarm.get(), context_.get());
+  const auto alarm = attachSource(
+      g_timeout_source_new(static_cast<guint>(deadline.remainingMilliseconds())), [] {},
+      G_PRIORITY_DEFAULT, context_.get());
   while (!condition()) {
     if (deadline.passed()) return false;
     g_main_context_iteration(context_.get(), TRUE);

@@ -11,29 +11,15 @@
 
 #include <glib-unix.h>
 
+#include "platform/linux/glib/event_source.h"
+
 namespace vellora {
 namespace {
 
-GSourcePtr attach(GSource* source, int priority, GSourceFunc function, gpointer data,
-                  GDestroyNotify destroy = nullptr) {
-  g_source_set_priority(source, priority);
-  g_source_set_callback(source, function, data, destroy);
-  g_source_attach(source, nullptr);
-  return GSourcePtr(source);
-}
-
 class TimeoutTimer : public Timer {
  public:
-  // The source owns the function, so that a firing may destroy its own timer.
   TimeoutTimer(guint milliseconds, std::function<void()> fire)
-      : source_(attach(
-            g_timeout_source_new(milliseconds), G_PRIORITY_DEFAULT,
-            [](gpointer function) noexcept -> gboolean {
-              (*static_cast<std::function<void()>*>(function))();
-              return G_SOURCE_CONTINUE;
-            },
-            new std::function<void()>(std::move(fire)),
-            [](gpointer function) { delete static_cast<std::function<void()>*>(function); })) {}
+      : source_(attachSource(g_timeout_source_new(milliseconds), std::move(fire))) {}
 
  private:
   GSourcePtr source_;
@@ -62,13 +48,16 @@ void GlibApplication::setDelegate(std::weak_ptr<ApplicationDelegate> delegate) {
 
 void GlibApplication::run() {
   if (*terminated_) return;
+  GSourcePtr launching;
+  const auto launch = [this, &launching] {
+    launching.reset();
+    if (const auto delegate = delegate_.lock()) delegate->applicationDidFinishLaunching();
+  };
   // Ahead of everything else that the loop may find to do.
-  const auto launching =
-      attach(g_idle_source_new(), G_PRIORITY_HIGH, &GlibApplication::launch, this);
-  const auto terminating = attach(g_unix_signal_source_new(SIGTERM), G_PRIORITY_DEFAULT,
-                                  &GlibApplication::signalled, this);
-  const auto interrupting = attach(g_unix_signal_source_new(SIGINT), G_PRIORITY_DEFAULT,
-                                   &GlibApplication::signalled, this);
+  launching = attachSource(g_idle_source_new(), launch, G_PRIORITY_HIGH);
+  const auto end = [this] { terminate(); };
+  const auto terminating = attachSource(g_unix_signal_source_new(SIGTERM), end);
+  const auto interrupting = attachSource(g_unix_signal_source_new(SIGINT), end);
   std::optional<OpenedUrls> openedUrls;
   if (auto bus = connectToSessionBus()) {
     openedUrls.emplace(std::move(bus), [this](const std::vector<std::string>& urls) {
@@ -102,17 +91,6 @@ void GlibApplication::terminate() {
   *terminated_ = true;
   mainQueue_.close();
   g_main_loop_quit(loop_.get());
-}
-
-gboolean GlibApplication::launch(gpointer self) noexcept {
-  const auto delegate = static_cast<GlibApplication*>(self)->delegate_.lock();
-  if (delegate) delegate->applicationDidFinishLaunching();
-  return G_SOURCE_REMOVE;
-}
-
-gboolean GlibApplication::signalled(gpointer self) noexcept {
-  static_cast<GlibApplication*>(self)->terminate();
-  return G_SOURCE_CONTINUE;
 }
 
 bool GlibApplication::backgroundIsWorking() const {

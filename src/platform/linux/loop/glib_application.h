@@ -42,9 +42,6 @@ class GlibApplication : public Application {
   void terminate() override;
 
  private:
-  static gboolean launch(gpointer self) noexcept;
-  static gboolean signalled(gpointer self) noexcept;
-
   bool backgroundIsWorking() const;
 
   GMainLoopPtr loop_;

@@ -9,7 +9,7 @@
 
 #include <unistd.h>
 
-#include "platform/linux/glib/glib_ptr.h"
+#include "platform/linux/glib/event_source.h"
 #include "platform/linux/glib/session_bus.h"
 #include "platform/linux/open/open_interface.h"
 
@@ -95,15 +95,8 @@ bool waitForOverlay(GDBusConnection* bus) {
         g_main_loop_quit(static_cast<Wait*>(data)->loop.get());
       },
       nullptr, &wait, nullptr);
-  const GSourcePtr deadline(g_timeout_source_new(startMilliseconds));
-  g_source_set_callback(
-      deadline.get(),
-      [](gpointer loop) -> gboolean {
-        g_main_loop_quit(static_cast<GMainLoop*>(loop));
-        return G_SOURCE_REMOVE;
-      },
-      wait.loop.get(), nullptr);
-  g_source_attach(deadline.get(), nullptr);
+  const auto deadline = attachSource(g_timeout_source_new(startMilliseconds),
+                                     [&wait] { g_main_loop_quit(wait.loop.get()); });
   g_main_loop_run(wait.loop.get());
   g_bus_unwatch_name(watch);
   return wait.there;
