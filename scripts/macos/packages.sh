@@ -1,9 +1,9 @@
 # shellcheck shell=bash disable=SC2034
 # The one list of Homebrew formulae that the project needs, by purpose, and their installation.
 # Sourced by scripts/macos/run and scripts/macos/test. All are for building: Vellora.app itself needs
-# nothing outside the system.
+# nothing outside the system, the companion ICU and pugixml.
 
-packages_build=(cmake ninja nlohmann-json fmt fast_float)
+packages_build=(cmake ninja nlohmann-json fmt fast_float icu4c cli11 pugixml)
 packages_test=(googletest)
 
 # install_packages WHAT_FOR FORMULA...
@@ -30,5 +30,5 @@ install_packages() {
   HOMEBREW_NO_AUTO_UPDATE=1 brew install --quiet "${missing[@]}"
 }
 
-# Where Homebrew keeps its headers, for CMake.
-homebrew_prefix() { command -v brew >/dev/null && brew --prefix; }
+# Where Homebrew keeps its headers and libraries, for CMake; ICU lies apart, for the system has one.
+homebrew_prefix() { command -v brew >/dev/null && echo "$(brew --prefix);$(brew --prefix icu4c)"; }

@@ -7,13 +7,22 @@ if(APPLE OR NOT VELLORA_MACOS_CHECK OR NOT VELLORA_MACOS_SDK)
   return()
 endif()
 
-# Libraries that are headers only, without the other headers that lie beside them.
+# The libraries' headers without the others that lie beside them, and stubs of those that are linked.
 set(headers "${CMAKE_BINARY_DIR}/macos-headers")
 file(MAKE_DIRECTORY "${headers}")
-foreach(library IN ITEMS nlohmann/json.hpp fmt/format.h fast_float/fast_float.h)
+foreach(library IN ITEMS nlohmann/json.hpp fmt/format.h fast_float/fast_float.h CLI/CLI.hpp
+    unicode/ucsdet.h)
   get_filename_component(name "${library}" DIRECTORY)
   find_path(VELLORA_${name}_FOLDER "${library}" REQUIRED)
   file(CREATE_LINK "${VELLORA_${name}_FOLDER}/${name}" "${headers}/${name}" SYMBOLIC)
+endforeach()
+foreach(header IN ITEMS pugixml.hpp pugiconfig.hpp)
+  file(CREATE_LINK "${VELLORA_pugixml_HEADERS}/${header}" "${headers}/${header}" SYMBOLIC)
+endforeach()
+foreach(library IN ITEMS icuuc icui18n pugixml)
+  execute_process(COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/stub_library"
+    "${VELLORA_${library}_LIBRARY}" lib${library}
+    OUTPUT_FILE "${headers}/lib${library}.tbd" COMMAND_ERROR_IS_FATAL ANY)
 endforeach()
 find_path(VELLORA_GTEST_FOLDER googletest/CMakeLists.txt PATHS /usr/src/googletest REQUIRED)
 
