@@ -13,7 +13,7 @@ set(CPACK_COMPONENTS_ALL overlay)
 if(TARGET vellora-companion)
   list(APPEND CPACK_COMPONENTS_ALL companion)
 endif()
-if(TARGET vellora-demo-player)
+if(TARGET vellora-demo-player AND TARGET vellora-companion)
   list(APPEND CPACK_COMPONENTS_ALL demo)
 endif()
 set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
@@ -53,10 +53,11 @@ set(CPACK_DEBIAN_COMPANION_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/co
 set(CPACK_DEBIAN_DEMO_PACKAGE_NAME vellora-demo)
 set(CPACK_COMPONENT_DEMO_DESCRIPTION
 "stand-in player that shows what Vellora does
-A silent music player with songs in several languages, and a feeder that plays
-the companion's part: together they show Vellora's captions without any other
-player. vellora-demo starts all of it.")
-set(CPACK_DEBIAN_DEMO_PACKAGE_DEPENDS "vellora (= ${PROJECT_VERSION}), x11-utils, dbus")
+A silent music player with songs in several languages shows Vellora's captions
+without any other player. vellora-demo starts it, the companion and the
+overlay.")
+set(CPACK_DEBIAN_DEMO_PACKAGE_DEPENDS 
+  "vellora (= ${PROJECT_VERSION}), vellora-companion (= ${PROJECT_VERSION}), x11-utils, dbus")
 set(CPACK_DEBIAN_DEMO_PACKAGE_RECOMMENDS "openbox | x-window-manager, picom | x-composite-manager")
 set(CPACK_DEBIAN_DEMO_PACKAGE_SUGGESTS "xvfb, xdotool")
 

@@ -1,8 +1,6 @@
-#include "feeder/options.h"
+#include "player/options.h"
 
 #include <gtest/gtest.h>
-
-#include "player/options.h"
 
 namespace vellora::demo {
 namespace {
@@ -64,47 +62,7 @@ TEST(PlayerOptionsTest, TakeAGeometryWithOrWithoutAPlace) {
   }
 }
 
-std::string feederError(const Arguments& arguments) {
-  const auto result = parseFeederOptions(arguments, "/songs");
-  const auto* error = std::get_if<std::string>(&result);
-  return error ? *error : "none";
-}
-
-TEST(FeederOptionsTest, TakeFolderSongsAndLook) {
-  const auto options = std::get<FeederOptions>(parseFeederOptions(
-      {"--folder", "/tmp/x/Vellora/", "--songs", "/s", "--font-size", "31.5", "--offset", "-3"},
-      ""));
-  EXPECT_EQ(options.folder, "/tmp/x/Vellora");
-  EXPECT_EQ(options.songs, "/s");
-  EXPECT_EQ(options.captions.fontSize, 31.5);
-  EXPECT_EQ(options.captions.verticalOffset, -3);
-  EXPECT_FALSE(options.command);
-}
-
-TEST(FeederOptionsTest, TakeACommandToSend) {
-  const auto options =
-      std::get<FeederOptions>(parseFeederOptions({"--title", "T", "--send", "play", "--artist", "A",
-                                                  "--position", "2.5", "--folder", "Vellora"},
-                                                 ""));
-  EXPECT_EQ(options.command, MusicCommand(0, MusicCommand::Action::play, "T", "A", 2.5));
-}
-
-TEST(FeederOptionsTest, RefuseWhatTheyDoNotKnow) {
-  EXPECT_EQ(feederError({}), "--folder is missing");
-  EXPECT_EQ(feederError({"--folder"}), "--folder needs a value");
-  EXPECT_EQ(feederError({"--folder", "/tmp/x"}), "\"/tmp/x\" is no value for --folder");
-  EXPECT_EQ(feederError({"--folder", "Vellora", "--send", "pause"}),
-            "\"pause\" is no value for --send");
-  EXPECT_EQ(feederError({"--folder", "Vellora", "--font-size", "nan"}),
-            "\"nan\" is no value for --font-size");
-  EXPECT_EQ(feederError({"--folder", "Vellora", "--title", "T"}),
-            "--title, --artist and --position belong to --send");
-  EXPECT_EQ(feederError({"--folder", "Vellora", "--loud", "x"}), "unknown option --loud");
-  EXPECT_EQ(feederError({"--folder", "Vellora", "--title"}), "--title needs a value");
-}
-
-TEST(OptionsTest, HelpNeedsNothingElse) {
-  EXPECT_TRUE(std::get<FeederOptions>(parseFeederOptions({"--help"}, "")).help);
+TEST(PlayerOptionsTest, HelpNeedsNothingElse) {
   EXPECT_TRUE(std::get<PlayerOptions>(parsePlayerOptions({"--help"}, "")).help);
 }
 

@@ -91,15 +91,6 @@ TEST_F(LifeOnTheDesk, AFifoInTheSnapshotsPlaceDoesNotHoldItUp) {
   EXPECT_TRUE(waitFor([&] { return statusIs("Waiting for fresh lyrics from Tessaly"); }));
 }
 
-TEST_F(LifeOnTheDesk, TheFeederAndTheOverlayPlayTogether) {
-  ASSERT_NO_FATAL_FAILURE(startPlayer({"--song", "2"}));
-  Process feeder({VELLORA_DEMO_FEEDER, "--folder", exchange, "--songs", VELLORA_SONGS},
-                 folder / "feeder.log");
-  startOverlay();
-  EXPECT_TRUE(waitFor([&] { return following(); }, 20));
-  EXPECT_TRUE(feeder.running());
-}
-
 TEST_F(LifeOnTheDesk, EndsAtOnceWhenItIsAskedTo) {
   keepSync();
   startOverlay();
