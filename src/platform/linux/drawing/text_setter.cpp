@@ -13,8 +13,19 @@ namespace vellora {
 
 namespace {
 
-// The system font and what stands in for it; fontconfig finds a font for every other script.
-constexpr const char* fontFamilies = "Inter,Noto Sans,sans-serif";
+// The system font and what stands in for it. Left to itself, fontconfig may take another family of
+// these scripts for sans-serif, one in a single weight or with serifs, and where it knows no
+// language's letter forms it takes any; it finds a font for every script that is not named.
+std::string fontFamilies(std::string_view language) {
+  std::string families = "Inter,Noto Sans,";
+  if (language == "ja") families += "Noto Sans CJK JP,";
+  if (language == "ko") families += "Noto Sans CJK KR,";
+  if (language == "zh-cn") families += "Noto Sans CJK SC,";
+  if (language == "zh-tw") families += "Noto Sans CJK TC,";
+  return families +=
+         "Noto Sans Arabic,Noto Sans Hebrew,Noto Sans Devanagari,Noto Sans Thai,"
+         "Noto Sans Armenian,Noto Sans Georgian,Noto Sans Lao,sans-serif";
+}
 
 // Lengths beyond this many points are treated as this large: Pango counts in 1/1024 point in 32
 // bits.
@@ -88,7 +99,7 @@ TextSetter::TextSetter()
   pango_cairo_context_set_font_options(context_.get(), options.get());
   pango_context_set_round_glyph_positions(context_.get(), FALSE);
 
-  pango_font_description_set_family_static(font_.get(), fontFamilies);
+  pango_font_description_set_family(font_.get(), fontFamilies("en").c_str());
   pango_font_description_set_weight(font_.get(), PANGO_WEIGHT_MEDIUM);
 
   layout_.reset(pango_layout_new(context_.get()));
@@ -109,6 +120,7 @@ TextSetter::TextSetter()
 void TextSetter::layOut(std::string_view text, double fontSize, double width) {
   const std::string shown = shownText(text);
   const char* const language = languageTag(shown);
+  pango_font_description_set_family(font_.get(), fontFamilies(language).c_str());
   pango_font_description_set_absolute_size(font_.get(), pangoUnits(fontSize));
   pango_context_set_language(context_.get(), pango_language_from_string(language));
   pango_layout_set_font_description(layout_.get(), font_.get());
