@@ -29,33 +29,24 @@ class CairoImage final : public CaptionImage {
   Rect plate_;
 };
 
-// Draws captions on any Cairo surface of `scale` pixels to a point, whose pixel (0, 0) is the
-// origin. Keeps a reference to it. Main thread.
+// Draws a picture of `size` into `place`, both in pixels, which are the context's unit. A place of
+// the picture's own size is moved to whole pixels, so that text stays as sharp as it was painted;
+// it may be larger by less than a pixel, for a picture's size is cut to whole ones. Any other place
+// stretches the picture. Main thread.
+void drawPicture(cairo_t* context, cairo_surface_t* picture, const Size& size, const Rect& place);
+
+// Draws captions over what is on any Cairo surface of `scale` pixels to a point, whose pixel (0, 0)
+// is the origin. Keeps a reference to it. Main thread.
 class CairoSurface final : public Surface {
  public:
-  // What is on the target when drawing begins. On a clear one, pictures that meet no other are
-  // copied rather than blended: the same pixels in a quarter of the time.
-  enum class Target { hasContent, isClear };
+  CairoSurface(cairo_surface_t* target, double scale);
 
-  CairoSurface(cairo_surface_t* target, double scale, Target state = Target::hasContent);
-
-  // `image` must be a CairoImage. A destination of the picture's own size is moved to whole pixels,
-  // so that text stays as sharp as it was painted; any other one stretches the picture.
+  // `image` must be a CairoImage. Where it goes is drawPicture's to say.
   void drawImage(const CaptionImage& image, const Rect& destination) override;
 
-  // The plates drawn so far, in points: all that must remain visible where windows cannot be
-  // transparent.
-  const std::vector<Rect>& plates() const { return plates_; }
-
  private:
-  bool isClearAt(const Rect& place) const;
-  void drawUnscaled(cairo_surface_t* pixels, const Rect& place);
-
   CairoContextPtr context_;
   double scale_;
-  Target state_;
-  std::vector<Rect> plates_;
-  std::vector<Rect> drawn_;  // pixels
 };
 
 // Pixels in memory that captions can be drawn on, clear at first.
@@ -67,9 +58,6 @@ class CairoBitmap final : public Bitmap {
   // An ARGB32 image surface.
   cairo_surface_t* pixels() const { return pixels_.get(); }
 
-  // A surface to draw on the bitmap, which counts as having content from then on.
-  CairoSurface surface(double scale);
-
   std::int64_t pixelWidth() const override;
   std::int64_t pixelHeight() const override;
   std::optional<double> alpha(std::int64_t column, std::int64_t row) const override;
@@ -79,7 +67,6 @@ class CairoBitmap final : public Bitmap {
   explicit CairoBitmap(CairoSurfacePtr pixels) : pixels_(std::move(pixels)) {}
 
   CairoSurfacePtr pixels_;
-  CairoSurface::Target state_ = CairoSurface::Target::isClear;
 };
 
 // A clear ARGB32 image surface; null when there is none to be had of that size.

@@ -177,7 +177,7 @@ void PanelPresenter::paint(const std::vector<Placement>& next,
       target_.get(), CAIRO_CONTENT_COLOR_ALPHA, area.width, area.height));
   cairo_surface_set_device_offset(beside.get(), -area.x, -area.y);
   const CairoContextPtr drawing(cairo_create(beside.get()));
-  for (const Placement& placement : next) drawPicture(drawing.get(), placement, scale);
+  for (const Placement& placement : next) drawCopy(drawing.get(), placement, scale);
   const CairoContextPtr context(cairo_create(target_.get()));
   cairo_set_antialias(context.get(), CAIRO_ANTIALIAS_NONE);
   for (const PixelRect& rect : damaged) {
@@ -190,9 +190,7 @@ void PanelPresenter::paint(const std::vector<Placement>& next,
   cairo_surface_flush(target_.get());
 }
 
-// A picture of the destination's own size goes to whole pixels, as sharp as it was painted; its
-// size was cut to whole pixels, so it may fall short by less than one. Any other is stretched.
-void PanelPresenter::drawPicture(cairo_t* context, const Placement& placement, double scale) {
+void PanelPresenter::drawCopy(cairo_t* context, const Placement& placement, double scale) {
   ShownPicture& picture = *placement.picture;
   const int width = cairo_image_surface_get_width(picture.pixels.get());
   const int height = cairo_image_surface_get_height(picture.pixels.get());
@@ -204,17 +202,9 @@ void PanelPresenter::drawPicture(cairo_t* context, const Placement& placement, d
     cairo_set_source_surface(upload.get(), picture.pixels.get(), 0, 0);
     cairo_paint(upload.get());
   }
-  const Rect place = scaled(placement.destination, scale);
-  cairo_save(context);
-  if (std::abs(place.width - width) < 1 && std::abs(place.height - height) < 1) {
-    cairo_translate(context, std::round(place.x), std::round(place.y));
-  } else {
-    cairo_translate(context, place.x, place.y);
-    cairo_scale(context, place.width / width, place.height / height);
-  }
-  cairo_set_source_surface(context, picture.copy.get(), 0, 0);
-  cairo_paint(context);
-  cairo_restore(context);
+  drawPicture(context, picture.copy.get(),
+              {static_cast<double>(width), static_cast<double>(height)},
+              scaled(placement.destination, scale));
 }
 
 }  // namespace vellora

@@ -61,7 +61,7 @@ class PanelPresenter {
   void applyClip(PanelWindow& window, const std::vector<Placement>& next, const Setting& setting);
   void paint(const std::vector<Placement>& next, const std::vector<PixelRect>& damaged,
              double scale);
-  void drawPicture(cairo_t* context, const Placement& placement, double scale);
+  void drawCopy(cairo_t* context, const Placement& placement, double scale);
   bool prepareTarget(PanelWindow& window, const PixelRect& frame);
 
   std::shared_ptr<XSession> session_;

@@ -47,8 +47,8 @@ std::unique_ptr<Bitmap> XView::bitmapForCachingDisplay() {
 
 void XView::cacheDisplay(Bitmap& bitmap) {
   if (bounds().isEmpty()) return;
-  CairoSurface surface = static_cast<CairoBitmap&>(bitmap).surface(
-      static_cast<double>(bitmap.pixelWidth()) / bounds().width);
+  CairoSurface surface(static_cast<CairoBitmap&>(bitmap).pixels(),
+                       static_cast<double>(bitmap.pixelWidth()) / bounds().width);
   draw(surface);
 }
 

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <limits>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/linux/drawing/pango_painter.h"
@@ -17,9 +16,6 @@
 namespace vellora {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 // An evenly coloured picture of `width` × `height` points at `scale`, a plate in its middle.
 CairoImage evenImage(double width, double height, double scale, double alpha) {
   CairoSurfacePtr pixels = makePixels(static_cast<std::int64_t>(width * scale),
@@ -30,38 +26,33 @@ CairoImage evenImage(double width, double height, double scale, double alpha) {
   return {std::move(pixels), {width, height}, {10, 10, width - 20, height - 20}};
 }
 
-class CairoSurfaceTest : public ::testing::TestWithParam<CairoSurface::Target> {
+class CairoSurfaceTest : public ::testing::Test {
  protected:
   std::unique_ptr<CairoBitmap> bitmap = CairoBitmap::make(200, 100);
   Picture result() const { return Picture(bitmap->pixels()); }
 };
 
-INSTANTIATE_TEST_SUITE_P(OnBothTargets, CairoSurfaceTest,
-                         ::testing::Values(CairoSurface::Target::hasContent,
-                                           CairoSurface::Target::isClear));
-
-TEST_P(CairoSurfaceTest, ThePictureStandsWhereItWasPut) {
-  CairoSurface surface(bitmap->pixels(), 1, GetParam());
+TEST_F(CairoSurfaceTest, ThePictureStandsWhereItWasPut) {
+  CairoSurface surface(bitmap->pixels(), 1);
   surface.drawImage(evenImage(40, 30, 1, 0.5), {20, 10, 40, 30});
   EXPECT_EQ(result().bounds(), (Box{20, 10, 59, 39}));
   EXPECT_NEAR(result().alpha(30, 20), 0.5, 1.0 / 255);
 }
 
-TEST_P(CairoSurfaceTest, AtScaleTwoPointsAreTwoPixels) {
-  CairoSurface surface(bitmap->pixels(), 2, GetParam());
+TEST_F(CairoSurfaceTest, AtScaleTwoPointsAreTwoPixels) {
+  CairoSurface surface(bitmap->pixels(), 2);
   surface.drawImage(evenImage(40, 30, 2, 0.5), {20, 10, 40, 30});
   EXPECT_EQ(result().bounds(), (Box{40, 20, 119, 79}));
 }
 
-TEST_P(CairoSurfaceTest, BetweenPixelsThePictureMovesToTheNextWholeOne) {
-  CairoSurface surface(bitmap->pixels(), 1, GetParam());
+TEST_F(CairoSurfaceTest, BetweenPixelsThePictureMovesToTheNextWholeOne) {
+  CairoSurface surface(bitmap->pixels(), 1);
   surface.drawImage(evenImage(40, 30, 1, 0.5), {20.4, 10.6, 40, 30});
   EXPECT_EQ(result().bounds(), (Box{20, 11, 59, 40}));
-  EXPECT_THAT(surface.plates(), ElementsAre(Rect{30, 21, 20, 10}));
 }
 
-TEST_P(CairoSurfaceTest, OverlappingPicturesAreBlendedLaterOverEarlier) {
-  CairoSurface surface(bitmap->pixels(), 1, GetParam());
+TEST_F(CairoSurfaceTest, OverlappingPicturesAreBlendedLaterOverEarlier) {
+  CairoSurface surface(bitmap->pixels(), 1);
   surface.drawImage(evenImage(40, 30, 1, 0.5), {20, 10, 40, 30});
   surface.drawImage(evenImage(40, 30, 1, 0.5), {40, 20, 40, 30});
   EXPECT_NEAR(result().alpha(30, 15), 0.5, 1.0 / 255);
@@ -69,38 +60,28 @@ TEST_P(CairoSurfaceTest, OverlappingPicturesAreBlendedLaterOverEarlier) {
   EXPECT_NEAR(result().alpha(70, 40), 0.5, 1.0 / 255);
 }
 
-TEST_P(CairoSurfaceTest, APictureOfAnotherSizeIsStretched) {
-  CairoSurface surface(bitmap->pixels(), 1, GetParam());
+TEST_F(CairoSurfaceTest, APictureOfAnotherSizeIsStretched) {
+  CairoSurface surface(bitmap->pixels(), 1);
   surface.drawImage(evenImage(40, 30, 1, 0.5), {20, 10, 80, 60});
   EXPECT_NEAR(result().alpha(90, 60), 0.5, 1.0 / 255);
-  EXPECT_THAT(surface.plates(), ElementsAre(Rect{40, 30, 40, 20}));
 }
 
-TEST_P(CairoSurfaceTest, APictureCutToWholePixelsIsNotStretched) {
+TEST_F(CairoSurfaceTest, APictureCutToWholePixelsIsNotStretched) {
   // 40.6 × 30.6 points, 40 × 30 pixels.
-  CairoSurface surface(bitmap->pixels(), 1, GetParam());
+  CairoSurface surface(bitmap->pixels(), 1);
   surface.drawImage(evenImage(40.6, 30.6, 1, 0.5), {20, 10, 40.6, 30.6});
   EXPECT_EQ(result().bounds(), (Box{20, 10, 59, 39}));
   EXPECT_EQ(result().alpha(59, 39), result().alpha(30, 20));
 }
 
-TEST_P(CairoSurfaceTest, ThePlatesAreKnownInPoints) {
-  CairoSurface surface(bitmap->pixels(), 2, GetParam());
-  EXPECT_THAT(surface.plates(), IsEmpty());
-  surface.drawImage(evenImage(40, 30, 2, 0.5), {0, 0, 40, 30});
-  surface.drawImage(evenImage(40, 30, 2, 0.5), {50, 10, 40, 30});
-  EXPECT_THAT(surface.plates(), ElementsAre(Rect{10, 10, 20, 10}, Rect{60, 20, 20, 10}));
-}
-
-TEST_P(CairoSurfaceTest, PlacesThatAreNoneOrOutOfReachShowNothing) {
-  CairoSurface surface(bitmap->pixels(), 1, GetParam());
+TEST_F(CairoSurfaceTest, PlacesThatAreNoneOrOutOfReachShowNothing) {
+  CairoSurface surface(bitmap->pixels(), 1);
   const double nan = std::numeric_limits<double>::quiet_NaN();
   for (const Rect& place : {Rect::null(), Rect{nan, 10, 40, 30}, Rect{20, 10, nan, 30},
                             Rect{20, 10, 0, 30}, Rect{1e12, 10, 40, 30}, Rect{20, -1e12, 40, 30}}) {
     surface.drawImage(evenImage(40, 30, 1, 0.5), place);
   }
   EXPECT_EQ(result().largestAlpha(), 0);
-  EXPECT_THAT(surface.plates(), IsEmpty());
 }
 
 TEST(CairoSurfaceOverContentTest, WhatIsThereShowsThrough) {
@@ -192,8 +173,6 @@ TEST(CaptionsOnABitmapTest, PlatesFadeAndOnlySoftOnesSpill) {
     EXPECT_LE(alpha(700, 140), 0.18);
     EXPECT_GT(alpha(700, 117), 0);
     EXPECT_EQ(alpha(700, 207), 0);
-    EXPECT_THAT(surface.plates(), ElementsAre(Rect{70, 120, 680, 44}, Rect{70, 210, 680, 44},
-                                              Rect{70, 300, 680, 44}));
   }
 }
 
