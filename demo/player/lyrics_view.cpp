@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/linux/glib/event_source.h"
 #include "player/widgets.h"
 
 namespace vellora::demo {
@@ -111,15 +112,13 @@ void LyricsView::layoutChanged() {
   if (height != height_ && height > 1) {
     height_ = height;
     // Not from inside the layout that told of the change.
-    marginsLater_.reset(g_idle_source_new());
-    g_source_set_callback(
-        marginsLater_.get(),
-        +[](gpointer self) -> gboolean {
-          static_cast<LyricsView*>(self)->setMargins();
-          return G_SOURCE_REMOVE;
+    marginsLater_ = attachSource(
+        g_idle_source_new(),
+        [this] {
+          marginsLater_.reset();
+          setMargins();
         },
-        this, nullptr);
-    g_source_attach(marginsLater_.get(), nullptr);
+        G_PRIORITY_DEFAULT_IDLE);
   }
   mustPlace_ = true;
   glide();

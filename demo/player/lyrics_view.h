@@ -7,8 +7,8 @@
 #include <gtk/gtk.h>
 
 #include "library/song.h"
+#include "platform/linux/glib/glib_ptr.h"
 #include "playback/scroll.h"
-#include "player/glib_pointer.h"
 
 namespace vellora::demo {
 
@@ -48,7 +48,7 @@ class LyricsView {
   Scroll scroll_;
   guint tick_ = 0;         // the frame clock's callback while gliding
   bool mustPlace_ = true;  // the layout has changed
-  SourcePtr marginsLater_;
+  GSourcePtr marginsLater_;
   double height_ = 0;  // of the viewport, for which the margins are set
 };
 

@@ -9,8 +9,8 @@
 
 #include "library/song.h"
 #include "library/songs_of_program.h"
+#include "platform/linux/glib/event_source.h"
 #include "playback/playback.h"
-#include "player/glib_pointer.h"
 #include "player/mpris_service.h"
 #include "player/options.h"
 #include "player/player_window.h"
@@ -27,19 +27,6 @@ int fail(const std::string& message) {
 }
 
 double monotonicSeconds() { return static_cast<double>(g_get_monotonic_time()) / 1e6; }
-
-SourcePtr quitOn(int signal) {
-  SourcePtr source(g_unix_signal_source_new(signal));
-  g_source_set_callback(
-      source.get(),
-      +[](gpointer) -> gboolean {
-        gtk_main_quit();
-        return G_SOURCE_CONTINUE;
-      },
-      nullptr, nullptr);
-  g_source_attach(source.get(), nullptr);
-  return source;
-}
 
 int run(const PlayerOptions& options) {
   auto loaded = loadSongs(options.library);
@@ -70,8 +57,8 @@ int run(const PlayerOptions& options) {
 
   PlayerWindow window(playback, options.geometry, options.lyrics);
   const MprisService mpris(playback, {[&window] { window.present(); }, [] { gtk_main_quit(); }});
-  const SourcePtr interrupted = quitOn(SIGINT);
-  const SourcePtr terminated = quitOn(SIGTERM);
+  const auto interrupted = attachSource(g_unix_signal_source_new(SIGINT), gtk_main_quit);
+  const auto terminated = attachSource(g_unix_signal_source_new(SIGTERM), gtk_main_quit);
   gtk_main();
   return 0;
 }

@@ -130,7 +130,7 @@ bool MprisService::callTrackList(std::string_view method, GVariant* parameters,
     return true;
   }
   if (method != "GetTracksMetadata") return false;
-  const VariantPtr ids(g_variant_get_child_value(parameters, 0));
+  const GVariantPtr ids(g_variant_get_child_value(parameters, 0));
   GVariantBuilder builder;
   g_variant_builder_init(&builder, G_VARIANT_TYPE("aa{sv}"));
   for (gsize i = 0; i < g_variant_n_children(ids.get()); ++i) {
@@ -185,7 +185,7 @@ void MprisService::playbackChanged(const Playback::Change& change) {
   add(change.status, "PlaybackStatus");
   add(change.rate, "Rate");
   add(change.volume, "Volume");
-  const VariantPtr properties(
+  const GVariantPtr properties(
       g_variant_ref_sink(g_variant_new("(sa{sv}as)", mprisPlayerInterface, &changed, nullptr)));
   if (any) emit("org.freedesktop.DBus.Properties", "PropertiesChanged", properties.get());
   if (change.position) {

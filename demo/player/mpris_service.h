@@ -6,8 +6,8 @@
 
 #include <gio/gio.h>
 
+#include "platform/linux/glib/glib_ptr.h"
 #include "playback/playback.h"
-#include "player/glib_pointer.h"
 
 namespace vellora::demo {
 
@@ -50,7 +50,7 @@ class MprisService {
 
   Playback& playback_;
   Actions actions_;
-  NodeInfoPtr interfaces_;
+  GNodeInfoPtr interfaces_;
   GObjectPtr<GDBusConnection> connection_;
   std::vector<guint> registrations_;
   guint name_ = 0;          // the plain name's watch

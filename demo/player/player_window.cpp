@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/linux/glib/event_source.h"
 #include "player/present_window.h"
 #include "player/widgets.h"
 
@@ -55,15 +56,10 @@ PlayerWindow::PlayerWindow(Playback& playback, const Geometry& geometry, bool ly
                    }),
                    this);
   playback_.listen([this](const Playback::Change& change) { changed(change); });
-  timer_ = everyMilliseconds(
-      refreshInterval,
-      +[](gpointer self) -> gboolean {
-        auto* window = static_cast<PlayerWindow*>(self);
-        window->playback_.advance();
-        window->showPosition();
-        return G_SOURCE_CONTINUE;
-      },
-      this);
+  timer_ = attachSource(g_timeout_source_new(refreshInterval), [this] {
+    playback_.advance();
+    showPosition();
+  });
   showSong();
   showStatus();
   setLyricsShown(lyrics);

@@ -6,8 +6,8 @@
 
 #include <gtk/gtk.h>
 
+#include "platform/linux/glib/glib_ptr.h"
 #include "playback/playback.h"
-#include "player/glib_pointer.h"
 #include "player/lyrics_view.h"
 #include "player/options.h"
 
@@ -59,7 +59,7 @@ class PlayerWindow {
   GtkWidget* elapsed_ = nullptr;
   GtkWidget* remaining_ = nullptr;
   std::vector<GtkWidget*> songButtons_;
-  SourcePtr timer_;
+  GSourcePtr timer_;
 };
 
 }  // namespace vellora::demo

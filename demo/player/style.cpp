@@ -2,7 +2,7 @@
 
 #include <gtk/gtk.h>
 
-#include "player/glib_pointer.h"
+#include "platform/linux/glib/glib_ptr.h"
 
 namespace vellora::demo {
 namespace {

@@ -1,22 +1,17 @@
 #include "witness/accessible_rows.h"
 
-#include <memory>
 #include <utility>
 
 #include <gio/gio.h>
+
+#include "platform/linux/glib/glib_ptr.h"
 
 namespace vellora::witness {
 
 namespace {
 
-struct ObjectUnref {
-  void operator()(gpointer object) const { g_object_unref(object); }
-};
-struct VariantUnref {
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-using Connection = std::unique_ptr<GDBusConnection, ObjectUnref>;
-using Variant = std::unique_ptr<GVariant, VariantUnref>;
+using Connection = GObjectPtr<GDBusConnection>;
+using Variant = GVariantPtr;
 
 constexpr int timeoutMilliseconds = 1000;
 constexpr const char* accessible = "org.a11y.atspi.Accessible";

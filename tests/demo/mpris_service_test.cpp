@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "player/glib_pointer.h"
+#include "platform/linux/glib/event_source.h"
 
 namespace vellora::demo {
 namespace {
@@ -73,13 +73,7 @@ class MprisServiceTest : public testing::Test {
 
   static bool iterateUntil(const std::function<bool()>& condition) {
     bool late = false;
-    const SourcePtr limit = everyMilliseconds(
-        5000,
-        +[](gpointer flag) -> gboolean {
-          *static_cast<bool*>(flag) = true;
-          return G_SOURCE_CONTINUE;
-        },
-        &late);
+    const auto limit = attachSource(g_timeout_source_new(5000), [&late] { late = true; });
     while (!condition()) {
       if (late) return false;
       g_main_context_iteration(nullptr, TRUE);
@@ -88,7 +82,7 @@ class MprisServiceTest : public testing::Test {
   }
 
   bool hasOwner(const char* name) {
-    const VariantPtr reply(g_dbus_connection_call_sync(
+    const GVariantPtr reply(g_dbus_connection_call_sync(
         client.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
         "NameHasOwner", g_variant_new("(s)", name), nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr,
         nullptr));
@@ -103,7 +97,7 @@ class MprisServiceTest : public testing::Test {
         G_DBUS_CALL_FLAGS_NONE, -1, nullptr,
         +[](GObject* source, GAsyncResult* done, gpointer target) {
           GError* failure = nullptr;
-          const VariantPtr reply(
+          const GVariantPtr reply(
               g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), done, &failure));
           const std::unique_ptr<GError, ErrorFree> error(failure);
           auto& text = *static_cast<std::string*>(target);
