@@ -87,7 +87,8 @@ void addCommands(CLI::App& app, Options& options, Words& words) {
       addCommand(app, options, "seek", "go to a place in the song and play", Action::seek);
   seek->add_option("TIME", words.target, "1:23 or 83.5; with + or - from where it is")->required();
   addCommand(app, options, "next", "the next song", Action::next);
-  addCommand(app, options, "previous", "the song's beginning, or the song before", Action::previous);
+  addCommand(app, options, "previous", "the song's beginning, or the song before",
+             Action::previous);
   addCommand(app, options, "playpause", "pause, or go on", Action::playPause);
 }
 

@@ -1,9 +1,9 @@
 #import "platform/macos/accessibility.h"
 
+#include <utility>
+
 #import <ApplicationServices/ApplicationServices.h>
 #import <Foundation/Foundation.h>
-
-#include <utility>
 
 #include "platform/macos/cf_ptr.h"
 #import "platform/macos/convert.h"

@@ -1,9 +1,9 @@
 #import "platform/macos/application.h"
 
-#import <AppKit/AppKit.h>
-
 #include <atomic>
 #include <utility>
+
+#import <AppKit/AppKit.h>
 
 #import "platform/macos/convert.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <CoreFoundation/CoreFoundation.h>
-
 #include <memory>
 #include <type_traits>
+
+#include <CoreFoundation/CoreFoundation.h>
 
 namespace vellora {
 

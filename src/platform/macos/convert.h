@@ -1,9 +1,9 @@
 #pragma once
 
-#import <AppKit/AppKit.h>
-
 #include <string>
 #include <string_view>
+
+#import <AppKit/AppKit.h>
 
 #include "base/rect.h"
 #include "platform/caption_painter.h"

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <memory>
+
 #import <AppKit/AppKit.h>
 #import <CoreImage/CoreImage.h>
-
-#include <memory>
 
 #include "platform/caption_painter.h"
 #import "platform/macos/cf_ptr.h"

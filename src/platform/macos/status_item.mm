@@ -1,8 +1,8 @@
 #import "platform/macos/status_item.h"
 
-#import <AppKit/AppKit.h>
-
 #include <utility>
+
+#import <AppKit/AppKit.h>
 
 #import "platform/macos/convert.h"
 

@@ -1,10 +1,10 @@
-#import <Foundation/Foundation.h>
+#include "platform/text_services.h"
 
 #include <CoreFoundation/CoreFoundation.h>
+#import <Foundation/Foundation.h>
 
 #include "platform/macos/cf_ptr.h"
 #import "platform/macos/convert.h"
-#include "platform/text_services.h"
 
 namespace vellora::TextServices {
 

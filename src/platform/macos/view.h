@@ -1,9 +1,9 @@
 #pragma once
 
-#import <AppKit/AppKit.h>
-
 #include <functional>
 #include <memory>
+
+#import <AppKit/AppKit.h>
 
 #include "platform/native_view.h"
 

@@ -2,74 +2,17 @@
 #include <random>
 #include <string>
 
-#include <gio/gio.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/linux/accessibility/reading_fixture.h"
+#include "platform/linux/accessibility/memory_fixture.h"
 
 namespace vellora {
 namespace {
 
 using testing::ElementsAre;
 
-constexpr const char* nameChanged = "accessible-name";
-constexpr const char* childrenChanged = FakeProgramProcess::childrenChanged;
-
-// A window with a label, and a box of rows that are buttons with a label inside. A spare row stands
-// in no list yet.
-class AccessibilityMemoryTest : public ReadingFixture {
- protected:
-  AccessibilityMemoryTest() {
-    // Longer than any test: what a reading sees is signalled, and not just asked again at last.
-    accessibility = makeLinuxAccessibility(std::chrono::hours(1));
-    program = programWithRows(0);
-    title = add(program, 1,
-                {.role = FakeRole::label,
-                 .name = "first song",
-                 .identifier = "Music.nowPlaying.title-Music.nowPlaying.subtitle"});
-    box = add(program, 1, {.role = FakeRole::panel});
-    for (int i = 0; i < 3; ++i) {
-      rows.push_back(add(program, box, row("row " + std::to_string(i), i * 10)));
-      labels.push_back(add(program, rows.back(), {.role = FakeRole::label, .name = "label"}));
-    }
-    program.objects.push_back(row("spare", 100));
-    spare = program.objects.size() - 1;
-  }
-
-  FakeAccessible& object(std::size_t place) { return program.objects[place]; }
-
-  // Changes the object here and in the player.
-  template <class Edit>
-  void change(std::size_t place, Edit edit, const char* signal = "") {
-    edit(object(place));
-    player->change(place, object(place), signal);
-  }
-
-  std::vector<std::string> readTexts() { return texts(readRows(3)); }
-
-  // Lets the player go on, and waits until it has answered what waited for it.
-  void wake() {
-    const int before = player->counts().all;
-    player->process().resume();
-    EXPECT_TRUE(eventually([&] { return player->counts().all > before; }));
-    bus.connections();  // a round trip, so that all were answered that came before
-  }
-
-  // What the player is asked in one whole reading with three rows.
-  int questions() {
-    const int before = player->counts().all;
-    readRows(3);
-    return player->counts().all - before;
-  }
-
-  FakeProgram program;
-  std::size_t title;
-  std::size_t box;
-  std::vector<std::size_t> rows;
-  std::vector<std::size_t> labels;
-  std::size_t spare;
-};
+class AccessibilityMemoryTest : public MemoryFixture {};
 
 constexpr int stateAndFrames = 5;  // the window's state, its frame and those of three rows
 
@@ -298,92 +241,6 @@ TEST_F(AccessibilityMemoryTest, SwitchingAccessibilityOffEndsWhatIsRemembered) {
   EXPECT_FALSE(read().has_value());
   setEnabled(bus, true);
   readTexts();
-}
-
-TEST_F(AccessibilityMemoryTest, APlayerThatHangsIsAskedOnceAlthoughOthersAreReadMeanwhile) {
-  start(program);
-  FakeProgramProcess other(bus, program);
-  readTexts();
-  player->process().stop();
-  const int before = player->counts().all;
-  for (int i = 0; i < 5; ++i) {
-    EXPECT_FALSE(read().has_value());
-    readMusic(other.pid(), *accessibility, clock);
-  }
-  wake();
-  EXPECT_EQ(player->counts().all, before + 1);
-}
-
-// The first window's answer is the other program's then, and says nothing of the player.
-TEST_F(AccessibilityMemoryTest, APlayerThatHangsIsAskedOnceAlthoughItsFirstWindowIsOfAnother) {
-  FakeProgramProcess other(bus, program);
-  object(0).busOfFirstChild = other.busName();
-  for (int i = 0; i < 5; ++i) object(0).children.push_back(1);
-  start(program);
-  readTexts();
-  player->process().stop();
-  const int before = player->counts().all;
-  read();
-  wake();
-  EXPECT_EQ(player->counts().all, before + 1);
-}
-
-TEST_F(AccessibilityMemoryTest, AFloodOfSignalsOutlastsNoReadingAndHidesNoChange) {
-  start(program);
-  readTexts();
-  object(rows[1]).name = "after the flood";
-  player->change(rows[1], object(rows[1]), nameChanged, 100'000);
-  EXPECT_LT(seconds([&] { read(); }), 0.3 + 0.08 + 0.5);
-  EXPECT_THAT(readTexts(), ElementsAre("row 0", "after the flood", "row 2"));
-}
-
-// Or they would gather at the bus: what is not read is not taken in.
-TEST_F(AccessibilityMemoryTest, APlayerThatHangsIsNoLongerHeardUntilItIsReadAgain) {
-  accessibility = makeLinuxAccessibility();
-  start(program);
-  readTexts();
-  EXPECT_EQ(bus.matchRules(player->busName()), 6U);
-  player->process().stop();
-  EXPECT_TRUE(eventually([&] {
-    EXPECT_FALSE(read().has_value());
-    return bus.matchRules(player->busName()) == 0;
-  }));
-  player->process().resume();
-  readTexts();
-  EXPECT_EQ(bus.matchRules(player->busName()), 6U);
-}
-
-TEST_F(AccessibilityMemoryTest, SubscriptionsDoNotAddUp) {
-  accessibility = makeLinuxAccessibility(std::chrono::milliseconds(1));
-  start(program);
-  for (int i = 0; i < 20; ++i) readTexts();
-  EXPECT_EQ(bus.matchRules(player->busName()), 6U);
-}
-
-// Signals wait at the bus for as long as nobody reads.
-TEST_F(AccessibilityMemoryTest, AConnectionThatRestsIsClosedAndTheNextReadingHasAnother) {
-  start(program);
-  const std::size_t before = bus.connections();
-  readTexts();
-  ASSERT_GT(bus.connections(), before);
-  EXPECT_TRUE(eventually([&] {
-    g_main_context_iteration(nullptr, FALSE);
-    return bus.connections() == before;
-  }));
-  change(rows[1], [](FakeAccessible& row) { row.name = "other"; });
-  EXPECT_THAT(readTexts(), ElementsAre("row 0", "other", "row 2"));
-}
-
-TEST_F(AccessibilityMemoryTest, AConnectionInUseIsNotClosed) {
-  start(program);
-  readTexts();
-  const std::size_t made = bus.connectionsMade();
-  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(4500);
-  while (std::chrono::steady_clock::now() < end) {
-    readTexts();
-    g_main_context_iteration(nullptr, FALSE);
-  }
-  EXPECT_EQ(bus.connectionsMade(), made + 1);
 }
 
 // Random changes, each signalled as GTK would, and after each the reading that remembers beside one
