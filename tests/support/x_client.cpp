@@ -51,6 +51,23 @@ void XClient::destroyWindow(xcb_window_t window) {
   sync();
 }
 
+void XClient::unmap(xcb_window_t window) {
+  xcb_unmap_window(connection(), window);
+  sync();
+}
+
+void XClient::placeAbove(xcb_window_t window, xcb_window_t sibling) {
+  const std::array<std::uint32_t, 2> values{sibling, XCB_STACK_MODE_ABOVE};
+  xcb_configure_window(connection(), window,
+                       XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values.data());
+  sync();
+}
+
+void XClient::reparent(xcb_window_t window, xcb_window_t parent) {
+  xcb_reparent_window(connection(), window, parent, 0, 0);
+  sync();
+}
+
 void XClient::raise(xcb_window_t window) {
   const std::uint32_t above = XCB_STACK_MODE_ABOVE;
   xcb_configure_window(connection(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);

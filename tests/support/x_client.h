@@ -27,7 +27,11 @@ class XClient {
   xcb_window_t makeWindow(const Rect& frame, std::uint32_t color, bool managed = true);
   void map(xcb_window_t window);
   void destroyWindow(xcb_window_t window);
+  void unmap(xcb_window_t window);
   void raise(xcb_window_t window);
+  void placeAbove(xcb_window_t window, xcb_window_t sibling);
+  // Puts it at the top left inside another, as a window manager does with its frames.
+  void reparent(xcb_window_t window, xcb_window_t parent);
 
   void setText(xcb_window_t window, std::string_view property, std::string_view value);
   void setNumber(xcb_window_t window, std::string_view property, std::uint32_t value);

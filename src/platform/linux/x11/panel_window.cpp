@@ -131,8 +131,8 @@ void PanelWindow::map() { xcb_map_window(session_->connection(), window_); }
 
 void PanelWindow::unmap() { xcb_unmap_window(session_->connection(), window_); }
 
-void PanelWindow::raise() {
-  const std::uint32_t mode = XCB_STACK_MODE_ABOVE;
+void PanelWindow::lower() {
+  const std::uint32_t mode = XCB_STACK_MODE_BELOW;
   xcb_configure_window(session_->connection(), window_, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
 }
 

@@ -49,7 +49,7 @@ class PanelWindow {
   void place(const PixelRect& frame);
   void map();
   void unmap();
-  void raise();
+  void lower();
   void raiseAbove(xcb_window_t sibling);
 
   // Everything outside these rectangles is no part of the window any more.

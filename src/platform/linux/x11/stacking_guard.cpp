@@ -11,6 +11,11 @@ bool StackingGuard::answers(std::uint32_t window, double now) {
   return rounds.count <= roundsBeforeYielding;
 }
 
+bool StackingGuard::gaveWayTo(std::uint32_t window) const {
+  const auto found = rounds_.find(window);
+  return found != rounds_.end() && found->second.count > roundsBeforeYielding;
+}
+
 void StackingGuard::forget(std::uint32_t window) { rounds_.erase(window); }
 
 void StackingGuard::reset() { rounds_.clear(); }

@@ -5,9 +5,9 @@
 
 namespace vellora {
 
-// Decides whether the panel goes back above a window that came above it. A window that the user or
-// the window manager raises now and then is always answered; one that puts itself back each time
-// (a screen locker, another overlay) is given way to after a few rounds, so that two windows never
+// Decides whether the panel goes back to its place when a window has come between. A window that
+// the user or the window manager restacks now and then is always answered; one that puts itself
+// back each time (another overlay) is given way to after a few rounds, so that two windows never
 // chase each other without end. Not tied to a thread.
 class StackingGuard {
  public:
@@ -15,9 +15,11 @@ class StackingGuard {
   static constexpr int roundsBeforeYielding = 3;
   static constexpr double contestSpan = 1.0;
 
-  // `window` stands above the panel at `now` (seconds of a clock that never goes back); whether to
-  // raise the panel over it.
+  // `window` lies on the wrong side of the panel at `now` (seconds of a clock that never goes
+  // back); whether to move the panel past it.
   bool answers(std::uint32_t window, double now);
+  // Whether `answers` has said no to it.
+  bool gaveWayTo(std::uint32_t window) const;
 
   // The window went away or was hidden; its number may come back as another's.
   void forget(std::uint32_t window);

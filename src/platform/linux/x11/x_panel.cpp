@@ -8,7 +8,7 @@
 namespace vellora {
 
 XPanel::XPanel(std::shared_ptr<XSession> session)
-    : session_(std::move(session)), presenter_(session_) {
+    : session_(std::move(session)), topLevels_(*session_), presenter_(session_) {
   session_->addListener(*this);
 }
 
@@ -35,6 +35,7 @@ void XPanel::configure(NativeView& content) {
 void XPanel::makeWindow() {
   if (!compositor_) compositor_.emplace(*session_, session_->atoms().compositorOwner);
   window_ = std::make_unique<PanelWindow>(session_);
+  window_->lower();
   window_->applySettings();
   placed_ = {};
   placedScale_.reset();
@@ -76,13 +77,15 @@ void XPanel::orderFrontRegardless() {
   if (session_->present()) show();
 }
 
+// A hidden panel lies below everything, so that it comes up there, and never over a screen locker,
+// when the window that it was to lie above is gone by then.
 void XPanel::show() {
   if (!window_) makeWindow();
   guard_.reset();
-  restacked_.clear();
-  session_->watchTopLevels(true);
-  window_->raise();
+  topLevels_.watch(true);
+  takePlace();
   window_->map();
+  topLevels_.noteMapped(window_->id());
   presenter_.invalidate();
   displayNow();
 }
@@ -92,7 +95,8 @@ void XPanel::orderOut() {
   drawing_.reset();
   if (!window_ || !session_->present()) return;
   window_->unmap();
-  session_->watchTopLevels(false);
+  window_->lower();
+  topLevels_.watch(false);
   xcb_flush(session_->connection());
 }
 
@@ -142,30 +146,10 @@ void XPanel::handleEvent(const xcb_generic_event_t& event) {
              eventAs<xcb_destroy_notify_event_t>(event).window == window_->id()) {
     window_->release();
     dropWindow();
-  } else {
-    noteRestacking(event);
+  } else if (shown_) {
+    if (type == XCB_UNMAP_NOTIFY) guard_.forget(eventAs<xcb_unmap_notify_event_t>(event).window);
+    topLevels_.handleEvent(event);
   }
-}
-
-void XPanel::noteRestacking(const xcb_generic_event_t& event) {
-  xcb_window_t window = XCB_WINDOW_NONE;
-  switch (eventType(event)) {
-    case XCB_MAP_NOTIFY:
-      window = eventAs<xcb_map_notify_event_t>(event).window;
-      break;
-    case XCB_CONFIGURE_NOTIFY:
-      window = eventAs<xcb_configure_notify_event_t>(event).window;
-      break;
-    case XCB_CIRCULATE_NOTIFY:
-      window = eventAs<xcb_circulate_notify_event_t>(event).window;
-      break;
-    case XCB_UNMAP_NOTIFY:
-      guard_.forget(eventAs<xcb_unmap_notify_event_t>(event).window);
-      return;
-    default:
-      return;
-  }
-  if (window != window_->id()) restacked_.insert(window);
 }
 
 void XPanel::endTurn() {
@@ -174,28 +158,26 @@ void XPanel::endTurn() {
     place();
     displaySoon();
   }
-  if (!restacked_.empty()) returnToFront();
+  if (topLevels_.changed()) takePlace();
 }
 
-// Once a turn, and above the highest of those that moved and are not given way to, no further.
-void XPanel::returnToFront() {
-  const std::set<xcb_window_t> restacked = std::exchange(restacked_, {});
-  xcb_connection_t* const c = session_->connection();
-  const XcbReply<xcb_query_tree_reply_t> tree(
-      xcb_query_tree_reply(c, xcb_query_tree(c, session_->root()), nullptr));
-  if (!tree) return;
-  const xcb_window_t* const first = xcb_query_tree_children(tree.get());
-  const xcb_window_t* const last = first + xcb_query_tree_children_length(tree.get());
-  const xcb_window_t* const own = std::find(first, last, window_->id());
-  if (own == last) return;
+// In one step, unless that window is given way to: then as if it were not there.
+void XPanel::takePlace() {
+  const std::vector<TopLevel> windows = topLevels_.read();
+  const auto gaveWay = [this](std::uint32_t window) { return guard_.gaveWayTo(window); };
   const double now = static_cast<double>(g_get_monotonic_time()) / 1e6;
-  xcb_window_t highest = XCB_WINDOW_NONE;
-  for (const xcb_window_t* each = own + 1; each != last; ++each) {
-    if (restacked.contains(*each) && guard_.answers(*each, now)) highest = *each;
+  std::optional<Restacking> move;
+  do {
+    move = restackingOf(window_->id(), windows, topLevels_.active(), gaveWay);
+  } while (move && !guard_.answers(move->cause, now));
+  if (!move) return;
+  if (move->sibling == XCB_WINDOW_NONE) {
+    window_->lower();
+  } else {
+    window_->raiseAbove(move->sibling);
   }
-  if (highest == XCB_WINDOW_NONE) return;
-  window_->raiseAbove(highest);
-  xcb_flush(c);
+  topLevels_.noteRestacked(window_->id(), move->sibling);
+  xcb_flush(session_->connection());
 }
 
 void XPanel::sessionLost() {

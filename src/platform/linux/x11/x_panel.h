@@ -2,22 +2,22 @@
 
 #include <memory>
 #include <optional>
-#include <set>
 
 #include "platform/linux/glib/glib_ptr.h"
 #include "platform/linux/x11/panel_presenter.h"
 #include "platform/linux/x11/panel_window.h"
 #include "platform/linux/x11/selection_watch.h"
 #include "platform/linux/x11/stacking_guard.h"
+#include "platform/linux/x11/top_levels.h"
 #include "platform/linux/x11/x_view.h"
 #include "platform/panel.h"
 
 namespace vellora {
 
-// The overlay panel. Without a display it only remembers its settings. While it is shown it goes
-// back above any window that comes above it (see StackingGuard for the limit of that), and it
-// follows the compositor's coming and going: without one it is clipped to the captions' plates.
-// Main thread.
+// The overlay panel. Without a display it only remembers its settings. While it is shown it stays
+// above the managed windows and below all others (see restackingOf, and StackingGuard for the limit
+// of that), and it follows the compositor's coming and going: without one it is clipped to the
+// captions' plates. Main thread.
 class XPanel final : public Panel, private XEventListener, private ViewHost {
  public:
   explicit XPanel(std::shared_ptr<XSession> session);
@@ -43,8 +43,7 @@ class XPanel final : public Panel, private XEventListener, private ViewHost {
   void show();
   void place();
   void displayNow();
-  void noteRestacking(const xcb_generic_event_t& event);
-  void returnToFront();
+  void takePlace();
 
   std::shared_ptr<XSession> session_;
   XView* view_ = nullptr;
@@ -53,10 +52,10 @@ class XPanel final : public Panel, private XEventListener, private ViewHost {
   std::unique_ptr<PanelWindow> window_;
   PixelRect placed_;
   std::optional<double> placedScale_;
+  TopLevels topLevels_;
   PanelPresenter presenter_;
   std::optional<SelectionWatch> compositor_;
   StackingGuard guard_;
-  std::set<xcb_window_t> restacked_;
   GSourcePtr drawing_;
 };
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,11 +36,10 @@ class PlainElement final : public AccessibilityElement {
   // Null without an answer.
   BusMessagePtr call(const char* interface, const char* member, const char* types = "",
                      const char* first = nullptr, const char* second = nullptr);
-  std::optional<std::uint32_t> roleNumber();
   AttributeValue role();
   AttributeValue property(const char* name);
   AttributeValue children();
-  AttributeValue windows();  // the active one first, popups last
+  AttributeValue windows();  // the active one first
   bool hasState(unsigned state);
   AttributeValue extents(bool isSize);
 

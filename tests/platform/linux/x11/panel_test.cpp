@@ -78,8 +78,8 @@ TEST_F(PanelTest, APointIsAsManyPixelsAsTheScaleSays) {
   view->setFrame({0, 0, 400, 300});
   panel->orderFrontRegardless();
   ASSERT_TRUE(runLoopUntil([&] { return client.frame(own()) == Rect(200, 100, 800, 600); }));
+  EXPECT_TRUE(runLoopUntil([&] { return client.pixel(200 + 121, 100 + 141) == 0xff0000u; }));
   EXPECT_EQ(client.boundingShape(own()), std::vector<Rect>({{120, 140, 160, 40}}));
-  EXPECT_EQ(client.pixel(200 + 121, 100 + 141), 0xff0000u);
 }
 
 TEST_F(PanelTest, AChangeOfScaleMovesItAtOnce) {
