@@ -37,7 +37,10 @@ It needs an X11 session; without a compositor captions are opaque boxes.")
 set(CPACK_DEBIAN_OVERLAY_PACKAGE_DEPENDS "at-spi2-core, default-dbus-session-bus | dbus-session-bus")
 set(CPACK_DEBIAN_OVERLAY_PACKAGE_RECOMMENDS
   "fonts-inter, fonts-noto-core, fonts-noto-cjk, fonts-noto-color-emoji, xdg-utils")
-set(CPACK_DEBIAN_OVERLAY_PACKAGE_SUGGESTS "vellora-companion, vellora-demo")
+# The last two have the medium weight of other scripts than Latin; they are 2.5 times as large as all
+# the fonts recommended together.
+set(CPACK_DEBIAN_OVERLAY_PACKAGE_SUGGESTS
+  "vellora-companion, vellora-demo, fonts-noto-cjk-extra, fonts-noto-extra")
 
 set(CPACK_DEBIAN_COMPANION_PACKAGE_NAME vellora-companion)
 set(CPACK_COMPONENT_COMPANION_DESCRIPTION

@@ -3,7 +3,7 @@
 
 packages_build=(
   g++ cmake ninja-build pkg-config
-  libcairo2-dev libpango1.0-dev libglib2.0-dev
+  libcairo2-dev libfontconfig-dev libpango1.0-dev libglib2.0-dev
   libxcb1-dev libxcb-composite0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-randr0-dev libxcb-icccm4-dev libxcb-ewmh-dev
   libsystemd-dev libdbusmenu-glib-dev libicu-dev
   nlohmann-json3-dev libfmt-dev libfast-float-dev

@@ -30,6 +30,10 @@ bool isActive(const AccessibleNode& window) {
   return window.moment.states.value.value_or(0) >> AtspiState::active & 1U;
 }
 
+// A menu or the list of a combo box. While it is open it is the active window of a GTK program, and
+// the frame that it belongs to is not.
+bool isPopup(const AccessibleNode& window) { return window.facts.role.value == AtspiRole::window; }
+
 std::optional<AccessibleReference> findRoot(BusConnection& bus, std::int32_t processIdentifier,
                                             Steady::time_point deadline) {
   AccessibleStore store;
@@ -65,12 +69,17 @@ std::optional<std::string> askToolkit(BusConnection& bus, const AccessibleRefere
   return toolkit;
 }
 
-// Of the first window alone, and then of the others: true when the first one answers.
+// Of the first window alone, and then of the others, whose roles matter too, where they are not
+// known: true when the first one answers.
 bool askStates(BusConnection& bus, const AccessibleStore& store, AccessibleQueries& queries,
                const std::vector<NodeIndex>& windows, Steady::time_point deadline) {
-  for (std::size_t i = 0; i < std::min(windows.size(), mostWindows); ++i) {
+  const std::size_t asked = std::min(windows.size(), mostWindows);
+  for (std::size_t i = 0; i < asked; ++i) {
     queries.askStates(windows[i]);
     if (i == 0) bus.exchange(deadline);
+  }
+  for (std::size_t i = 0; asked > 1 && i < asked; ++i) {
+    if (store[windows[i]].facts.role.isUnasked()) queries.askRole(windows[i]);
   }
   bus.exchange(deadline);
   return !windows.empty() && store[windows.front()].moment.states.value;
@@ -138,6 +147,8 @@ std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
   const AccessibleStore& store = memory.store();
   std::ranges::stable_partition(windows,
                                 [&store](NodeIndex window) { return isActive(store[window]); });
+  std::ranges::stable_partition(windows,
+                                [&store](NodeIndex window) { return !isPopup(store[window]); });
   return windows;
 }
 

@@ -2,18 +2,30 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
+#include <string>
 
 #include <pango/pangocairo.h>
 
+#include "platform/linux/drawing/shown_text.h"
 #include "platform/linux/drawing/text_language.h"
 
 namespace vellora {
 
 namespace {
 
-// The system font and what stands in for it; fontconfig finds a font for every other script.
-constexpr const char* fontFamilies = "Inter,Noto Sans,sans-serif";
+// The system font and what stands in for it. Left to itself, fontconfig may take another family of
+// these scripts for sans-serif, one in a single weight or with serifs, and where it knows no
+// language's letter forms it takes any; it finds a font for every script that is not named.
+std::string fontFamilies(std::string_view language) {
+  std::string families = "Inter,Noto Sans,";
+  if (language == "ja") families += "Noto Sans CJK JP,";
+  if (language == "ko") families += "Noto Sans CJK KR,";
+  if (language == "zh-cn") families += "Noto Sans CJK SC,";
+  if (language == "zh-tw") families += "Noto Sans CJK TC,";
+  return families +=
+         "Noto Sans Arabic,Noto Sans Hebrew,Noto Sans Devanagari,Noto Sans Thai,"
+         "Noto Sans Armenian,Noto Sans Georgian,Noto Sans Lao,sans-serif";
+}
 
 // Lengths beyond this many points are treated as this large: Pango counts in 1/1024 point in 32
 // bits.
@@ -27,27 +39,50 @@ double points(int pangoUnits) { return static_cast<double>(pangoUnits) / PANGO_S
 
 bool isPositive(double length) { return length > 0 && std::isfinite(length); }
 
-// Text that Pango accepts: UTF-8 without NUL.
-void setText(PangoLayout* layout, std::string_view text) {
-  const auto length = static_cast<gssize>(text.size());
-  if (g_utf8_validate(text.data(), length, nullptr)) {
-    pango_layout_set_text(layout, text.data(), static_cast<int>(length));
-    return;
+// The end of `text` without the blanks before it.
+std::size_t withoutBlanks(std::string_view text, std::size_t end) {
+  while (end > 0) {
+    const char* const last = g_utf8_prev_char(text.data() + end);
+    if (!isBlank(g_utf8_get_char(last))) break;
+    end = static_cast<std::size_t>(last - text.data());
   }
-  const std::unique_ptr<char, decltype(&g_free)> valid(g_utf8_make_valid(text.data(), length),
-                                                       g_free);
-  pango_layout_set_text(layout, valid.get(), -1);
+  return end;
 }
 
-// The text with a space for each character that ends a line or a paragraph in Pango.
-std::string onOneLine(std::string_view text) {
-  std::string result(text);
-  for (const std::string_view end : {"\r", "\n", "\u2028", "\u2029"}) {
-    for (std::size_t at = 0; (at = result.find(end, at)) != std::string::npos; ++at) {
-      result.replace(at, end.size(), " ");
+// Takes the width from the glyphs of `run` for the bytes from `begin` to `end` of its text.
+void closeUp(PangoLayoutRun* run, const char* text, std::size_t begin, std::size_t end) {
+  PangoGlyphItemIter cluster;
+  for (gboolean has = pango_glyph_item_iter_init_start(&cluster, run, text); has;
+       has = pango_glyph_item_iter_next_cluster(&cluster)) {
+    const auto at = static_cast<std::size_t>(cluster.start_index);
+    if (at < begin || at >= end) continue;
+    const int step = cluster.start_glyph < cluster.end_glyph ? 1 : -1;
+    for (int i = cluster.start_glyph; i != cluster.end_glyph; i += step) {
+      run->glyphs->glyphs[i].geometry.width = 0;
     }
   }
-  return result;
+}
+
+// Moves the ellipsis of `line` up to the last letter before it. Blanks may stand there, and where
+// text runs from the right, Pango also gives the ellipsis what is left over of the line.
+void closeUpEllipsis(PangoLayoutLine* line, std::string_view text) {
+  for (const GSList* each = line->runs; each != nullptr; each = each->next) {
+    const auto* ellipsis = static_cast<PangoLayoutRun*>(each->data);
+    const PangoItem* item = ellipsis->item;
+    if ((item->analysis.flags & PANGO_ANALYSIS_FLAG_IS_ELLIPSIS) == 0) continue;
+    for (int i = 0; i < ellipsis->glyphs->num_glyphs; ++i) {
+      PangoGlyphInfo& glyph = ellipsis->glyphs->glyphs[i];
+      PangoRectangle logical;
+      pango_font_get_glyph_extents(item->analysis.font, glyph.glyph, nullptr, &logical);
+      glyph.geometry.width = logical.width;
+    }
+    const auto end = static_cast<std::size_t>(item->offset);
+    const std::size_t begin = withoutBlanks(text, end);
+    for (const GSList* run = line->runs; run != nullptr && begin < end; run = run->next) {
+      if (run != each) closeUp(static_cast<PangoLayoutRun*>(run->data), text.data(), begin, end);
+    }
+    return;
+  }
 }
 
 }  // namespace
@@ -64,7 +99,7 @@ TextSetter::TextSetter()
   pango_cairo_context_set_font_options(context_.get(), options.get());
   pango_context_set_round_glyph_positions(context_.get(), FALSE);
 
-  pango_font_description_set_family_static(font_.get(), fontFamilies);
+  pango_font_description_set_family(font_.get(), fontFamilies("en").c_str());
   pango_font_description_set_weight(font_.get(), PANGO_WEIGHT_MEDIUM);
 
   layout_.reset(pango_layout_new(context_.get()));
@@ -82,25 +117,28 @@ TextSetter::TextSetter()
   baseline_ = (lineHeight - ascent - descent) / 2 + ascent;
 }
 
-void TextSetter::layOut(PangoLayout* layout, std::string_view text, double fontSize, double width) {
+void TextSetter::layOut(std::string_view text, double fontSize, double width) {
+  const std::string shown = shownText(text);
+  const char* const language = languageTag(shown);
+  pango_font_description_set_family(font_.get(), fontFamilies(language).c_str());
   pango_font_description_set_absolute_size(font_.get(), pangoUnits(fontSize));
-  pango_layout_set_font_description(layout, font_.get());
-  pango_context_set_language(context_.get(), pango_language_from_string(languageTag(text)));
-  pango_layout_set_width(layout, pangoUnits(width));
-  setText(layout, text);
+  pango_context_set_language(context_.get(), pango_language_from_string(language));
+  pango_layout_set_font_description(layout_.get(), font_.get());
+  pango_layout_set_width(layout_.get(), pangoUnits(width));
+  pango_layout_set_text(layout_.get(), shown.data(), static_cast<int>(shown.size()));
 }
 
 double TextSetter::height(std::string_view text, double fontSize, double width) {
   if (!isPositive(fontSize) || !isPositive(width)) return 0;
   pango_context_set_matrix(context_.get(), nullptr);
-  layOut(layout_.get(), text, fontSize, width);
+  layOut(text, fontSize, width);
   return pango_layout_get_line_count(layout_.get()) * fontSize * lineHeight;
 }
 
 void TextSetter::show(cairo_t* context, std::string_view text, double fontSize, const Rect& place) {
   if (!isPositive(fontSize) || !isPositive(place.width) || !isPositive(place.height)) return;
   pango_cairo_update_context(context, context_.get());
-  layOut(layout_.get(), text, fontSize, place.width);
+  layOut(text, fontSize, place.width);
 
   const double pitch = fontSize * lineHeight;
   // A thousandth of a line lost to rounding costs no line.
@@ -131,7 +169,8 @@ void TextSetter::showLine(cairo_t* context, PangoLayoutLine* line, double fontSi
   pango_cairo_show_layout_line(context, line);
 }
 
-// Shows all that follows from `line` of `layout_` on, as one line with an ellipsis.
+// Shows all that follows from `line` of `layout_` on, as one line with an ellipsis: in the font,
+// the language and the width of the whole.
 void TextSetter::showRest(cairo_t* context, PangoLayoutLine* line, double fontSize, double width,
                           Point lineTop) {
   const std::string rest =
@@ -139,8 +178,12 @@ void TextSetter::showRest(cairo_t* context, PangoLayoutLine* line, double fontSi
   // Its direction is its paragraph's, even where its own first letter is of the other one.
   pango_context_set_base_dir(context_.get(), pango_layout_line_get_resolved_direction(line));
   pango_layout_set_auto_dir(lastLine_.get(), FALSE);
-  layOut(lastLine_.get(), rest, fontSize, width);
-  showLine(context, pango_layout_get_line_readonly(lastLine_.get(), 0), fontSize, width, lineTop);
+  pango_layout_set_font_description(lastLine_.get(), font_.get());
+  pango_layout_set_width(lastLine_.get(), pangoUnits(width));
+  pango_layout_set_text(lastLine_.get(), rest.data(), static_cast<int>(rest.size()));
+  PangoLayoutLine* last = pango_layout_get_line(lastLine_.get(), 0);
+  closeUpEllipsis(last, rest);
+  showLine(context, last, fontSize, width, lineTop);
   pango_context_set_base_dir(context_.get(), PANGO_DIRECTION_WEAK_LTR);
 }
 

@@ -9,8 +9,9 @@
 namespace vellora {
 
 // Sets captions' text with Pango: the system font in medium weight, wrapped at words, on lines at
-// equal distances whatever fonts a line needs. Lengths are points; the same text breaks into the
-// same lines at every scale. Needs no display. Main thread.
+// equal distances whatever fonts a line needs, in the letter forms of the text's own language.
+// Lengths are points; the same text breaks into the same lines at every scale. Needs no display.
+// Main thread.
 class TextSetter {
  public:
   // From one baseline to the next, in font sizes.
@@ -22,13 +23,13 @@ class TextSetter {
   double height(std::string_view text, double fontSize, double width);
 
   // Shows the text from the top of `place` in the context's source colour. Where it is higher than
-  // `place`, the last line that fits takes all that is left, without its line ends, and ends with
-  // an ellipsis where that is too long. There is always one line; where a length is not positive or
-  // not finite, there is nothing. The context's unit is the point.
+  // `place`, the last line that fits takes all that is left, with a space for the line ends in it,
+  // and ends with an ellipsis where that is too long. There is always one line; where a length is
+  // not positive or not finite, there is nothing. The context's unit is the point.
   void show(cairo_t* context, std::string_view text, double fontSize, const Rect& place);
 
  private:
-  void layOut(PangoLayout* layout, std::string_view text, double fontSize, double width);
+  void layOut(std::string_view text, double fontSize, double width);
   void showLine(cairo_t* context, PangoLayoutLine* line, double fontSize, double width,
                 Point lineTop);
   void showRest(cairo_t* context, PangoLayoutLine* line, double fontSize, double width,

@@ -70,6 +70,43 @@ TEST_F(AccessibilityReadingTest, ActiveWindowIsFirstAndTheOthersKeepTheirOrder) 
   EXPECT_THAT(names, ElementsAre("active", "first", "second", "last"));
 }
 
+TEST_F(AccessibilityReadingTest, AnActivePopupComesAfterFramesAndDialogs) {
+  FakeProgram program;
+  program.objects.resize(1);
+  add(program, 0, {.role = FakeRole::window, .name = "menu", .states = active});
+  add(program, 0, {.role = FakeRole::frame, .name = "music"});
+  add(program, 0, {.role = FakeRole::dialog, .name = "dialog"});
+  start(program);
+  for (int reading = 0; reading < 3; ++reading) {
+    std::vector<std::string> names;
+    for (const auto& window : windows()) names.push_back(string(*window, "AXTitle"));
+    EXPECT_THAT(names, ElementsAre("music", "dialog", "menu"));
+  }
+}
+
+TEST_F(AccessibilityReadingTest, AMenuThatOpensLeavesTheWindowInFront) {
+  FakeProgram program = programWithRows(3);
+  program.objects[1].states = active;
+  program.objects.push_back({.role = FakeRole::window, .states = active});
+  start(program);
+  EXPECT_EQ(readRows(3).rows.size(), 3U);
+  FakeAccessible inactive = program.objects[1];
+  inactive.states = 0;
+  player->change(1, inactive);
+  FakeAccessible root = program.objects[0];
+  root.children = {program.objects.size() - 1, 1};
+  player->change(0, root, FakeProgramProcess::childrenChanged);
+  EXPECT_EQ(readRows(3).rows.size(), 3U);
+  EXPECT_EQ(windows().size(), 2U);
+}
+
+TEST_F(AccessibilityReadingTest, APopupAloneIsTheFirstWindow) {
+  FakeProgram program = programWithRows(2);
+  program.objects[1].role = FakeRole::window;
+  start(program);
+  EXPECT_EQ(readRows(2).rows.size(), 2U);
+}
+
 TEST_F(AccessibilityReadingTest, IconifiedWindowIsMinimised) {
   FakeProgram program = programWithRows(1);
   program.objects[1].states = iconified | active;

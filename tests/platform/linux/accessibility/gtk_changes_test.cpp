@@ -213,6 +213,25 @@ TEST_F(GtkChangesTest, SignalledChangesAreSeenAtOnce) {
   }
 }
 
+TEST_F(GtkChangesTest, AMenuThatIsOpenLeavesTheLyricsInFront) {
+  const auto rows = [this] {
+    const auto layout = readMusic(program_->pid(), *accessibility_, clock_);
+    return layout ? layout->rows.size() : 0;
+  };
+  const auto windows = [this] {
+    const AttributeValue value = accessibility_->applicationElement(program_->pid(), 0.08F)
+                                     ->attribute(AccessibilityAttribute::windows);
+    const auto* list = std::get_if<AccessibilityElements>(&value);
+    return list ? list->size() : 0;
+  };
+  ASSERT_TRUE(eventually([&] { return rows() > 0; }));
+  ASSERT_EQ(windows(), 1U);
+  ASSERT_NO_FATAL_FAILURE(change("menu", 1));
+  ASSERT_TRUE(eventually([&] { return windows() == 2; }));
+  EXPECT_TRUE(eventually([&] { return rows() > 0; })) << "the menu is taken for the window";
+  EXPECT_EQ(windows(), 2U);
+}
+
 TEST_F(GtkChangesTest, ChangesThatGtkDoesNotSignalAreSeenWithinASecond) {
   ASSERT_TRUE(agrees()) << difference_;
   const auto unsignalled = operations("unsignalled");

@@ -71,17 +71,23 @@ BusMessagePtr PlainElement::call(const char* interface, const char* member, cons
   return BusMessagePtr(reply);
 }
 
-AttributeValue PlainElement::role() {
+std::optional<std::uint32_t> PlainElement::roleNumber() {
   const BusMessagePtr reply = call("org.a11y.atspi.Accessible", "GetRole");
   std::uint32_t role = 0;
-  if (!reply || sd_bus_message_read(reply.get(), "u", &role) <= 0) return {};
-  return std::string(role == 43   ? "AXButton"
-                     : role == 49 ? "AXScrollArea"
-                     : role == 16 ? "AXWindow"
-                     : role == 23 ? "AXWindow"
-                     : role == 69 ? "AXWindow"
-                     : role == 29 ? "AXStaticText"
-                                  : "AXUnknown");
+  if (!reply || sd_bus_message_read(reply.get(), "u", &role) <= 0) return std::nullopt;
+  return role;
+}
+
+AttributeValue PlainElement::role() {
+  const auto role = roleNumber();
+  if (!role) return {};
+  return std::string(*role == 43   ? "AXButton"
+                     : *role == 49 ? "AXScrollArea"
+                     : *role == 16 ? "AXWindow"
+                     : *role == 23 ? "AXWindow"
+                     : *role == 69 ? "AXWindow"
+                     : *role == 29 ? "AXStaticText"
+                                   : "AXUnknown");
 }
 
 AttributeValue PlainElement::property(const char* name) {
@@ -110,6 +116,9 @@ AttributeValue PlainElement::windows() {
   if (auto* list = std::get_if<AccessibilityElements>(&value)) {
     std::ranges::stable_partition(*list, [](const auto& window) {
       return static_cast<PlainElement&>(*window).hasState(1);  // ACTIVE
+    });
+    std::ranges::stable_partition(*list, [](const auto& window) {
+      return static_cast<PlainElement&>(*window).roleNumber() != 69;  // a popup
     });
   }
   return value;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -36,10 +38,11 @@ class PlainElement final : public AccessibilityElement {
   // Null without an answer.
   BusMessagePtr call(const char* interface, const char* member, const char* types = "",
                      const char* first = nullptr, const char* second = nullptr);
+  std::optional<std::uint32_t> roleNumber();
   AttributeValue role();
   AttributeValue property(const char* name);
   AttributeValue children();
-  AttributeValue windows();  // the active one first
+  AttributeValue windows();  // the active one first, popups last
   bool hasState(unsigned state);
   AttributeValue extents(bool isSize);
 

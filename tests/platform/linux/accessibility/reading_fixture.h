@@ -17,11 +17,13 @@
 namespace vellora {
 
 namespace FakeRole {
+inline constexpr std::uint32_t dialog = 16;
 inline constexpr std::uint32_t frame = 23;
 inline constexpr std::uint32_t label = 29;
 inline constexpr std::uint32_t panel = 39;
 inline constexpr std::uint32_t button = 43;
 inline constexpr std::uint32_t scrollPane = 49;
+inline constexpr std::uint32_t window = 69;  // of GTK, one that pops up
 }  // namespace FakeRole
 
 // Time itself: these tests run against processes, whose delays are real.

@@ -11,17 +11,77 @@ TEST(TextLanguageTest, HanCharactersFollowTheScriptBesideThem) {
   EXPECT_STREQ(languageTag("漢字와 한글"), "ko");
   EXPECT_STREQ(languageTag("我愿意为你"), "zh-cn");
   EXPECT_STREQ(languageTag("OK 好"), "zh-cn");
+  EXPECT_STREQ(languageTag("骨ㄍㄨˇ"), "zh-tw");
+  EXPECT_STREQ(languageTag("ㄍㄨˇ"), "zh-tw");
+}
+
+TEST(TextLanguageTest, WhatFoldingWouldChangeIsTaiwans) {
+  for (const char* text : {"我願意為你", "遊", "看著你", "然後", "甚麼", "佢哋話我愛你", "心裏"}) {
+    EXPECT_STREQ(languageTag(text), "zh-tw") << text;
+  }
+}
+
+TEST(TextLanguageTest, WhatOnlyTraditionalChineseHasIsTaiwansThoughFoldingKeepsIt) {
+  EXPECT_STREQ(languageTag("妳好"), "zh-tw");
+  EXPECT_STREQ(languageTag("佢哋"), "zh-tw");
+}
+
+TEST(TextLanguageTest, KanaAndHangulCountBeforeTraditionalCharacters) {
+  EXPECT_STREQ(languageTag("舊い櫻の國"), "ja");
+  EXPECT_STREQ(languageTag("愛ㄞ、ラブ"), "ja");
+  EXPECT_STREQ(languageTag("愛와 平和"), "ko");
+}
+
+TEST(TextLanguageTest, SimplifiedTextMayHaveWhatFoldingChanges) {
+  for (const char* text : {"他说：「你好」", "俱乐部", "我们的慰藉", "从大阪来"}) {
+    EXPECT_STREQ(languageTag(text), "zh-cn") << text;
+  }
+}
+
+TEST(TextLanguageTest, MixedTextIsWhatMoreOfItIs) {
+  EXPECT_STREQ(languageTag("我们爱说「愛」"), "zh-cn");
+  EXPECT_STREQ(languageTag("我們愛說「爱」"), "zh-tw");
+  EXPECT_STREQ(languageTag("我爱你／我愛你"), "zh-tw");
+}
+
+TEST(TextLanguageTest, KanjiAloneAreJapaneseWhereNeitherChineseHasThem) {
+  for (const char* text : {"夜桜", "恋愛", "人々", "天気図"}) {
+    EXPECT_STREQ(languageTag(text), "ja") << text;
+  }
+  // Common kanji as well, but every one of them Chinese too.
+  EXPECT_STREQ(languageTag("東京"), "zh-tw");
+  EXPECT_STREQ(languageTag("学校"), "zh-cn");
+  EXPECT_STREQ(languageTag("二〇〇八年"), "zh-cn");
+  // Others are among them.
+  EXPECT_STREQ(languageTag("你的桜"), "zh-cn");
+}
+
+TEST(TextLanguageTest, OneLineWithKanaTellsForAllLinesOfAText) {
+  EXPECT_STREQ(languageTag("東京\n夜空に消える"), "ja");
+  EXPECT_STREQ(languageTag("夜空に消える\n東京"), "ja");
+}
+
+TEST(TextLanguageTest, EquivalentTextsHaveOneLanguage) {
+  // 神 (U+FA19) is another spelling of 神, 樂 (U+F914) of 樂.
+  EXPECT_STREQ(languageTag("\uF914"), languageTag("樂"));
+  EXPECT_STREQ(languageTag("\uF914"), "zh-tw");
+  EXPECT_STREQ(languageTag("\uFA19"), languageTag("神"));
+  // か with U+3099 is が, ᄒ with ᅡ and ᆫ is 한.
+  EXPECT_STREQ(languageTag("愛か\u3099"), "ja");
+  EXPECT_STREQ(languageTag("愛\u1112\u1161\u11AB"), "ko");
 }
 
 TEST(TextLanguageTest, OtherTextsAreEnglish) {
   EXPECT_STREQ(languageTag(""), "en");
   EXPECT_STREQ(languageTag("Hello"), "en");
   EXPECT_STREQ(languageTag("مرحبا"), "en");
+  EXPECT_STREQ(languageTag("「Hello」"), "en");
 }
 
 TEST(TextLanguageTest, IllFormedTextIsReadOn) {
   EXPECT_STREQ(languageTag("\xff\xe5\x9c"), "en");
-  EXPECT_STREQ(languageTag("\xff\xc3 \xe6\x84\x9b"), "zh-cn");
+  EXPECT_STREQ(languageTag("\xff\xc3 \xe6\x84\x9b"), "zh-tw");
+  EXPECT_STREQ(languageTag("\xff\xc3 \xe7\x88\xb1"), "zh-cn");
 }
 
 }  // namespace
