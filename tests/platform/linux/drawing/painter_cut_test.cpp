@@ -1,5 +1,7 @@
 #include <cstdint>
 #include <cstdlib>
+#include <iterator>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -57,6 +59,26 @@ TEST_F(PainterCutTest, NoBlankStandsBeforeTheEllipsis) {
   for (int width = 200; width < 260; ++width) {
     EXPECT_NEAR(gapBesideDots(inOneLine(fromTheLeft, width), true), left, 1) << width;
     EXPECT_NEAR(gapBesideDots(inOneLine(fromTheRight, width), false), right, 1) << width;
+  }
+}
+
+TEST_F(PainterCutTest, AnyTextIsDrawnWholeInItsMeasuredHeight) {
+  constexpr const char* pieces[] = {"word ",  "  ",    "\n",     "\r\n",        "\v",      "\u2028",
+                                    "\u2029", "\x1b",  "\u0085", "夜空に",      "我願意",  "骨",
+                                    "مرحبا ", "שלום ", "💚",      "👩‍👧", "e\u0301", "\t",
+                                    "\u00a0", "\xff",  "한글 "};
+  std::mt19937 random(20261122);
+  std::uniform_int_distribution<std::size_t> piece(0, std::size(pieces) - 1);
+  for (int round = 0; round < 150; ++round) {
+    std::string text;
+    for (int i = 0; i < 14; ++i) text += pieces[piece(random)];
+    CaptionDrawing tight = caption(text, 240, 560, font);
+    // Captions are measured 2 points narrower than they are drawn.
+    tight.textRect.height = painter.measureHeight(text, font, 220, 1000);
+    ASSERT_LE(tight.textRect.height, 550);
+    CaptionDrawing roomy = tight;
+    roomy.textRect.height = 552;
+    EXPECT_EQ(paintText(tight), paintText(roomy)) << ::testing::PrintToString(text);
   }
 }
 
