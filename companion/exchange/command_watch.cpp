@@ -20,11 +20,6 @@ constexpr double farthest = 360'000;
 
 constexpr double tolerance = 2;  // seconds by which a position may miss the wanted one
 
-bool sameTrack(const NowPlayingTrack& a, const NowPlayingTrack& b) {
-  return textEquals(a.title, b.title) && textEquals(a.artist, b.artist) &&
-         textEquals(a.album, b.album);
-}
-
 // As the player looks titles up: equal, or at least containing what was asked for.
 bool isTitled(const NowPlayingTrack& track, const std::string& title) {
   const std::string wanted = OverlayMatching::normalized(title);
@@ -33,6 +28,11 @@ bool isTitled(const NowPlayingTrack& track, const std::string& title) {
 }
 
 }  // namespace
+
+bool sameTrack(const NowPlayingTrack& a, const NowPlayingTrack& b) {
+  return textEquals(a.title, b.title) && textEquals(a.artist, b.artist) &&
+         textEquals(a.album, b.album);
+}
 
 std::string describe(const NowPlayingTrack& track, double position) {
   std::string text = track.playing ? "playing " : "paused in ";

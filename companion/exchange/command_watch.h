@@ -71,6 +71,9 @@ class CommandWatch {
   Renewal sync_{5};
 };
 
+// Whether both tell of one song, wherever in it the player is.
+bool sameTrack(const NowPlayingTrack& a, const NowPlayingTrack& b);
+
 // "playing “Title” by Artist at 1:23", for people.
 std::string describe(const NowPlayingTrack& track, double position);
 

@@ -3,18 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/text.h"
+#include "companion/exchange/command_watch.h"
 
 namespace vellora::companion {
-namespace {
-
-bool sameTrack(const std::optional<NowPlayingTrack>& a, const std::optional<NowPlayingTrack>& b) {
-  if (!a || !b) return !a && !b;
-  return textEquals(a->title, b->title) && textEquals(a->artist, b->artist) &&
-         textEquals(a->album, b->album);
-}
-
-}  // namespace
 
 void CaptionSettings::changeFontSize(double points) {
   fontSize = std::clamp(fontSize + points, smallestFont, largestFont);
@@ -36,7 +27,7 @@ Keeper::Step Keeper::step(double now, const std::optional<NowPlayingTrack>& publ
   Step step;
   if (sync_.due(now)) step.sync = SyncRequest{now};
   const auto usable = published && published->isUsable(now) ? published : std::nullopt;
-  step.songChanged = !sameTrack(usable, track_);
+  step.songChanged = usable && track_ ? !sameTrack(*usable, *track_) : usable || track_;
   track_ = usable;
   if (step.songChanged) {
     lookForSong();

@@ -14,11 +14,6 @@
 namespace vellora::companion {
 namespace {
 
-bool isTable(const std::filesystem::path& path) {
-  const std::string ending = readableEnding(path);
-  return ending == ".po" || ending == ".tsv";
-}
-
 void tell(const Problem& problem, CheckSummary& summary, std::ostream& out) {
   if (problem.severity == Severity::error) ++summary.errors;
   if (problem.severity == Severity::warning) ++summary.warnings;
@@ -150,6 +145,14 @@ std::size_t untranslated(const Song& song) {
 
 }  // namespace
 
+CheckSummary& CheckSummary::operator+=(const CheckSummary& other) {
+  songs += other.songs;
+  complete += other.complete;
+  errors += other.errors;
+  warnings += other.warnings;
+  return *this;
+}
+
 std::string counted(std::size_t count, const char* what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
@@ -211,11 +214,7 @@ CheckSummary checkLibrary(const Library& library, std::ostream& out) {
   CheckSummary sum;
   for (const Problem& problem : library.problems()) tell(problem, sum, out);
   for (const LibrarySong& from : library.songs()) {
-    const CheckSummary one = checkSong(from, library.load(from), out);
-    sum.songs += one.songs;
-    sum.complete += one.complete;
-    sum.errors += one.errors;
-    sum.warnings += one.warnings;
+    sum += checkSong(from, library.load(from), out);
   }
   out << counted(sum.songs, "song") << ", " << sum.complete << " complete; "
       << counted(sum.errors, "error") << ", " << counted(sum.warnings, "warning") << "\n";

@@ -18,6 +18,7 @@ struct CheckSummary {
 
   // No song is incomplete and nothing is lost.
   bool clean() const { return songs > 0 && complete == songs && errors == 0 && warnings == 0; }
+  CheckSummary& operator+=(const CheckSummary& other);
 };
 
 // "1 song", "2 songs".

@@ -93,11 +93,7 @@ ImportSummary importSongs(const Library& library, const fs::path& to, bool repla
   for (const Problem& problem : library.problems()) out << problem.text() << "\n";
   for (const LibrarySong& from : library.songs()) {
     const Song song = library.load(from);
-    const CheckSummary one = checkSong(from, song, out);
-    summary.check.songs += one.songs;
-    summary.check.complete += one.complete;
-    summary.check.errors += one.errors;
-    summary.check.warnings += one.warnings;
+    summary.check += checkSong(from, song, out);
     if (!song.lines.empty()) write(from, song, to, replace, summary, out);
   }
   out << counted(summary.check.songs, "song") << " read, " << counted(summary.written, "file")

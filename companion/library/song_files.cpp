@@ -22,11 +22,6 @@ constexpr std::string_view lyricsWord = "lyrics";
 // The files of one folder by what comes before their ending.
 using ByStem = std::map<std::string, std::vector<fs::path>>;
 
-bool isTable(const fs::path& path) {
-  const std::string ending = readableEnding(path);
-  return ending == ".po" || ending == ".tsv";
-}
-
 std::size_t preference(const fs::path& path) {
   return static_cast<std::size_t>(
       std::find(readableEndings.begin(), readableEndings.end(), readableEnding(path)) -

@@ -12,12 +12,7 @@ LyricFile readPlain(std::string_view name, std::string_view text) {
   file.name = name;
   Problems problems(name);
   forEachLine(text, [&](int number, std::string_view line) {
-    if (file.lines.size() == mostLines) {
-      ++file.lost;
-      problems.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
-                    "the rest is left out; is this one song?");
-      return false;
-    }
+    if (!hasRoom(file, problems, number)) return false;
     if (line.size() > longestText) {
       problems.warn(number, "the line is longer than " + std::to_string(longestText) + " bytes",
                     "it is cut there; put each sung line on a line of its own");

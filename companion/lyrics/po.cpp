@@ -130,13 +130,8 @@ class Reader {
                      "look at it and remove the mark \"#, fuzzy\"");
       return;
     }
-    if (file_.lines.size() == mostLines) {
-      full_ = true;
-      ++file_.lost;
-      problems_.fail(number_, "the table has more than " + std::to_string(mostLines) + " entries",
-                     "the rest is left out; is this one song?");
-      return;
-    }
+    full_ = !hasRoom(file_, problems_, number_);
+    if (full_) return;
     file_.lines.push_back({std::nullopt, cleaned(cut(*source_, longestText)),
                            cleaned(cut(*translation_, longestText)), number_});
   }

@@ -43,6 +43,11 @@ std::string readableEnding(const std::filesystem::path& path) {
   return known ? ending : std::string();
 }
 
+bool isTable(const std::filesystem::path& path) {
+  const std::string ending = readableEnding(path);
+  return ending == ".po" || ending == ".tsv";
+}
+
 LyricFile readLyrics(const std::filesystem::path& name, std::string_view bytes,
                      std::string_view wantedLanguage) {
   const auto decoded = decodeText(bytes);

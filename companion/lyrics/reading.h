@@ -16,6 +16,8 @@ inline constexpr std::array<std::string_view, 6> readableEndings{".lrc", ".ttml"
 
 // The ending of `path` in lower case where it is one of these, else "".
 std::string readableEnding(const std::filesystem::path& path);
+// Whether that is the ending of a table (see LyricFile::isTable).
+bool isTable(const std::filesystem::path& path);
 
 // Reads a file as its ending says. `wantedLanguage`, a BCP 47 tag or "", chooses among several
 // translations within one file. A file that cannot be read, is larger than 16 MiB or is no text

@@ -29,24 +29,14 @@ bool looksLikeTimes(std::string_view line) {
   return looksLikeStamp(line) && looksLikeStamp(line.substr(line.find_last_of(" \t") + 1));
 }
 
-// Without "<…>" that begins as a tag does, and without "{\…}".
-std::string withoutTags(std::string_view text) {
-  std::string result;
-  while (!text.empty()) {
-    const std::size_t next = text.find_first_of("<{");
-    result.append(text.substr(0, next));
-    if (next == std::string_view::npos) break;
-    text.remove_prefix(next);
-    const bool angle = text.front() == '<';
-    const std::size_t end = text.substr(0, longestTag).find(angle ? '>' : '}');
-    const char second = text.size() > 1 ? text[1] : ' ';
-    const bool letter = (second >= 'a' && second <= 'z') || (second >= 'A' && second <= 'Z');
-    const bool tag =
-        end != std::string_view::npos && (angle ? letter || second == '/' : second == '\\');
-    if (!tag) result.push_back(text.front());
-    text.remove_prefix(tag ? end + 1 : 1);
-  }
-  return result;
+// How long the tag is that the text begins with: "<…>" with a letter or a slash first, or "{\…}".
+std::size_t tagLength(std::string_view text) {
+  const bool angle = text.front() == '<';
+  const std::size_t end = text.substr(0, longestTag).find(angle ? '>' : '}');
+  const char second = text.size() > 1 ? text[1] : ' ';
+  const bool letter = (second >= 'a' && second <= 'z') || (second >= 'A' && second <= 'Z');
+  const bool tag = angle ? letter || second == '/' : second == '\\';
+  return tag && end != std::string_view::npos ? end + 1 : 0;
 }
 
 class Reader {
@@ -71,13 +61,9 @@ class Reader {
       takeOutside(number, line);
       return true;
     }
-    if (file_.lines.size() == mostLines) {
-      ++file_.lost;
-      problems_.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
-                     "the rest is left out; is this one song?");
-      return false;
-    }
-    file_.lines.push_back({time_, cleaned(cut(withoutTags(line), longestText)), {}, number});
+    if (!hasRoom(file_, problems_, number)) return false;
+    file_.lines.push_back(
+        {time_, cleaned(cut(withoutMarks(line, "<{", tagLength), longestText)), {}, number});
     return true;
   }
 

@@ -20,12 +20,7 @@ LyricFile readTsv(std::string_view name, std::string_view text) {
   forEachLine(text, [&](int number, std::string_view raw) {
     const std::string_view line = cut(raw, 4 * longestText);
     if (trimmed(line).empty() || line.front() == '#') return true;
-    if (file.lines.size() == mostLines) {
-      ++file.lost;
-      problems.fail(number, "the table has more than " + std::to_string(mostLines) + " lines",
-                    "the rest is left out; is this one song?");
-      return false;
-    }
+    if (!hasRoom(file, problems, number)) return false;
     const std::size_t tab = line.find('\t');
     if (tab == std::string_view::npos) {
       problems.warn(number, "no tab in " + inQuotes(line),

@@ -187,12 +187,7 @@ class Reader {
     }
     std::string translation = translationOf(paragraph, attribute(node, "key"));
     for (std::string& line : paragraph.lines) {
-      if (file_.lines.size() == mostLines) {
-        ++file_.lost;
-        problems_.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
-                       "the rest is left out; is this one song?");
-        return false;
-      }
+      if (!hasRoom(file_, problems_, number)) return false;
       file_.lines.push_back({time, std::move(line), std::exchange(translation, {}), number});
     }
     return true;

@@ -9,19 +9,14 @@
 #include "companion/exchange/command_watch.h"
 #include "companion/exchange/folder.h"
 #include "companion/program/interruption.h"
-#include "companion/program/wall_clock.h"
 #include "companion/song/text.h"
+#include "platform/system_clock.h"
 
 namespace vellora::companion {
 namespace {
 
 constexpr int stepMilliseconds = 50;
 constexpr double statusPatience = 2.5;  // seconds
-
-int fail(ExitStatus status, const std::string& message) {
-  std::cerr << "vellora-companion: " << message << "\n";
-  return status;
-}
 
 int unwritable(const ExchangeFolder& folder) {
   return fail(filesFailed, folder.path().string() + " cannot be written");
@@ -40,7 +35,7 @@ int finish(const CommandWatch& watch, CommandWatch::Outcome outcome) {
 int command(const Options& options) {
   const ExchangeFolder folder(options.exchange);
   if (const auto reason = folder.make()) return fail(filesFailed, *reason);
-  const WallClock clock;
+  const SystemClock clock;
   const Interruption interruption;
   CommandWatch watch(options.command, options.target, options.patience);
   while (!interruption.asked()) {
@@ -58,7 +53,7 @@ int command(const Options& options) {
 int tellStatus(const Options& options) {
   const ExchangeFolder folder(options.exchange);
   if (const auto reason = folder.make()) return fail(filesFailed, *reason);
-  const WallClock clock;
+  const SystemClock clock;
   const double begin = clock.now();
   if (!folder.write(SyncRequest{begin})) return unwritable(folder);
   std::optional<NowPlayingTrack> track;

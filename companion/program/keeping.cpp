@@ -11,9 +11,9 @@
 #include "companion/program/interruption.h"
 #include "companion/program/overlay_start.h"
 #include "companion/program/remote.h"
-#include "companion/program/wall_clock.h"
 #include "companion/view/plain_view.h"
 #include "companion/view/terminal_view.h"
+#include "platform/system_clock.h"
 
 namespace vellora::companion {
 namespace {
@@ -22,11 +22,6 @@ constexpr double stepInterval = 0.1;  // seconds
 constexpr double seekStep = 5;        // seconds
 constexpr double offsetStep = 2;      // points
 constexpr double fontStep = 1;        // points
-
-int fail(ExitStatus status, const std::string& message) {
-  std::cerr << "vellora-companion: " << message << "\n";
-  return status;
-}
 
 // The keeper with the exchange folder's files and the clock around it.
 class Keeping {
@@ -125,7 +120,7 @@ class Keeping {
     return overlay_ ? overlay_->report() : std::string();
   }
 
-  WallClock clock_;
+  SystemClock clock_;
   Keeper keeper_;
   ExchangeFolder folder_;
   Remote remote_;

@@ -11,11 +11,6 @@
 namespace vellora::companion {
 namespace {
 
-int fail(const std::string& message) {
-  std::cerr << "vellora-companion: " << message << "\n";
-  return filesFailed;
-}
-
 bool isFolder(const std::filesystem::path& path) {
   std::error_code error;
   return std::filesystem::is_directory(path, error);
@@ -30,7 +25,8 @@ Library libraryOf(const Options& options) {
 }  // namespace
 
 int check(const Options& options) {
-  if (!isFolder(options.lyrics)) return fail(options.lyrics.string() + " is no folder");
+  if (!isFolder(options.lyrics))
+    return fail(filesFailed, options.lyrics.string() + " is no folder");
   const Library library = libraryOf(options);
   const CheckSummary summary = checkLibrary(library, std::cout);
   if (summary.songs == 0) std::cout << "a song is a file song.lrc; see --help\n";
@@ -38,14 +34,15 @@ int check(const Options& options) {
 }
 
 int import(const Options& options) {
-  if (!isFolder(options.lyrics)) return fail(options.lyrics.string() + " is no folder");
+  if (!isFolder(options.lyrics))
+    return fail(filesFailed, options.lyrics.string() + " is no folder");
   std::error_code error;
   if (std::filesystem::equivalent(options.lyrics, options.importTo, error)) {
-    return fail("--to names the folder that is read; name another");
+    return fail(filesFailed, "--to names the folder that is read; name another");
   }
   std::filesystem::create_directories(options.importTo, error);
   if (!isFolder(options.importTo)) {
-    return fail(options.importTo.string() + " cannot be made: " + error.message());
+    return fail(filesFailed, options.importTo.string() + " cannot be made: " + error.message());
   }
   const ImportSummary summary =
       importSongs(libraryOf(options), options.importTo, options.force, std::cout);

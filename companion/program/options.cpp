@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iostream>
 #include <memory>
 #include <sstream>
 #include <system_error>
@@ -183,6 +184,11 @@ std::string judge(Options& options, const Words& words, const Environment& envir
 }
 
 }  // namespace
+
+int fail(ExitStatus status, const std::string& message) {
+  std::cerr << "vellora-companion: " << message << "\n";
+  return status;
+}
 
 std::optional<SeekTarget> parseSeekTarget(const std::string& text) {
   if (text.empty()) return std::nullopt;

@@ -23,6 +23,9 @@ enum ExitStatus : int {
   filesFailed = 5,  // a file or folder cannot be read or written
 };
 
+// Says the message on standard error, after the program's name; hands the status back.
+int fail(ExitStatus status, const std::string& message);
+
 enum class Task { keep, command, status, check, import };
 
 // "1:23", "83.5"; with "+" or "-" before it from where the player is.

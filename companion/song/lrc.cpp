@@ -42,19 +42,13 @@ std::optional<Stamp> stampAt(std::string_view text) {
   return Stamp{*time, end + 1};
 }
 
-// The text without the stamps of its words.
-std::string withoutWordStamps(std::string_view text) {
-  std::string result;
-  while (!text.empty()) {
-    const std::size_t next = text.find_first_of("<[");
-    result.append(text.substr(0, next));
-    if (next == std::string_view::npos) break;
-    text.remove_prefix(next);
-    const auto stamp = stampAt(text);
-    if (!stamp) result.push_back(text.front());
-    text.remove_prefix(stamp ? stamp->length : 1);
-  }
-  return result;
+// The text without the stamps of its words, cleaned and cut.
+std::string sungText(std::string_view text) {
+  const auto lengthOf = [](std::string_view rest) {
+    const auto stamp = stampAt(rest);
+    return stamp ? stamp->length : 0;
+  };
+  return cleaned(cut(withoutMarks(text, "<[", lengthOf), longestText));
 }
 
 class Reader {
@@ -133,12 +127,9 @@ class Reader {
       problems_.warn(number, "the line is longer than " + std::to_string(longestText) + " bytes",
                      "it is cut there; put each sung line on a line of its own");
     }
-    const std::string text = cleaned(cut(withoutWordStamps(rest), longestText));
+    const std::string text = sungText(rest);
     for (const double time : times) {
-      if (file_.lines.size() == mostLines) {
-        tellTooMany(number);
-        return false;
-      }
+      if (!hasRoom(file_, problems_, number)) return false;
       file_.lines.push_back({time, text, {}, number});
     }
     return true;
@@ -149,10 +140,7 @@ class Reader {
       if (untimedRest_ == 0) untimedRest_ = number;
       return;
     }
-    untimed_.push_back({std::nullopt,
-                        cleaned(cut(withoutWordStamps(cut(line, longestText)), longestText)),
-                        {},
-                        number});
+    untimed_.push_back({std::nullopt, sungText(cut(line, longestText)), {}, number});
   }
 
   void takeUntimed() {
@@ -160,13 +148,7 @@ class Reader {
     problems_.warn(untimed_.front().number, "no line has a time stamp",
                    "the file is taken as plain text; a line of LRC reads [mm:ss.xx] and the text");
     file_.lines = std::move(untimed_);
-    if (untimedRest_ > 0) tellTooMany(untimedRest_);
-  }
-
-  void tellTooMany(int number) {
-    ++file_.lost;
-    problems_.fail(number, "the file has more than " + std::to_string(mostLines) + " lines",
-                   "the rest is left out; is this one song?");
+    if (untimedRest_ > 0) hasRoom(file_, problems_, untimedRest_);  // tells that it has none
   }
 
   void reportUntimed() {

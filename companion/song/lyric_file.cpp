@@ -5,6 +5,16 @@
 
 namespace vellora::companion {
 
+bool hasRoom(LyricFile& file, Problems& problems, int number) {
+  if (file.lines.size() < mostLines) return true;
+  ++file.lost;
+  problems.fail(number,
+                std::string(file.isTable ? "the table" : "the file") + " has more than " +
+                    std::to_string(mostLines) + " lines",
+                "the rest is left out; is this one song?");
+  return false;
+}
+
 LyricFile finished(LyricFile file, Problems problems, std::string form) {
   const bool any = std::any_of(file.lines.begin(), file.lines.end(),
                                [](const FileLine& line) { return !line.text.empty(); });

@@ -41,6 +41,10 @@ struct LyricFile {
   bool timed() const { return !lines.empty() && lines.front().time.has_value(); }
 };
 
+// Whether the file, which is being read, may have one line more. Where it may not, that is told for
+// its line `number`, and what is left out counts as lost.
+bool hasRoom(LyricFile& file, Problems& problems, int number);
+
 // A file as its reader hands it back: with its problems, and lines that have times in the order of
 // these, those of one time as they stand in the file. Either all lines have times or none has.
 // Where no line has a text, and not because of mistakes that are told, it is told that there are

@@ -1,5 +1,7 @@
 #include "companion/song/text.h"
 
+#include <algorithm>
+
 #include "base/utf8.h"
 #include "matching/trimming.h"
 
@@ -42,6 +44,21 @@ std::string inQuotes(std::string_view text) {
   result.append(cut(text, longest));
   if (text.size() > longest) result.append("…");
   return cleaned(result.append("\""));
+}
+
+std::string withoutMarks(std::string_view text, std::string_view openings,
+                         const std::function<std::size_t(std::string_view)>& lengthOf) {
+  std::string result;
+  while (!text.empty()) {
+    const std::size_t next = text.find_first_of(openings);
+    result.append(text.substr(0, next));
+    if (next == std::string_view::npos) break;
+    text.remove_prefix(next);
+    const std::size_t length = lengthOf(text);
+    if (length == 0) result.push_back(text.front());
+    text.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return result;
 }
 
 void forEachLine(std::string_view text, const std::function<bool(int, std::string_view)>& take) {

@@ -22,6 +22,11 @@ std::string_view cut(std::string_view text, std::size_t longest);
 // In double quotes, cut to a length that a message bears.
 std::string inQuotes(std::string_view text);
 
+// The text without its marks. One begins with a character of `openings`, and `lengthOf` says how
+// long it is where a text begins with it, or 0 where that is no mark.
+std::string withoutMarks(std::string_view text, std::string_view openings,
+                         const std::function<std::size_t(std::string_view)>& lengthOf);
+
 // Calls `take` with each line's number, from 1, and its text. A line ends with a line feed, a
 // carriage return or both. Stops where `take` says false.
 void forEachLine(std::string_view text, const std::function<bool(int, std::string_view)>& take);
