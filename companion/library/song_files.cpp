@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "companion/library/languages.h"
+#include "companion/lyrics/language_lookup.h"
 #include "companion/lyrics/reading.h"
 #include "companion/song/text.h"
 
@@ -59,15 +60,6 @@ struct Translation {
   std::string language;
   fs::path path;
 };
-
-// The wanted language before its variants, those before every other.
-int remoteness(const std::string& language, const std::string& wanted) {
-  if (wanted.empty() || sameLetters(language, wanted)) return 0;
-  const auto primary = [](const std::string& tag) {
-    return lowerCase(tag.substr(0, tag.find('-')));
-  };
-  return primary(language) == primary(wanted) ? 1 : 2;
-}
 
 fs::path chosen(const std::vector<Translation>& translations, const std::string& wanted) {
   const auto best = std::min_element(

@@ -11,6 +11,7 @@
 #include <pugixml.hpp>
 
 #include "base/number_text.h"
+#include "companion/lyrics/language_lookup.h"
 #include "companion/song/text.h"
 #include "companion/song/time_stamp.h"
 #include "matching/trimming.h"
@@ -114,11 +115,6 @@ Paragraph takenApart(const pugi::xml_node& root) {
   return result;
 }
 
-bool meets(std::string_view language, std::string_view wanted) {
-  const auto primary = [](std::string_view tag) { return lowerCase(tag.substr(0, tag.find('-'))); };
-  return !wanted.empty() && primary(language) == primary(wanted);
-}
-
 class Reader {
  public:
   Reader(std::string_view name, std::string_view text, std::string_view wanted)
@@ -163,7 +159,9 @@ class Reader {
 
   // In the head, before the lines that it is for.
   void takeTranslation(const pugi::xml_node& node) {
-    if (!byKey_.empty() && !meets(attribute(node, "lang"), wanted_)) return;
+    const int far = remoteness(attribute(node, "lang"), wanted_);
+    if (!byKey_.empty() && far >= farness_) return;
+    farness_ = far;
     byKey_.clear();
     bool inside = true;
     for (auto text = following(node, node); text && byKey_.size() < mostLines;
@@ -194,10 +192,12 @@ class Reader {
   }
 
   std::string translationOf(const Paragraph& paragraph, std::string_view key) const {
-    for (const auto& [language, text] : paragraph.translations) {
-      if (meets(language, wanted_)) return text;
-    }
-    if (!paragraph.translations.empty()) return paragraph.translations.front().second;
+    const auto nearest =
+        std::min_element(paragraph.translations.begin(), paragraph.translations.end(),
+                         [&](const auto& a, const auto& b) {
+                           return remoteness(a.first, wanted_) < remoteness(b.first, wanted_);
+                         });
+    if (nearest != paragraph.translations.end()) return nearest->second;
     const auto found = byKey_.find(std::string(key));
     return found == byKey_.end() || key.empty() ? std::string() : found->second;
   }
@@ -220,6 +220,7 @@ class Reader {
   std::string wanted_;
   LyricFile file_;
   std::map<std::string, std::string> byKey_;
+  int farness_ = 0;  // of the language of these
 };
 
 }  // namespace

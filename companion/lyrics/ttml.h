@@ -10,8 +10,9 @@ namespace vellora::companion {
 // is a line, a <br> parts it in two. Spans with ttm:role "x-translation" are the line's
 // translation, "x-roman" ones a transcription and "x-bg" ones background singing, both left out.
 // Translations within the head, in <translation xml:lang="…"> with <text for="KEY">, are taken by
-// the line's "key". Of several languages `wantedLanguage` (BCP 47, or "") is taken, else the first.
-// A document without any "begin" is a text without times. `text` is UTF-8. Any thread.
+// the line's "key". Of several languages the one nearest to `wantedLanguage` (BCP 47, or "") is
+// taken, the first of those. A document without any "begin" is a text without times. `text` is
+// UTF-8. Any thread.
 LyricFile readTtml(std::string_view name, std::string_view text, std::string_view wantedLanguage);
 
 }  // namespace vellora::companion

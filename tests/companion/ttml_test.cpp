@@ -63,6 +63,33 @@ INSTANTIATE_TEST_SUITE_P(
                  "a.ttml: error: no lines; a line of TTML is <p begin=\"1:02.5\" "
                  "end=\"1:05\">text</p>"}));
 
+// Of translations into several variants of one language, in lines and in the head.
+TEST(Ttml, TheWantedVariantIsTakenBeforeItsLanguageAndItsSisters) {
+  const auto span = [](const std::string& language, const std::string& text) {
+    return "<span ttm:role=\"x-translation\" xml:lang=\"" + language + "\">" + text + "</span>";
+  };
+  const auto inHead = [](const std::string& language, const std::string& text) {
+    return "<translation xml:lang=\"" + language + "\"><text for=\"L1\">" + text +
+           "</text></translation>";
+  };
+  const auto translated = [&](const std::string& head, const std::string& spans,
+                              const char* wanted) {
+    const std::string line = "<p begin=\"1s\" key=\"L1\">a" + spans + "</p>";
+    return textOf(readTtml("a.ttml", document(head, line), wanted));
+  };
+  const std::string chinese = span("zh-Hant", "t") + span("zh-Hans", "s") + span("de", "d");
+  EXPECT_EQ(translated("", chinese, "zh-Hans"), "100 a=s");
+  EXPECT_EQ(translated("", chinese, "zh-Hant-HK"), "100 a=t");
+  EXPECT_EQ(translated("", chinese, "de-AT"), "100 a=d");
+  EXPECT_EQ(translated("", chinese, "fr"), "100 a=t");
+  const std::string portuguese = inHead("pt-PT", "p") + inHead("pt-BR", "b") + inHead("en", "e");
+  EXPECT_EQ(translated(portuguese, "", "pt-BR"), "100 a=b");
+  EXPECT_EQ(translated(portuguese, "", "pt-PT"), "100 a=p");
+  EXPECT_EQ(translated(portuguese, "", "en"), "100 a=e");
+  EXPECT_EQ(translated(portuguese, "", "fr"), "100 a=p");
+  EXPECT_EQ(translated(inHead("pt-PT", "p") + inHead("pt", "x"), "", "pt-BR"), "100 a=x");
+}
+
 TEST(Ttml, BrokenXmlIsToldWithItsLine) {
   const LyricFile file =
       readTtml("a.ttml", document("", "<p begin=\"1s\">a</p>\n<p begin=\"2s\">b</q>"), "");
