@@ -18,13 +18,42 @@ constexpr std::string_view dash = " - ";
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-// "03 Title", "03. Title", "03 - Title", "03-title" without the number.
+// The end of the number of up to three digits at `begin`, which is `begin` where there is none.
+std::size_t endOfNumber(std::string_view text, std::size_t begin) {
+  std::size_t end = begin;
+  while (end < text.size() && end < begin + 3 && isDigit(text[end])) ++end;
+  return end;
+}
+
+// "03 Title", "03. Title", "03 - Title", "03-title", "1-02 Title" without the track's number.
 std::string_view withoutNumber(std::string_view stem) {
-  std::size_t end = 0;
-  while (end < stem.size() && end < 3 && isDigit(stem[end])) ++end;
+  constexpr std::string_view between = " .-_";
+  std::size_t end = endOfNumber(stem, 0);
   if (end == 0 || end == stem.size()) return stem;
-  const std::size_t next = stem.find_first_not_of(" .-_", end);
+  if (stem[end] == '-' || stem[end] == '.') {  // the disc's number was the first
+    const std::size_t second = endOfNumber(stem, end + 1);
+    const bool parted = second < stem.size() && between.find(stem[second]) != between.npos;
+    if (second > end + 1 && parted) end = second;
+  }
+  const std::size_t next = stem.find_first_not_of(between, end);
   return next == end || next == std::string_view::npos ? stem : stem.substr(next);
+}
+
+// "7 Years": a number that may well be a part of the title, and not the track's.
+bool mayBeginTitle(std::string_view stem) {
+  const std::size_t end = endOfNumber(stem, 0);
+  return stem.front() != '0' && stem.substr(end, 1) == " " && stem.substr(end, dash.size()) != dash;
+}
+
+// With " - " for an en dash or an em dash between two blanks.
+std::string withPlainDashes(std::string_view text) {
+  std::string result(text);
+  for (const std::string_view other : {" – ", " — "}) {
+    for (std::size_t at = 0; (at = result.find(other, at)) != std::string::npos;) {
+      result.replace(at, other.size(), dash);
+    }
+  }
+  return result;
 }
 
 // The part before an opening bracket whose closing one ends the title.
@@ -66,10 +95,24 @@ int likenessOfName(const SongKeys& name, const SongKeys& wanted) {
   return artistsMeet(name.artist, wanted.artist) ? 2 : 0;
 }
 
-// Adds "a" and "b" both ways round.
-void addBothWays(std::vector<SongKeys>& to, std::string_view a, std::string_view b) {
-  to.push_back(keysOf(b, a));
-  to.push_back(keysOf(a, b));
+// Adds what a file of that name may be.
+void addNames(std::vector<SongKeys>& to, std::string_view stem,
+              const std::vector<std::string>& folders) {
+  constexpr int mostParts = 4;
+  std::size_t at = stem.find(dash);
+  const bool whole = at == std::string_view::npos;
+  for (int i = 0; i < mostParts && at != std::string_view::npos; ++i) {
+    const std::string_view before = stem.substr(0, at);
+    const std::string_view after = stem.substr(at + dash.size());
+    to.push_back(keysOf(after, before));
+    to.push_back(keysOf(before, after));
+    at = stem.find(dash, at + 1);
+  }
+  // "Artist/Album/Artist - Title" is known already; here the folder says who plays "01 - Title".
+  for (std::size_t i = 0; i < std::min<std::size_t>(folders.size(), 2); ++i) {
+    to.push_back(keysOf(stem, folders[i]));
+  }
+  if (whole && folders.empty()) to.push_back(keysOf(stem, {}));
 }
 
 }  // namespace
@@ -79,7 +122,8 @@ SongKeys keysOf(std::string_view title, std::string_view artist) {
 }
 
 std::string plainTitle(std::string_view title) {
-  std::string_view plain = trimmed(title);
+  const std::string spelled = withPlainDashes(title);
+  std::string_view plain = trimmed(spelled);
   const std::size_t at = plain.rfind(dash);
   if (at != std::string_view::npos && namesVersion(plain.substr(at))) plain = plain.substr(0, at);
   for (std::string_view shorter = withoutBrackets(plain); shorter != plain;
@@ -101,18 +145,12 @@ SongNames namesOf(const SongFiles& files, const LyricFile& lyrics) {
   names.artist = tag("ar");
   names.tags = keysOf(names.title, names.artist);
 
-  const std::string_view stem = withoutNumber(files.stem);
+  const std::string whole = withPlainDashes(files.stem);
+  const std::string_view cut = withoutNumber(whole);
+  addNames(names.fileName, whole, files.folders);
+  if (cut != whole) addNames(names.fileName, cut, files.folders);
+  const std::string_view stem = cut == whole || mayBeginTitle(whole) ? whole : cut;
   const std::size_t first = stem.find(dash);
-  for (std::size_t at = first; at != std::string_view::npos; at = stem.find(dash, at + 1)) {
-    addBothWays(names.fileName, stem.substr(0, at), stem.substr(at + dash.size()));
-    if (names.fileName.size() > 8) break;
-  }
-  const std::size_t folders = std::min<std::size_t>(files.folders.size(), 2);
-  for (std::size_t i = 0; i < folders; ++i) {
-    names.fileName.push_back(keysOf(stem, files.folders[i]));
-    // "Artist/Album/Artist - Title" is known already; here the folder says who plays "01 - Title".
-  }
-  if (first == std::string_view::npos) names.fileName.push_back({normalized(stem), {}});
   if (names.title.empty()) {
     names.title =
         cleaned(first == std::string_view::npos ? stem : stem.substr(first + dash.size()));

@@ -27,7 +27,8 @@ struct SongNames {
   // Of its tags; empty where it has none.
   SongKeys tags;
   // What its file name may mean: "Artist - Title", "Title - Artist", "Title" in the folder of an
-  // artist; a number before it does not count.
+  // artist, "Title" by anybody where it lies in no folder; each with a number before it and
+  // without.
   std::vector<SongKeys> fileName;
   // The same for people.
   std::string title;

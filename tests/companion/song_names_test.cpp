@@ -52,12 +52,39 @@ INSTANTIATE_TEST_SUITE_P(
         NameCase{"03. Night Drive", {"Album", "River Band"}, {}, "Night Drive", "River Band", 4},
         NameCase{"Night Drive", {"River Band"}, {}, "Night Drive", "River Band", 4},
         NameCase{"night_drive", {}, {}, "Night Drive", "River Band", 1},
-        NameCase{"Night Drive", {"Somewhere"}, {}, "Night Drive", "River Band", 1},
+        NameCase{"Night Drive", {"Somewhere"}, {}, "Night Drive", "River Band", 0},
+        NameCase{"03 - Honey", {"Hive", "Queen Bee"}, {}, "Honey", "Moby", 0},
+        NameCase{"03 - Honey", {"Hive", "Queen Bee"}, {}, "Honey", "Queen Bee", 4},
+        NameCase{"7 Years", {}, {}, "7 Years", "Lukas Graham", 1},
+        NameCase{"7 Years", {"Lukas Graham"}, {}, "7 Years", "Lukas Graham", 4},
+        NameCase{"21 Guns", {"Green Day"}, {}, "21 Guns", "Green Day", 4},
+        NameCase{"99 Luftballons", {"Nena"}, {}, "99 Luftballons", "Nena", 4},
+        NameCase{"04 99 Luftballons", {"Nena"}, {}, "99 Luftballons", "Nena", 4},
+        NameCase{"50 Cent - In Da Club", {}, {}, "In Da Club", "50 Cent", 4},
+        NameCase{"1-02 Night Drive", {"River Band"}, {}, "Night Drive", "River Band", 4},
+        NameCase{"1-02 - River Band - Night Drive", {}, {}, "Night Drive", "River Band", 4},
+        NameCase{"River Band – Night Drive", {}, {}, "Night Drive", "River Band", 4},
+        NameCase{"03 – River Band – Night Drive", {}, {}, "Night Drive", "River Band", 4},
+        NameCase{"River Band — Night Drive", {}, {}, "Night Drive", "River Band", 4},
         NameCase{"A - B - C", {}, {}, "B - C", "A", 4},
         NameCase{"Other Band - Night Drive", {}, {}, "Night Drive", "River Band", 0},
         NameCase{"99", {}, {}, "99", "X", 1}, NameCase{"Night", {}, {}, "Night Drive", "X", 0}));
 
+TEST(NamesOfFiles, SayWhatPeopleSee) {
+  const auto shown = [](const char* stem) {
+    const SongNames names = namesOf({"", "", stem, {}}, LyricFile());
+    return names.artist + "|" + names.title;
+  };
+  EXPECT_EQ(shown("7 Years"), "|7 Years");
+  EXPECT_EQ(shown("03 Years"), "|Years");
+  EXPECT_EQ(shown("12. Years"), "|Years");
+  EXPECT_EQ(shown("1-02 Years"), "|Years");
+  EXPECT_EQ(shown("50 Cent - In Da Club"), "50 Cent|In Da Club");
+  EXPECT_EQ(shown("03 – River Band – Night Drive"), "River Band|Night Drive");
+}
+
 TEST(PlainTitles, AreWithoutWhatPlayersAdd) {
+  EXPECT_EQ(plainTitle("Night Drive – Remastered 2011"), "Night Drive");
   EXPECT_EQ(plainTitle("Night Drive (Remastered 2011)"), "Night Drive");
   EXPECT_EQ(plainTitle("Night Drive - Remastered 2011"), "Night Drive");
   EXPECT_EQ(plainTitle("Night Drive [feat. A] (Live)"), "Night Drive");
