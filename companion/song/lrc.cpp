@@ -91,7 +91,7 @@ class Reader {
       takeUntimed();
     } else {
       reportUntimed();
-      for (FileLine& line : file_.lines) line.time = std::max(*line.time - offset_ / 1000, 0.0);
+      for (FileLine& line : file_.lines) line.time = std::max(*line.time - file_.offset, 0.0);
     }
     return finished(std::move(file_), std::move(problems_),
                     "a line of LRC reads [mm:ss.xx] and the text");
@@ -119,7 +119,7 @@ class Reader {
                      "write it as [offset:250], or leave the tag out");
       return;
     }
-    offset_ = *milliseconds;
+    file_.offset = *milliseconds / 1000;
   }
 
   bool addTimed(int number, const std::vector<double>& times, std::string_view rest) {
@@ -163,7 +163,6 @@ class Reader {
   LyricFile file_;
   std::vector<FileLine> untimed_;
   int untimedRest_ = 0;  // the first line that has no place among them; 0 where there is none
-  double offset_ = 0;    // milliseconds
 };
 
 }  // namespace

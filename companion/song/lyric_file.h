@@ -29,6 +29,8 @@ struct LyricFile {
   std::string name;                         // as the user knows it
   std::map<std::string, std::string> tags;  // ti, ar, al, la …; keys in lower case
   std::vector<FileLine> lines;              // in order of time where they have times
+  // By how many seconds its lines come sooner than their stamps say.
+  double offset = 0;
   // Whether a second line with the same time may be the translation of the first.
   bool mayBeBilingual = false;
   // A table: lines that hold source and translation themselves, to be looked up by their text.

@@ -39,12 +39,34 @@ std::vector<std::vector<const FileLine*>> byTime(const LyricFile& file) {
   return groups;
 }
 
-std::string nearestStamp(const Song& song, double time) {
+// How many of the file's lines have the time of one of the song's.
+std::size_t fitting(const Song& song, const LyricFile& file) {
+  const auto fits = [&](const FileLine& line) {
+    const auto at =
+        std::lower_bound(song.lines.begin(), song.lines.end(), *line.time - sameTime,
+                         [](const SongLine& sung, double time) { return *sung.time < time; });
+    return at != song.lines.end() && *at->time <= *line.time + sameTime;
+  };
+  return static_cast<std::size_t>(std::count_if(file.lines.begin(), file.lines.end(), fits));
+}
+
+// A translation is often made of a copy of the lyrics, and the offset then set right in one alone.
+void settleOffset(const Song& song, double offset, LyricFile& translation) {
+  LyricFile stamped = translation;
+  stamped.offset = offset;
+  for (FileLine& line : stamped.lines) {
+    line.time = std::max(*line.time + translation.offset - offset, 0.0);
+  }
+  if (fitting(song, stamped) > fitting(song, translation)) translation = std::move(stamped);
+}
+
+// As it is to be written in a file with that offset.
+std::string nearestStamp(const Song& song, double time, double offset) {
   const auto nearest = std::min_element(
       song.lines.begin(), song.lines.end(), [&](const SongLine& a, const SongLine& b) {
         return std::abs(*a.time - time) < std::abs(*b.time - time);
       });
-  return nearest == song.lines.end() ? std::string() : stampText(*nearest->time);
+  return nearest == song.lines.end() ? std::string() : stampText(*nearest->time + offset);
 }
 
 void pairByTime(Song& song, const LyricFile& translation, Problems& problems) {
@@ -73,10 +95,10 @@ void pairByTime(Song& song, const LyricFile& translation, Problems& problems) {
   if (alone.size() <= song.lostLines) return;
   for (const FileLine* line : alone) {
     problems.warn(line->number,
-                  "no line of the lyrics has the time " + stampText(*line->time) + " of " +
-                      inQuotes(line->text),
+                  "no line of the lyrics has the time " +
+                      stampText(*line->time + translation.offset) + " of " + inQuotes(line->text),
                   "give it the time of the line that it translates; the nearest is " +
-                      nearestStamp(song, *line->time));
+                      nearestStamp(song, *line->time, translation.offset));
   }
 }
 
@@ -114,11 +136,12 @@ std::vector<SongLine> unfolded(const LyricFile& file, Problems& problems) {
   return lines;
 }
 
-void pair(Song& song, const LyricFile& translation, Problems& problems) {
+void pair(Song& song, LyricFile translation, double offset, Problems& problems) {
   const bool timed = !song.lines.empty() && song.lines.front().time.has_value();
   if (translation.isTable) {
     pairByTable(song, translation);
   } else if (timed && translation.timed()) {
+    if (translation.offset != offset) settleOffset(song, offset, translation);
     pairByTime(song, translation, problems);
   } else {
     pairByPlace(song, translation, problems);

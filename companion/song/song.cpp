@@ -85,7 +85,7 @@ Song assemble(LyricFile lyrics, std::optional<LyricFile> translation) {
     append(song.problems, std::move(translation->problems));
     song.lostTranslations = translation->lost;
     Problems pairing(translation->name);
-    pair(song, *translation, pairing);
+    pair(song, *std::move(translation), lyrics.offset, pairing);
     append(song.problems, std::move(pairing).take());
   }
   return song;

@@ -42,6 +42,16 @@ INSTANTIATE_TEST_SUITE_P(
                  ""},
         PairCase{"offsets of each", "s.lrc", "[offset:1000]\n[00:02.00]a", "s.de.lrc",
                  "[00:01.00]A", "100 a=A", ""},
+        PairCase{"an offset in the lyrics alone", "s.lrc", "[offset:500]\n[00:02.00]a\n[00:03.00]b",
+                 "s.de.lrc", "[00:02.00]A\n[00:03.00]B", "150 a=A|250 b=B", ""},
+        PairCase{"an offset in the translation alone", "s.lrc", "[00:02.00]a\n[00:03.00]b",
+                 "s.de.lrc", "[offset:-500]\n[00:02.00]A\n[00:03.00]B", "200 a=A|300 b=B", ""},
+        PairCase{
+            "an offset in the lyrics alone, and a time of no line", "s.lrc",
+            "[offset:500]\n[00:02.00]a\n[00:03.00]b", "s.de.lrc", "[00:02.00]A\n[00:03.20]B",
+            "150 a=A|250 b",
+            "s.de.lrc:2: warning: no line of the lyrics has the time [00:03.20] of \"B\"; give it "
+            "the time of the line that it translates; the nearest is [00:03.00]"},
         PairCase{"a line less", "s.lrc", "[00:01.00]a\n[00:02.00]b", "s.de.lrc", "[00:02.00]B",
                  "100 a|200 b=B", ""},
         PairCase{"two of one time", "s.lrc", "[00:01.00]a\n[00:01.00]b", "s.de.lrc",
