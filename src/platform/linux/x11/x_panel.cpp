@@ -70,8 +70,11 @@ void XPanel::place() {
   displaySoon();
 }
 
+// Whoever orders the panel front has said all that it is to show, and may next do something that
+// takes its time, such as bringing a file to the disk. A drawing that is due does not wait for it.
 void XPanel::orderFrontRegardless() {
   session_->dispatch();
+  if (onScreen() && drawing_) displayNow();
   if (view_ == nullptr || onScreen()) return;
   shown_ = true;
   if (session_->present()) show();

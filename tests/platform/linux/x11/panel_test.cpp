@@ -121,6 +121,25 @@ TEST_F(PanelTest, WhatIsShownIsDrawnBeforeAnyLoopRuns) {
   EXPECT_EQ(client.pixel(200, 130), 0xff0000u);
 }
 
+TEST_F(PanelTest, WhatMovedIsOnTheScreenOnceItIsOrderedFrontAgain) {
+  client.makeWindow({0, 0, 1280, 800}, backdrop);
+  pretendToComposite();
+  showOnePicture();
+  ASSERT_EQ(client.pixel(200, 130), 0xff0000u);
+  const int before = drawings;
+  pictures[0].destination.y = 160;
+  view->setNeedsDisplay();
+  view->setNeedsDisplay();
+  panel->orderFrontRegardless();
+  EXPECT_EQ(drawings, before + 1);
+  // Without the panel's loop, as above.
+  for (int i = 0; i < 1000 && client.pixel(200, 230) != 0xff0000u; ++i) client.topLevels();
+  EXPECT_EQ(client.pixel(200, 230), 0xff0000u);
+  EXPECT_NE(client.pixel(200, 130), 0xff0000u);
+  runLoopDry();
+  EXPECT_EQ(drawings, before + 1) << "it was drawn already";
+}
+
 TEST_F(PanelTest, AHiddenPanelIsUnmapped) {
   client.makeWindow({0, 0, 1280, 800}, backdrop);
   showOnePicture();
