@@ -29,7 +29,7 @@ packages_test=(
   appstream mandoc dpkg-dev lintian systemd
 )
 
-packages_bench=(libbenchmark-dev libopencv-dev libatspi2.0-dev)
+packages_bench=(libbenchmark-dev libopencv-dev libatspi2.0-dev libx11-dev libxdamage-dev strace)
 
 # For scripts/try_packages, which says so when it is missing.
 packages_try=(debootstrap)
