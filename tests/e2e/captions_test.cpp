@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <signal.h>
 
 #include "base/files.h"
@@ -63,6 +65,24 @@ TEST_F(CaptionsOnTheDesk, AreHiddenWhileThePlayerIsInTheBackground) {
   EXPECT_TRUE(waitFor([&] { return nothingOverPlayer(); }));
   other->stop();
   outputOf({"wmctrl", "-x", "-a", "com.apple.Music"});
+  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }));
+}
+
+TEST_F(CaptionsOnTheDesk, AreHiddenWhileThePlayerIsShaded) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  const auto before = seenPlayer();
+  ASSERT_TRUE(before);
+  outputOf({"wmctrl", "-x", "-r", "com.apple.Music", "-b", "add,shaded"});
+  EXPECT_TRUE(waitFor([&] { return statusIs("Ready — bring Music to the front"); }));
+  // Of the lyrics' place the screen shows the plain desktop.
+  EXPECT_TRUE(waitFor([&] {
+    const auto whole = screen->whole();
+    if (!whole) return false;
+    witness::Picture desktop = *whole;
+    std::fill(desktop.pixels.begin(), desktop.pixels.end(), whole->at(0, 0));
+    return witness::difference(*whole, desktop, before->viewport).changed == 0;
+  }));
+  outputOf({"wmctrl", "-x", "-r", "com.apple.Music", "-b", "remove,shaded"});
   EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }));
 }
 

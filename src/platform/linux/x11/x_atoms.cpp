@@ -19,6 +19,8 @@ XAtoms internAtoms(xcb_connection_t* connection, int screenNumber) {
       {&atoms.netWmDesktop, "_NET_WM_DESKTOP"},
       {&atoms.netWmState, "_NET_WM_STATE"},
       {&atoms.netWmStateAbove, "_NET_WM_STATE_ABOVE"},
+      {&atoms.netWmStateHidden, "_NET_WM_STATE_HIDDEN"},
+      {&atoms.netWmStateShaded, "_NET_WM_STATE_SHADED"},
       {&atoms.netWmStateSticky, "_NET_WM_STATE_STICKY"},
       {&atoms.netWmStateSkipTaskbar, "_NET_WM_STATE_SKIP_TASKBAR"},
       {&atoms.netWmStateSkipPager, "_NET_WM_STATE_SKIP_PAGER"},

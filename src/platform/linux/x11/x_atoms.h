@@ -15,6 +15,8 @@ struct XAtoms {
   xcb_atom_t netWmDesktop = XCB_ATOM_NONE;
   xcb_atom_t netWmState = XCB_ATOM_NONE;
   xcb_atom_t netWmStateAbove = XCB_ATOM_NONE;
+  xcb_atom_t netWmStateHidden = XCB_ATOM_NONE;
+  xcb_atom_t netWmStateShaded = XCB_ATOM_NONE;
   xcb_atom_t netWmStateSticky = XCB_ATOM_NONE;
   xcb_atom_t netWmStateSkipTaskbar = XCB_ATOM_NONE;
   xcb_atom_t netWmStateSkipPager = XCB_ATOM_NONE;

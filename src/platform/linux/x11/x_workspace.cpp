@@ -64,6 +64,13 @@ struct WindowQuestions {
   PropertyQuestion wmClass;
 };
 
+// Whether nothing of a window but its title bar can be seen, going by its _NET_WM_STATE.
+bool isMinimised(const std::vector<std::uint32_t>& states, const XAtoms& atoms) {
+  return std::ranges::any_of(states, [&atoms](std::uint32_t state) {
+    return state == atoms.netWmStateHidden || state == atoms.netWmStateShaded;
+  });
+}
+
 }  // namespace
 
 std::optional<std::string> bundleIdentifierOf(std::string_view gtkApplicationId,
@@ -109,7 +116,11 @@ void XWorkspace::readFrontmost() {
   // Before the questions, so that no change falls between them and the first notice.
   const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
   xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &events);
-  frontmost_ = WindowQuestions(*session_, window).take();
+  PropertyQuestion states(c, window, session_->atoms().netWmState);
+  WindowQuestions questions(*session_, window);
+  const bool isSeen = !isMinimised(states.takeNumbers(), session_->atoms());
+  auto program = questions.take();
+  if (isSeen) frontmost_ = std::move(program);
 }
 
 std::vector<std::shared_ptr<const RunningApplication>> XWorkspace::runningApplications(
@@ -159,7 +170,8 @@ void XWorkspace::handleEvent(const xcb_generic_event_t& event) {
     if (notice.atom == atoms.netActiveWindow) frontmostKnown_ = false;
   } else if (notice.window == activeWindow_) {
     if (notice.atom == atoms.netWmPid || notice.atom == atoms.gtkApplicationId ||
-        notice.atom == XCB_ATOM_WM_CLASS || notice.atom == XCB_ATOM_WM_CLIENT_MACHINE) {
+        notice.atom == XCB_ATOM_WM_CLASS || notice.atom == XCB_ATOM_WM_CLIENT_MACHINE ||
+        notice.atom == atoms.netWmState) {
       frontmostKnown_ = false;
     }
   }

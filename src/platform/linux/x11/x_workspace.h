@@ -14,8 +14,9 @@ namespace vellora {
 // The desktop by what the window manager and the windows say of themselves (EWMH 1.5, ICCCM 2.0):
 // a window's program is its _NET_WM_PID, unless WM_CLIENT_MACHINE names another host; its bundle
 // identifier is the first of _GTK_APPLICATION_ID, the class part and the instance part of WM_CLASS
-// that has the form of an application identifier ("com.apple.Music"). What is frontmost is asked
-// once and again when the server says that it changed. Main thread.
+// that has the form of an application identifier ("com.apple.Music"). A shaded window may keep the
+// keyboard; like a hidden one it counts as minimised, so that nothing is in front then. What is
+// frontmost is asked once and again when the server says that it changed. Main thread.
 class XWorkspace final : public Workspace, private XEventListener {
  public:
   explicit XWorkspace(std::shared_ptr<XSession> session);

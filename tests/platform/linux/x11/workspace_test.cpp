@@ -119,6 +119,25 @@ TEST_F(WorkspaceTest, AChangeOfTheActiveWindowIsSeenAtOnceThoughNoLoopRuns) {
   EXPECT_EQ(workspace->frontmostApplication(), nullptr);
 }
 
+TEST_F(WorkspaceTest, AShadedOrHiddenWindowsProgramIsNotInFront) {
+  const auto player = makeProgram(1, "a\0com.apple.Music\0"s);
+  setActive(player);
+  ASSERT_NE(workspace->frontmostApplication(), nullptr);
+  for (const char* state : {"_NET_WM_STATE_SHADED", "_NET_WM_STATE_HIDDEN"}) {
+    SCOPED_TRACE(state);
+    client.setWindows(player, "_NET_WM_STATE",
+                      {client.atom("_NET_WM_STATE_STICKY"), client.atom(state)});
+    EXPECT_EQ(workspace->frontmostApplication(), nullptr);
+    client.setWindows(player, "_NET_WM_STATE", {client.atom("_NET_WM_STATE_STICKY")});
+    EXPECT_NE(workspace->frontmostApplication(), nullptr);
+  }
+  client.setWindows(player, "_NET_WM_STATE", {client.atom("_NET_WM_STATE_SHADED")});
+  setActive(XCB_WINDOW_NONE);
+  EXPECT_EQ(workspace->frontmostApplication(), nullptr);
+  setActive(player);
+  EXPECT_EQ(workspace->frontmostApplication(), nullptr) << "shaded before it was active";
+}
+
 TEST_F(WorkspaceTest, NothingIsAskedWhileNothingChanges) {
   setActive(makeProgram(1, "a\0com.apple.Music\0"s));
   workspace->frontmostApplication();
