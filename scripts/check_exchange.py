@@ -101,7 +101,10 @@ class Schemas:
 
 def check_file(schemas, path):
     name = RECORDS[path.name]
-    data = path.read_bytes()
+    try:
+        data = path.read_bytes()
+    except OSError as error:
+        return [f"cannot be read: {error.strerror}"]
     faults = schemas.faults_in_bytes(name, data)
     if not faults and path.name in WRITTEN_BY_OVERLAY:
         faults = schemas.faults_in_form(name, data)
@@ -121,6 +124,9 @@ def main():
     parser.add_argument("--schemas", type=pathlib.Path, default=SCHEMAS)
     parser.add_argument("paths", type=pathlib.Path, nargs="+", metavar="FILE-OR-FOLDER")
     options = parser.parse_args()
+    for path in options.paths:
+        if not path.exists():
+            parser.error(f"{path} is not there")
     schemas = Schemas(options.schemas)
     counts = {}
     wrong = 0

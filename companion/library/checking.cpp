@@ -4,6 +4,8 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "companion/lyrics/reading.h"
 #include "companion/song/text.h"
@@ -153,10 +155,6 @@ CheckSummary& CheckSummary::operator+=(const CheckSummary& other) {
   return *this;
 }
 
-std::string counted(std::size_t count, const char* what) {
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
 std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
   std::vector<Problem> problems;
   std::optional<TableMisses> table;
@@ -204,8 +202,14 @@ CheckSummary checkSong(const LibrarySong& from, const Song& song, std::ostream& 
   summary.songs = 1;
   out << cleaned(from.label()) << ": " << counted(song.lines.size(), "line") << ", "
       << song.translated() << " translated" << (song.complete() ? ": complete" : "") << "\n";
-  for (const Problem& problem : song.problems) tell(problem, summary, out);
-  for (const Problem& problem : shortcomings(from, song)) tell(problem, summary, out);
+  std::vector<Problem> problems = song.problems;
+  for (Problem& problem : shortcomings(from, song)) problems.push_back(std::move(problem));
+  const auto place = [&](const Problem& problem) {
+    return std::pair(problem.file != song.name, problem.line);
+  };
+  std::stable_sort(problems.begin(), problems.end(),
+                   [&](const Problem& a, const Problem& b) { return place(a) < place(b); });
+  for (const Problem& problem : problems) tell(problem, summary, out);
   if (song.complete()) summary.complete = 1;
   return summary;
 }

@@ -21,15 +21,13 @@ struct CheckSummary {
   CheckSummary& operator+=(const CheckSummary& other);
 };
 
-// "1 song", "2 songs".
-std::string counted(std::size_t count, const char* what);
-
 // What a song lacks, beside what its files' readers found: lines without a translation where these
 // are more than the readers lost, lines that no row can match, and why a table does not give a line
 // its translation.
 std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song);
 
-// Writes one line a song and one a problem to `out`.
+// Writes one line a song and one a problem to `out`: those of its lyrics, then those of its
+// translation, in the order of their lines.
 CheckSummary checkSong(const LibrarySong& from, const Song& song, std::ostream& out);
 // The folder's own problems, all songs, and a last line with the sums.
 CheckSummary checkLibrary(const Library& library, std::ostream& out);

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "companion/song/text.h"
+
 namespace vellora::companion {
 namespace {
 
@@ -20,10 +22,6 @@ std::vector<Places> stanzas(const Places& lines, NumberAt numberAt) {
     result.back().push_back(line);
   }
   return result;
-}
-
-std::string lineCount(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " line" : " lines");
 }
 
 }  // namespace
@@ -53,7 +51,7 @@ void pairByPlace(Song& song, const LyricFile& translation, Problems& problems) {
       continue;
     }
     problems.warn(translation.lines[givenStanzas[i].front()].number,
-                  lineCount(givenStanzas[i].size()) + " where the lyrics have " +
+                  counted(givenStanzas[i].size(), "line") + " where the lyrics have " +
                       std::to_string(sungStanzas[i].size()) + ", from their line " +
                       std::to_string(song.lines[sungStanzas[i].front()].number) + " on",
                   "give each line of the lyrics a line of its own here");
@@ -61,7 +59,7 @@ void pairByPlace(Song& song, const LyricFile& translation, Problems& problems) {
   }
   if (sameCount) return;
   problems.warn(0,
-                lineCount(given.size()) + " in " + std::to_string(givenStanzas.size()) +
+                counted(given.size(), "line") + " in " + std::to_string(givenStanzas.size()) +
                     " stanzas where the lyrics have " + std::to_string(sung.size()) + " in " +
                     std::to_string(sungStanzas.size()),
                 "part the stanzas with a blank line, as the lyrics do");

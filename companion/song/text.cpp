@@ -61,6 +61,10 @@ std::string withoutMarks(std::string_view text, std::string_view openings,
   return result;
 }
 
+std::string counted(std::size_t count, const char* what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 void forEachLine(std::string_view text, const std::function<bool(int, std::string_view)>& take) {
   for (int number = 1; !text.empty(); ++number) {
     const std::size_t end = text.find_first_of("\r\n");

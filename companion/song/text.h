@@ -27,6 +27,9 @@ std::string inQuotes(std::string_view text);
 std::string withoutMarks(std::string_view text, std::string_view openings,
                          const std::function<std::size_t(std::string_view)>& lengthOf);
 
+// "1 song", "2 songs".
+std::string counted(std::size_t count, const char* what);
+
 // Calls `take` with each line's number, from 1, and its text. A line ends with a line feed, a
 // carriage return or both. Stops where `take` says false.
 void forEachLine(std::string_view text, const std::function<bool(int, std::string_view)>& take);

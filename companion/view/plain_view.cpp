@@ -15,7 +15,7 @@ std::string songText(const ViewState& state) {
   if (!state.track->artist.empty()) text.append(" — ").append(state.track->artist);
   if (state.song == nullptr) return cleaned(text.append(": no lyrics in the folder"));
   const Song& song = state.song->song;
-  text.append(": ").append(std::to_string(song.lines.size())).append(" lines, ");
+  text.append(": ").append(counted(song.lines.size(), "line")).append(", ");
   return cleaned(text.append(std::to_string(song.translated())).append(" translated"));
 }
 

@@ -39,6 +39,20 @@ TEST_F(Checking, LinesWithoutATranslationAreNamedWithWhereItBelongs) {
   EXPECT_FALSE(summary.clean());
 }
 
+TEST_F(Checking, ProblemsStandInTheOrderOfTheLinesEachFileByItself) {
+  put("a.lrc", "[00:01.00]a\n[00:02.00]b\nno time\n[00:04.00]c\n");
+  put("a.de.lrc", "[00:01.00]x\n[00:09.00]z\n[00:08.00]y\n");
+  const std::string text = check();
+  std::size_t last = 0;
+  for (const char* start :
+       {"a.lrc:2: ", "a.lrc:3: ", "a.lrc:4: ", "a.de.lrc:2: ", "a.de.lrc:3: "}) {
+    const std::size_t at = text.find(std::string("  ") + start);
+    ASSERT_NE(at, std::string::npos) << start << text;
+    EXPECT_GT(at, last) << text;
+    last = at;
+  }
+}
+
 TEST_F(Checking, ASongWithoutAnyTranslationIsToldOnce) {
   put("a.lrc", "[00:01.00]a\n[00:02.50]b\n");
   EXPECT_EQ(check(),

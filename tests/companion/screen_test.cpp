@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "companion/song/lrc.h"
+#include "companion/view/plain_view.h"
 #include "companion/view/terminal_view.h"
 #include "companion/view/text_width.h"
 
@@ -43,6 +44,11 @@ struct Shown {
   PlayingSong song;
   ViewState state;
 };
+
+TEST(SongText, CountsLines) {
+  EXPECT_EQ(songText(Shown(1).state), "T — A: 1 line, 0 translated");
+  EXPECT_EQ(songText(Shown(2).state), "T — A: 2 lines, 0 translated");
+}
 
 TEST(Screen, IsNeverLargerThanTheTerminal) {
   Shown shown(50);

@@ -1,5 +1,7 @@
 """The schemas against themselves, their examples, the table of records and the document."""
 
+import contextlib
+import io
 import json
 import pathlib
 import re
@@ -105,6 +107,19 @@ class CheckerTest(unittest.TestCase):
         for name in ("sync.json", "other.json"):
             (deep / name).write_text(json.dumps({}))
         self.assertEqual(list(check_exchange.exchange_files([self.folder])), [deep / "sync.json"])
+
+    def test_says_what_is_missing_or_unreadable(self):
+        (self.folder / "status.json").mkdir()
+        for path, said in ((self.folder / "none", "none is not there"),
+                           (self.folder / "snapshot.json", "snapshot.json is not there")):
+            sys.argv = ["check_exchange.py", str(path)]
+            errors = io.StringIO()
+            with self.assertRaises(SystemExit) as ended, contextlib.redirect_stderr(errors):
+                check_exchange.main()
+            self.assertEqual(ended.exception.code, 2)
+            self.assertIn(said, errors.getvalue())
+        self.assertEqual(check_exchange.check_file(self.schemas, self.folder / "status.json"),
+                         ["cannot be read: Is a directory"])
 
     def test_ends_with_what_it_found(self):
         def status(*paths):
