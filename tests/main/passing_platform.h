@@ -27,6 +27,7 @@ class PassingPlatform : public FakePlatform {
     bitmap = std::make_unique<FakeBitmap>(width, height);
     bitmap->alphaOf = [this](std::int64_t column, std::int64_t row) {
       asked.emplace_back(column, row);
+      noteDrawing();
       for (const auto& [pixel, alpha] : alphas_) {
         if (pixel == Pixel(column, row)) return alpha;
       }
@@ -41,7 +42,21 @@ class PassingPlatform : public FakePlatform {
 
   std::vector<Pixel> asked;
 
+  // What had been drawn when a pixel was looked at; whoever draws ends with its controller.
+  std::vector<FakePainter::Measurement> measurements;
+  std::vector<CaptionDrawing> drawings;
+  std::vector<double> radii;
+  std::vector<Rect> destinations;
+  Rect viewFrame;
+
  private:
+  void noteDrawing() {
+    measurements = painter->measurements;
+    drawings = painter->drawings;
+    radii = painter->radii;
+    destinations = view->surface.destinations;
+    viewFrame = view->lastFrame;
+  }
   std::int64_t pixels(double points) const { return static_cast<std::int64_t>(points * scale_); }
 
   double scale_;

@@ -8,7 +8,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "main/drawing_platform.h"
 #include "main/passing_platform.h"
 #include "support/file_size_limit.h"
 #include "support/temporary_folder.h"
@@ -31,32 +30,36 @@ TEST(SelfTestTest, ComposesWithoutShowingThePanelThenDrawsItsOwnCaptions) {
   EXPECT_THAT(platform.log,
               ElementsAre("configure panel", "measure Hallo Welt", "panel frame", "view frame",
                           "needs display", "needs display", "needs display", "needs display",
-                          "make bitmap", "cache display"));
+                          "make bitmap", "cache display",  // three captions, the middle one sharp
+                          "paint The previous line gently fades away", "blur sharp 1",
+                          "draw blur of sharp 1", "paint The current translation stays clear",
+                          "draw sharp 2", "paint The next line blends into the background",
+                          "blur sharp 3", "draw blur of sharp 3"));
 }
 
 TEST(SelfTestTest, ComposesTheTranslationOfTheRowInTheFixedWindow) {
-  DrawingPlatform platform;
+  PassingPlatform platform;
   run(platform);
-  ASSERT_EQ(platform.drawn.measurements.size(), 1u);
-  EXPECT_DOUBLE_EQ(platform.drawn.measurements[0].fontSize, 20.8);
-  EXPECT_EQ(platform.drawn.measurements[0].width, 516);  // 600 + 580 − 620 − 44
-  EXPECT_EQ(platform.inner.lastFrame, (Rect{0, 0, 1200, 800}));
+  ASSERT_EQ(platform.measurements.size(), 1u);
+  EXPECT_DOUBLE_EQ(platform.measurements[0].fontSize, 20.8);
+  EXPECT_EQ(platform.measurements[0].width, 516);  // 600 + 580 − 620 − 44
+  EXPECT_EQ(platform.viewFrame, (Rect{0, 0, 1200, 800}));
 }
 
 TEST(SelfTestTest, DrawsThreeCaptionsOfDifferentSoftness) {
-  DrawingPlatform platform;
+  PassingPlatform platform;
   run(platform);
-  const auto& drawings = platform.drawn.drawings;
+  const auto& drawings = platform.drawings;
   ASSERT_EQ(drawings.size(), 3u);
   EXPECT_EQ(drawings[0].text, "The previous line gently fades away");
   EXPECT_EQ(drawings[1].text, "The current translation stays clear");
   EXPECT_EQ(drawings[2].text, "The next line blends into the background");
   for (const CaptionDrawing& drawing : drawings) EXPECT_EQ(drawing.fontSize, 24);
-  EXPECT_THAT(platform.surface.destinations,
+  EXPECT_THAT(platform.destinations,
               ElementsAre(Rect{60, 110, 700, 64}, Rect{60, 200, 700, 64}, Rect{60, 290, 700, 64}));
-  ASSERT_EQ(platform.drawn.radii.size(), 2u);
-  EXPECT_DOUBLE_EQ(platform.drawn.radii[0], 2.6);
-  EXPECT_DOUBLE_EQ(platform.drawn.radii[1], 1.95);
+  ASSERT_EQ(platform.radii.size(), 2u);
+  EXPECT_DOUBLE_EQ(platform.radii[0], 2.6);
+  EXPECT_DOUBLE_EQ(platform.radii[1], 1.95);
 }
 
 TEST(SelfTestTest, LooksAtThePixelsOfItsPointsInTheirOrder) {
@@ -158,14 +161,14 @@ TEST(SelfTestTest, AnyOtherNumberOfComposedCaptionsThanOneEndsTheProcess) {
 
 TEST(SelfTestTest, WithoutABitmapTheProcessEndsWithALine) {
   PassingPlatform platform;
-  platform.bitmap = nullptr;
+  platform.viewHasBitmaps = false;
   EXPECT_EXIT(run(platform), KilledBySignal(SIGABRT),
               "Fatal error: Could not allocate native rendering surface\n");
 }
 
 TEST(SelfTestTest, TheChecksOfThePanelComeBeforeTheBitmap) {
   PassingPlatform platform;
-  platform.bitmap = nullptr;
+  platform.viewHasBitmaps = false;
   platform.opaque = true;
   EXPECT_EXIT(run(platform), KilledBySignal(SIGABRT), testing::Eq(std::string()));
 }

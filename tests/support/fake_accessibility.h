@@ -67,8 +67,9 @@ inline std::shared_ptr<FakeElement> fakeElement(std::string name = {}, Log* log 
   return std::make_shared<FakeElement>(std::move(name), log);
 }
 
-// Processes by identifier; one that is not entered answers nothing. A reading on another thread
-// writes the log and `lastMessagingTimeout`: look at them when it has ended.
+// Processes by identifier; one that is not entered answers nothing, nor does any without trust. A
+// reading on another thread writes the log and `lastMessagingTimeout`: look at them when it has
+// ended.
 class FakeAccessibility final : public Accessibility {
  public:
   explicit FakeAccessibility(Log* log = nullptr) : log_(log) {}
@@ -85,7 +86,7 @@ class FakeAccessibility final : public Accessibility {
     if (log_) log_->push_back("applicationElement " + std::to_string(processIdentifier));
     lastMessagingTimeout = messagingTimeout;
     const auto found = applications.find(processIdentifier);
-    return found == applications.end() ? fakeElement() : found->second;
+    return !trusted || found == applications.end() ? fakeElement() : found->second;
   }
 
   bool trusted = true;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -14,8 +15,8 @@
 
 namespace vellora {
 
-// An application whose timers, background work and hand-offs happen when the test says so. Its log
-// holds one line a call.
+// An application whose timers, background work and hand-offs happen when the test says so. Its run
+// launches the delegate and returns. Its log holds one line a call.
 class FakeApplication final : public Application {
  public:
   struct TimerState {
@@ -39,7 +40,11 @@ class FakeApplication final : public Application {
   }
   void run() override {
     log_.push_back("run");
-    if (onRun) onRun();
+    if (onRun) {
+      onRun();
+    } else if (const auto held = delegate.lock()) {
+      held->applicationDidFinishLaunching();
+    }
   }
   std::unique_ptr<Timer> scheduleTimer(double interval, std::function<void()> fire) override {
     log_.push_back("timer");
@@ -66,19 +71,24 @@ class FakeApplication final : public Application {
       if (!timer->stopped) timer->fire();
     }
   }
-  // Runs what waits on the background queues, on the calling thread; returns how many pieces ran.
-  // The work of a queue that is gone is dropped.
+  // Runs what waits on the background queues, on a thread that has ended when this returns how many
+  // pieces ran. The work of a queue that is gone is dropped.
   std::size_t runBackground() {
     std::size_t count = 0;
     for (const auto& queue : queues) {
       if (queue->gone) queue->work.clear();
-      while (!queue->work.empty()) {
-        auto work = std::move(queue->work.front());
-        queue->work.pop_front();
-        work();
-        ++count;
-      }
     }
+    if (backgroundWaiting() == 0) return count;
+    std::thread([&] {
+      for (const auto& queue : queues) {
+        while (!queue->work.empty()) {
+          const auto work = std::move(queue->work.front());
+          queue->work.pop_front();
+          work();
+          ++count;
+        }
+      }
+    }).join();
     return count;
   }
   // Runs what was handed to the main thread up to now; returns how many pieces ran.
@@ -97,7 +107,7 @@ class FakeApplication final : public Application {
   std::weak_ptr<ApplicationDelegate> delegate;
   std::vector<std::shared_ptr<TimerState>> timers;
   std::vector<std::shared_ptr<QueueState>> queues;
-  std::function<void()> onRun;
+  std::function<void()> onRun;  // in place of the launch
   int terminations = 0;
 
  private:

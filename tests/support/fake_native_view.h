@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/native_view.h"
+#include "support/fake_painter.h"
 #include "support/log.h"
 
 namespace vellora {
@@ -28,17 +29,19 @@ class FakeBitmap final : public Bitmap {
 
   bool boundless = false;  // has pixels beyond its size too
   std::function<double(std::int64_t, std::int64_t)> alphaOf = [](auto, auto) { return 0.0; };
-  std::optional<std::vector<std::uint8_t>> encoded = std::vector<std::uint8_t>{1, 2, 3};
+  std::optional<std::vector<std::uint8_t>> encoded =
+      std::vector<std::uint8_t>{0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
 
  private:
   std::int64_t width_;
   std::int64_t height_;
 };
 
-// A view on no screen. The test asks for the drawing itself, through `drawFunction`.
+// A view on no screen, whose bitmaps have a pixel to a point. The test asks for the drawing itself,
+// through `drawFunction`; a cached display is drawn on `surface`.
 class FakeNativeView final : public NativeView {
  public:
-  explicit FakeNativeView(Log& log) : log_(log) {}
+  explicit FakeNativeView(Log& log) : surface(log), log_(log) {}
 
   void setDrawFunction(std::function<void(Surface&)> draw) override {
     drawFunction = std::move(draw);
@@ -52,14 +55,22 @@ class FakeNativeView final : public NativeView {
   std::optional<double> windowScale() const override { return scale; }
   std::unique_ptr<Bitmap> bitmapForCachingDisplay() override {
     log_.push_back("make bitmap");
-    return std::move(nextBitmap);
+    if (!hasBitmaps) return nullptr;
+    if (nextBitmap) return std::move(nextBitmap);
+    return std::make_unique<FakeBitmap>(static_cast<std::int64_t>(lastFrame.width),
+                                        static_cast<std::int64_t>(lastFrame.height));
   }
-  void cacheDisplay(Bitmap&) override { log_.push_back("cache display"); }
+  void cacheDisplay(Bitmap&) override {
+    log_.push_back("cache display");
+    if (drawFunction) drawFunction(surface);
+  }
 
   std::function<void(Surface&)> drawFunction;
   Rect lastFrame;
   std::optional<double> scale;
-  std::unique_ptr<Bitmap> nextBitmap;
+  std::unique_ptr<Bitmap> nextBitmap;  // in place of a clear one of the view's size
+  bool hasBitmaps = true;
+  FakeSurface surface;
 
  private:
   Log& log_;

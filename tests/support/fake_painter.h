@@ -56,6 +56,7 @@ class FakePainter final : public CaptionPainter {
     log_.push_back("paint " + drawing.text);
     drawings.push_back(drawing);
     if (paintingFails || drawing.text == unpaintableText) return nullptr;
+    if (drawing.pixelWidth < 1 || drawing.pixelHeight < 1) return nullptr;
     return std::make_shared<FakeImage>("sharp " + std::to_string(drawings.size()));
   }
 

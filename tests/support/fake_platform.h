@@ -47,6 +47,7 @@ class FakePlatform : public Platform {
   std::unique_ptr<NativeView> makeView() override {
     auto made = std::make_unique<FakeNativeView>(log);
     made->nextBitmap = std::move(bitmap);
+    made->hasBitmaps = viewHasBitmaps;
     view = made.get();
     return made;
   }
@@ -73,6 +74,7 @@ class FakePlatform : public Platform {
   std::shared_ptr<FakeRunningApplication> frontmost;
   std::vector<std::shared_ptr<FakeRunningApplication>> running;
   std::unique_ptr<FakeBitmap> bitmap;
+  bool viewHasBitmaps = true;
   bool mouseIgnored = true;
   bool opaque = false;
   bool statusItemHasPlace = true;

@@ -19,12 +19,12 @@ class FakeStatusItem final : public StatusItem {
 
   bool hasButton() const override { return withButton_; }
   void setTitle(std::string_view text) override {
-    title = text;
-    log_.push_back("title " + title);
+    log_.push_back("title " + std::string(text));
+    if (withButton_) title = text;
   }
   void setToolTip(std::string_view text) override {
-    toolTip = text;
-    log_.push_back("tooltip " + toolTip);
+    log_.push_back("tooltip " + std::string(text));
+    if (withButton_) toolTip = text;
   }
   void setMenu(std::vector<MenuEntry> entries) override {
     menu = std::move(entries);

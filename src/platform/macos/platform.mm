@@ -27,7 +27,10 @@ class MacPlatform final : public Platform {
   std::unique_ptr<CaptionPainter> makeCaptionPainter() override { return makeAppKitPainter(); }
   std::unique_ptr<NativeView> makeView() override { return std::make_unique<AppKitView>(); }
   std::unique_ptr<Panel> makePanel() override { return std::make_unique<AppKitPanel>(); }
-  std::unique_ptr<StatusItem> makeStatusItem() override { return makeMenuBarItem(); }
+  std::unique_ptr<StatusItem> makeStatusItem() override {
+    return makeMenuBarItem(
+        [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength]);
+  }
 
  private:
   std::unique_ptr<Application> application_;

@@ -2,11 +2,14 @@
 
 #include <memory>
 
+#import <AppKit/AppKit.h>
+
 #include "platform/status_item.h"
 
 namespace vellora {
 
-// A new item of variable length in the system's status bar; null when the bar gives none.
-std::unique_ptr<StatusItem> makeMenuBarItem();
+// Takes an item of the system's status bar, which is removed with what this makes; null without
+// one.
+std::unique_ptr<StatusItem> makeMenuBarItem(NSStatusItem* item);
 
 }  // namespace vellora

@@ -73,9 +73,7 @@ class MenuBarItem final : public StatusItem {
 
 }  // namespace
 
-std::unique_ptr<StatusItem> makeMenuBarItem() {
-  NSStatusItem* const item =
-      [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
+std::unique_ptr<StatusItem> makeMenuBarItem(NSStatusItem* item) {
   if (item == nil) return nullptr;
   return std::make_unique<MenuBarItem>(item);
 }

@@ -16,14 +16,6 @@ TEST_F(AccessibilityTrustTest, FirstAnswerIsTheSessionsOwn) {
   EXPECT_FALSE(makeLinuxAccessibility()->isTrusted());
 }
 
-TEST_F(AccessibilityTrustTest, LaterAnswersFollowTheSession) {
-  ASSERT_TRUE(accessibility->isTrusted());
-  setEnabled(bus, false);
-  EXPECT_TRUE(eventually([&] { return !accessibility->isTrusted(); }));
-  setEnabled(bus, true);
-  EXPECT_TRUE(eventually([&] { return accessibility->isTrusted(); }));
-}
-
 TEST_F(AccessibilityTrustTest, WithoutABusNothingIsTrustedAndNothingWaits) {
   for (const char* address : {"unix:path=/nonexistent/bus", "nonsense"}) {
     setenv("DBUS_SESSION_BUS_ADDRESS", address, 1);

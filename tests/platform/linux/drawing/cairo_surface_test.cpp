@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/linux/drawing/cairo_picture.h"
 #include "platform/linux/drawing/pango_painter.h"
-#include "platform/linux/drawing/picture.h"
 #include "render/caption_view.h"
 #include "support/fake_native_view.h"
 #include "support/fake_workspace.h"
@@ -29,7 +29,7 @@ CairoImage evenImage(double width, double height, double scale, double alpha) {
 class CairoSurfaceTest : public ::testing::Test {
  protected:
   std::unique_ptr<CairoBitmap> bitmap = CairoBitmap::make(200, 100);
-  Picture result() const { return Picture(bitmap->pixels()); }
+  Picture result() const { return pictureOf(bitmap->pixels()); }
 };
 
 TEST_F(CairoSurfaceTest, ThePictureStandsWhereItWasPut) {
@@ -91,25 +91,10 @@ TEST(CairoSurfaceOverContentTest, WhatIsThereShowsThrough) {
   cairo_paint(context.get());
   CairoSurface surface(bitmap->pixels(), 1);
   surface.drawImage(evenImage(40, 30, 1, 0.5), {0, 0, 40, 30});
-  const Picture picture(bitmap->pixels());
+  const Picture picture = pictureOf(bitmap->pixels());
   EXPECT_EQ(picture.alpha(20, 20), 1);
   EXPECT_NEAR(picture.blue(20, 20), 0.5, 2.0 / 255);
   EXPECT_EQ(picture.blue(50, 50), 1);
-}
-
-TEST(CairoBitmapTest, AlphaIsToldInsideAndNowhereElse) {
-  const auto bitmap = CairoBitmap::make(30, 20);
-  ASSERT_TRUE(bitmap);
-  EXPECT_EQ(bitmap->pixelWidth(), 30);
-  EXPECT_EQ(bitmap->pixelHeight(), 20);
-  CairoSurface surface(bitmap->pixels(), 1);
-  surface.drawImage(evenImage(10, 20, 1, 1), {20, 0, 10, 20});
-  EXPECT_EQ(bitmap->alpha(0, 0), 0.0);
-  EXPECT_EQ(bitmap->alpha(29, 19), 1.0);
-  EXPECT_FALSE(bitmap->alpha(30, 0));
-  EXPECT_FALSE(bitmap->alpha(0, 20));
-  EXPECT_FALSE(bitmap->alpha(-1, 0));
-  EXPECT_FALSE(bitmap->alpha(0, -1));
 }
 
 TEST(CairoBitmapTest, ThereIsNoneOfAnImpossibleSize) {
@@ -140,7 +125,7 @@ TEST(CairoBitmapTest, ThePngHoldsTheSamePixels) {
   Reading reading{*png};
   const CairoSurfacePtr loaded(cairo_image_surface_create_from_png_stream(read, &reading));
   ASSERT_EQ(cairo_surface_status(loaded.get()), CAIRO_STATUS_SUCCESS);
-  EXPECT_EQ(Picture(loaded.get()), Picture(bitmap->pixels()));
+  EXPECT_EQ(pictureOf(loaded.get()), pictureOf(bitmap->pixels()));
 }
 
 // Three captions drawn for real, and pixels beside and inside them.

@@ -17,7 +17,7 @@ class PainterCutTest : public PainterTest {
   static constexpr double font = 24;
 
   Picture inOneLine(const std::string& text, double width = 300) {
-    return paintText(caption(text, width, 38, font));
+    return paintText(captionDrawing(text, width, 38, font));
   }
 
   // The space between the three dots at one side and the ink beside them, in pixels.
@@ -72,7 +72,7 @@ TEST_F(PainterCutTest, AnyTextIsDrawnWholeInItsMeasuredHeight) {
   for (int round = 0; round < 150; ++round) {
     std::string text;
     for (int i = 0; i < 14; ++i) text += pieces[piece(random)];
-    CaptionDrawing tight = caption(text, 240, 560, font);
+    CaptionDrawing tight = captionDrawing(text, 240, 560, font);
     // Captions are measured 2 points narrower than they are drawn.
     tight.textRect.height = painter.measureHeight(text, font, 220, 1000);
     ASSERT_LE(tight.textRect.height, 550);
@@ -100,10 +100,10 @@ TEST_F(PainterCutTest, ControlCharactersShowNothing) {
 }
 
 TEST_F(PainterCutTest, EveryEndOfALineEndsOne) {
-  const Picture two = paintText(caption("one\ntwo", 300, 68, font));
+  const Picture two = paintText(captionDrawing("one\ntwo", 300, 68, font));
   for (const char* text : {"one\rtwo", "one\r\ntwo", "one\vtwo", "one\ftwo", "one\u0085two",
                            "one\u2028two", "one\u2029two"}) {
-    EXPECT_EQ(paintText(caption(text, 300, 68, font)), two) << text;
+    EXPECT_EQ(paintText(captionDrawing(text, 300, 68, font)), two) << text;
     EXPECT_NEAR(painter.measureHeight(text, 20, 400, 1000), 50, 0.01) << text;
   }
 }

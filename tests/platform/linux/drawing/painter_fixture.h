@@ -1,15 +1,15 @@
 #pragma once
 
-#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "platform/linux/drawing/cairo_picture.h"
 #include "platform/linux/drawing/cairo_surface.h"
 #include "platform/linux/drawing/pango_painter.h"
-#include "platform/linux/drawing/picture.h"
+#include "support/caption_drawing.h"
 
 namespace vellora {
 
@@ -35,28 +35,10 @@ class PainterTest : public ::testing::Test {
     unsetenv("WAYLAND_DISPLAY");
   }
 
-  // A caption with a plate of that size, at `scale`.
-  static CaptionDrawing caption(const std::string& text, double width, double height, double font,
-                                double scale = 1) {
-    CaptionDrawing drawing;
-    drawing.text = text;
-    drawing.size = {width + 20, height + 20};
-    drawing.pixelWidth = static_cast<std::int64_t>(drawing.size.width * scale);
-    drawing.pixelHeight = static_cast<std::int64_t>(drawing.size.height * scale);
-    drawing.scale = scale;
-    drawing.plate = {10, 10, width, height};
-    drawing.cornerRadius = 7;
-    drawing.plateColor = {0.32, 0.32, 0.32, 0.26};
-    drawing.textRect = {19, 14, width - 18, height - 8};
-    drawing.fontSize = font;
-    drawing.textColor = {0.82, 1.0, 0.92, 1.0};
-    return drawing;
-  }
-
   Picture paint(const CaptionDrawing& drawing) {
     const std::shared_ptr<const CaptionImage> image = painter.paint(drawing);
     EXPECT_TRUE(image);
-    return Picture(static_cast<const CairoImage&>(*image).pixels());
+    return pictureOf(static_cast<const CairoImage&>(*image).pixels());
   }
 
   // The text alone.

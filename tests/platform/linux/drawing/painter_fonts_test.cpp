@@ -88,9 +88,9 @@ class PainterFontsTest : public PainterTest, public ::testing::WithParamInterfac
     files.emplace_back("opentype/inter/Inter-Medium.otf");
     const Fonts fonts(files, rules);
     PangoPainter painter;
-    CaptionDrawing drawing = caption(GetParam().text, 400, 44, 24);
+    CaptionDrawing drawing = captionDrawing(GetParam().text, 400, 44, 24);
     drawing.plateColor = {0, 0, 0, 0};
-    return Picture(static_cast<const CairoImage&>(*painter.paint(drawing)).pixels());
+    return pictureOf(static_cast<const CairoImage&>(*painter.paint(drawing)).pixels());
   }
 
  private:

@@ -48,12 +48,12 @@ class PainterLanguageTest : public PainterTest {
     cairo_move_to(cairo.get(), drawing.textRect.x,
                   drawing.textRect.y + (TextSetter::lineHeight * font + ascent - descent) / 2);
     pango_cairo_show_layout_line(cairo.get(), pango_layout_get_line_readonly(layout.get(), 0));
-    return Picture(pixels.get());
+    return pictureOf(pixels.get());
   }
 
   // The faces in which the text looks as it does in a caption.
   std::vector<std::string> facesOf(const std::string& text) {
-    const CaptionDrawing drawing = caption(text, 700, 48, font);
+    const CaptionDrawing drawing = captionDrawing(text, 700, 48, font);
     const Picture picture = paintText(drawing);
     std::vector<std::string> faces;
     for (const char* face : {"JP", "KR", "SC", "TC"}) {
@@ -81,8 +81,8 @@ TEST_F(PainterLanguageTest, JapaneseAndKoreanHaveTheirs) {
 
 TEST_F(PainterLanguageTest, TheRestOfACutTextHasTheLanguageOfTheWhole) {
   // Neither is cut short: the last two lines of the first stand on one.
-  const Picture cut = paintText(caption("夜空に消える\n骨直遊\n東京", 400, 88, font));
-  const Picture whole = paintText(caption("夜空に消える\n骨直遊 東京", 400, 88, font));
+  const Picture cut = paintText(captionDrawing("夜空に消える\n骨直遊\n東京", 400, 88, font));
+  const Picture whole = paintText(captionDrawing("夜空に消える\n骨直遊 東京", 400, 88, font));
   EXPECT_EQ(cut, whole);
 }
 

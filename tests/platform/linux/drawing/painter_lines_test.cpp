@@ -15,7 +15,7 @@ TEST_F(PainterTest, OverflowEndsWithAnEllipsis) {
   for (int i = 0; i < 60; ++i) text += "lll ";
   for (const double lineCount : {1.0, 2.0}) {
     const double height = std::ceil(font * 1.25 * lineCount) + 8;
-    const Picture picture = paintText(caption(text, 300, height, font));
+    const Picture picture = paintText(captionDrawing(text, 300, height, font));
     const Box ink = picture.bounds();
     EXPECT_LE(ink.bottom, 10 + height);
     // The end of the last line is dots on the ground, not tall strokes.
@@ -29,7 +29,7 @@ TEST_F(PainterTest, OverflowEndsWithAnEllipsis) {
 TEST_F(PainterTest, OverflowOfTextFromTheRightEndsAtTheLeft) {
   std::string text;
   for (int i = 0; i < 60; ++i) text += "ווו ";
-  const Picture picture = paintText(caption(text, 300, 38, 24));
+  const Picture picture = paintText(captionDrawing(text, 300, 38, 24));
   const Box ink = picture.bounds();
   const Box end = picture.bounds({ink.left, 0, ink.left + 12, picture.height() - 1});
   EXPECT_GT(end.width(), 6);
@@ -38,21 +38,21 @@ TEST_F(PainterTest, OverflowOfTextFromTheRightEndsAtTheLeft) {
 
 TEST_F(PainterTest, LinesThatFindNoRoomFollowOnTheLastOneThatDoes) {
   for (const char* text : {"one\ntwo", "one\r\ntwo", "one\u2028two", "one\u2029two"}) {
-    const Box low = paintText(caption(text, 300, 38, 24)).bounds();
-    const Box high = paintText(caption(text, 300, 68, 24)).bounds();
+    const Box low = paintText(captionDrawing(text, 300, 38, 24)).bounds();
+    const Box high = paintText(captionDrawing(text, 300, 68, 24)).bounds();
     EXPECT_GT(low.width(), high.width() * 3 / 2) << text;
     EXPECT_GT(high.height(), low.height() * 3 / 2) << text;
   }
   // At the side where their script begins.
-  EXPECT_GT(paintText(caption("לילה\nיום", 300, 38, 24)).bounds().right, 301 - 5);
-  EXPECT_LT(paintText(caption("one\ntwo", 300, 38, 24)).bounds().left, 19 + 5);
+  EXPECT_GT(paintText(captionDrawing("לילה\nיום", 300, 38, 24)).bounds().right, 301 - 5);
+  EXPECT_LT(paintText(captionDrawing("one\ntwo", 300, 38, 24)).bounds().left, 19 + 5);
 }
 
 TEST_F(PainterTest, ACutLineKeepsItsParagraphsDirection) {
   // From the right to the left, though the line that is cut begins with a word from the left: it
   // finds no room on the first one.
   const Picture picture = paintText(
-      caption("שלוםשלוםשלוםשלום mmmmmmmm ווו ווו ווו ווו ווו ווו ווו ווו ווו", 300, 68, 24));
+      captionDrawing("שלוםשלוםשלוםשלום mmmmmmmm ווו ווו ווו ווו ווו ווו ווו ווו ווו", 300, 68, 24));
   const Box last = picture.bounds({0, 46, picture.width() - 1, picture.height() - 1});
   const Box end = picture.bounds({last.left, 46, last.left + 12, picture.height() - 1});
   EXPECT_GT(end.width(), 6);
@@ -66,7 +66,7 @@ TEST_F(PainterTest, TextThatWasMeasuredNarrowerThanDrawnIsNeverCut) {
     for (const char* text : lines) {
       for (double width = 120; width < 700; width += 77) {
         const double height = std::ceil(painter.measureHeight(text, font, width - 20, 1000));
-        CaptionDrawing tight = caption(text, width, 300, font);
+        CaptionDrawing tight = captionDrawing(text, width, 300, font);
         tight.textRect.height = height;
         CaptionDrawing roomy = tight;
         roomy.textRect.height = 280;
@@ -78,7 +78,7 @@ TEST_F(PainterTest, TextThatWasMeasuredNarrowerThanDrawnIsNeverCut) {
 }
 
 TEST_F(PainterTest, AWordTooLongForTheLineIsBroken) {
-  const Box ink = paintText(caption(std::string(80, 'm'), 200, 200, 20)).bounds();
+  const Box ink = paintText(captionDrawing(std::string(80, 'm'), 200, 200, 20)).bounds();
   EXPECT_LE(ink.right, 201 + 1);
   EXPECT_GT(ink.height(), 60);
 }

@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/linux/drawing/cairo_picture.h"
 #include "platform/linux/drawing/cairo_surface.h"
-#include "platform/linux/drawing/picture.h"
 
 namespace vellora {
 namespace {
@@ -17,7 +17,7 @@ constexpr Color opaque{1, 0.5, 0, 1};
 Picture plateOf(const Rect& rect, double radius, const Color& color = opaque) {
   const CairoSurfacePtr pixels = makePixels(100, 60);
   fillPlate(pixels.get(), rect, radius, color);
-  return Picture(pixels.get());
+  return pictureOf(pixels.get());
 }
 
 TEST(PlateTest, ItLooksAsCairosOwnPathDoes) {
@@ -36,7 +36,7 @@ TEST(PlateTest, ItLooksAsCairosOwnPathDoes) {
       cairo_set_source_rgb(context.get(), opaque.red, opaque.green, opaque.blue);
       cairo_fill(context.get());
 
-      const Picture expected(pixels.get());
+      const Picture expected = pictureOf(pixels.get());
       const Picture picture = plateOf(rect, radius);
       for (std::int64_t y = 0; y < 60; ++y) {
         for (std::int64_t x = 0; x < 100; ++x) {

@@ -73,34 +73,6 @@ TEST(SimplifiedTest, RulesForSeveralCharactersApply) {
   EXPECT_EQ(TextServices::simplified("著名 看著"), "著名 看着");
 }
 
-TEST(SimplifiedTest, OtherTextStaysAsItIs) {
-  for (const std::string text :
-       {"", "plain", "Ünïcödé", "e\u0301", "ひらがな", "사랑", "汉语", "🎵"}) {
-    EXPECT_EQ(TextServices::simplified(text), text);
-  }
-}
-
-TEST(SimplifiedTest, IllFormedPartsBecomeReplacementCharacters) {
-  EXPECT_EQ(TextServices::simplified("a\xFF"), "a\uFFFD");
-  EXPECT_EQ(TextServices::simplified("愛\xFF"), "爱\uFFFD");
-}
-
-TEST(SimplifiedTest, ManyThreadsMayAskAtOnce) {
-  std::vector<std::thread> threads;
-  std::vector<int> wrong(4);
-  for (std::size_t at = 0; at < wrong.size(); ++at) {
-    threads.emplace_back([&wrong, at] {
-      for (int round = 0; round < 200; ++round) {
-        wrong[at] += TextServices::simplified("我愛你 乾杯") != "我爱你 干杯";
-        wrong[at] += !TextServices::beginsWith("가각", "가");
-        wrong[at] += TextServices::beginsWith("e\u0301", "e");
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(wrong, std::vector<int>(4));
-}
-
 TEST(FoldedTest, MarksOfLatinGreekAndCyrillicLettersAreDropped) {
   EXPECT_EQ(TextServices::folded("ÅÉñ ώΐ йЁ"), "aen ωι ие");
   EXPECT_EQ(TextServices::folded("A\u030A\u0301 и\u0306"), "a и");
@@ -125,13 +97,6 @@ TEST(FoldedTest, SkinTonesAreMarksAndJoinersAreNot) {
   EXPECT_EQ(TextServices::folded("a\U0001F3FBb"), "ab");
   EXPECT_EQ(TextServices::folded("a\u200D\u0301b"), "a\u200Db");
   EXPECT_EQ(TextServices::folded("a\u200C\u0301b"), "ab");
-}
-
-TEST(FoldedTest, CaseFoldsFully) { EXPECT_EQ(TextServices::folded("ß ς ﬁ İ ı"), "ss σ fi i ı"); }
-
-TEST(FoldedTest, WidthFormsBecomeOrdinaryWhereThatIsOneCharacter) {
-  EXPECT_EQ(TextServices::folded("Ａ１！ ｶﾞ ￣"), "a1! カ\uFF9E ￣");
-  EXPECT_EQ(TextServices::folded("\u3000Ⓐ"), "\u3000ⓐ");
 }
 
 TEST(FoldedTest, LanguageOfTheUserDoesNotCount) {
@@ -201,25 +166,6 @@ TEST(BeginsWithTest, ConsonantsJoinedByALinkerAreOneCharacter) {
   EXPECT_TRUE(TextServices::beginsWith("कष", "क"));
   EXPECT_TRUE(TextServices::beginsWith("अ्ष", "अ्"));
   EXPECT_TRUE(TextServices::beginsWith("ක්ෂ", "ක්"));
-}
-
-TEST(CanonicalFormTest, EquivalentTextsHaveOneForm) {
-  EXPECT_EQ(TextServices::canonicalForm("e\u0301"), TextServices::canonicalForm("é"));
-  EXPECT_EQ(TextServices::canonicalForm("a\u0301\u0316"),
-            TextServices::canonicalForm("a\u0316\u0301"));
-  EXPECT_NE(TextServices::canonicalForm("ﬁ"), TextServices::canonicalForm("fi"));
-  EXPECT_EQ(TextServices::canonicalForm("a\xFF"), "a\uFFFD");
-}
-
-TEST(IsAlphanumericTest, LettersMarksAndNumbersOnly) {
-  for (const char32_t c : U"aZ5éßあ愛각ا½Ⅷ²\u0301\u3099\U00017000") {
-    if (c != 0) {
-      EXPECT_TRUE(TextServices::isAlphanumeric(c)) << std::hex << static_cast<unsigned>(c);
-    }
-  }
-  for (const char32_t c : U" \n-_’♪€🎵\u200D\u3000ⓐ\uFFFD") {
-    EXPECT_FALSE(TextServices::isAlphanumeric(c)) << std::hex << static_cast<unsigned>(c);
-  }
 }
 
 }  // namespace

@@ -34,8 +34,8 @@ inline std::shared_ptr<const CairoImage> plainPicture(double width, double heigh
 // A server, a client that stands for everybody else, and a configured panel whose view draws
 // `pictures`. The panel covers the screen's pixels (100, 50) to (500, 350) when it is given
 // `frame`.
-class PanelFixture : public testing::Test {
- protected:
+class PanelDesk {
+ public:
   struct Placed {
     std::shared_ptr<const CairoImage> picture;
     Rect destination;
@@ -43,7 +43,7 @@ class PanelFixture : public testing::Test {
   static constexpr std::uint32_t backdrop = 0x3060c0;
   static constexpr Rect frame{100, 450, 400, 300};  // y upward, the screen is 800 high
 
-  PanelFixture() {
+  PanelDesk() {
     unsetenv("GDK_SCALE");
     makeSession();
   }
@@ -110,5 +110,7 @@ class PanelFixture : public testing::Test {
   std::vector<Placed> pictures;
   int drawings = 0;
 };
+
+class PanelFixture : public testing::Test, protected PanelDesk {};
 
 }  // namespace vellora

@@ -91,34 +91,6 @@ TEST(BundleIdentifierTest, IsTheFirstPartThatHasTheFormOfAnApplicationIdentifier
   EXPECT_EQ(bundleIdentifierOf("", "a\0my player.v2\0"s), std::nullopt);
 }
 
-TEST_F(WorkspaceTest, FrontmostIsTheActiveWindowsProgram) {
-  setActive(makeProgram(4242, "music\0com.apple.Music\0"s));
-  const auto front = workspace->frontmostApplication();
-  ASSERT_NE(front, nullptr);
-  EXPECT_EQ(front->bundleIdentifier(), "com.apple.Music");
-  EXPECT_EQ(front->processIdentifier(), 4242);
-}
-
-TEST_F(WorkspaceTest, AProgramWithoutAnIdentifierIsStillFrontmost) {
-  setActive(makeProgram(4242, "xterm\0XTerm\0"s));
-  const auto front = workspace->frontmostApplication();
-  ASSERT_NE(front, nullptr);
-  EXPECT_EQ(front->bundleIdentifier(), std::nullopt);
-}
-
-TEST_F(WorkspaceTest, AChangeOfTheActiveWindowIsSeenAtOnceThoughNoLoopRuns) {
-  const auto player = makeProgram(1, "a\0com.apple.Music\0"s);
-  const auto editor = makeProgram(2, "b\0org.example.Editor\0"s);
-  setActive(player);
-  ASSERT_EQ(workspace->frontmostApplication()->processIdentifier(), 1);
-  setActive(editor);
-  EXPECT_EQ(workspace->frontmostApplication()->processIdentifier(), 2);
-  setActive(player);
-  EXPECT_EQ(workspace->frontmostApplication()->processIdentifier(), 1);
-  setActive(XCB_WINDOW_NONE);
-  EXPECT_EQ(workspace->frontmostApplication(), nullptr);
-}
-
 TEST_F(WorkspaceTest, AShadedOrHiddenWindowsProgramIsNotInFront) {
   const auto player = makeProgram(1, "a\0com.apple.Music\0"s);
   setActive(player);
@@ -182,20 +154,6 @@ TEST_F(WorkspaceTest, AnActiveWindowThatGoesLaterHasNoProgramThoughItStaysNamedA
   client.destroyWindow(window);
   EXPECT_EQ(workspace->frontmostApplication(), nullptr);
   EXPECT_TRUE(session->present());
-}
-
-TEST_F(WorkspaceTest, RunningApplicationsAreTheListedWindowsProgramsOnceEachInOrder) {
-  const auto second = makeProgram(20, "a\0com.apple.Music\0"s);
-  const auto other = makeProgram(30, "a\0org.example.Editor\0"s);
-  const auto first = makeProgram(10, "com.apple.Music\0Player\0"s);
-  const auto again = makeProgram(20, "b\0com.apple.Music\0"s);
-  makeProgram(40, "unlisted\0com.apple.Music\0"s);
-  client.setWindows(client.root(), "_NET_CLIENT_LIST", {second, other, first, again});
-  const auto found = workspace->runningApplications("com.apple.Music");
-  ASSERT_EQ(found.size(), 2u);
-  EXPECT_EQ(found[0]->processIdentifier(), 20);
-  EXPECT_EQ(found[1]->processIdentifier(), 10);
-  EXPECT_TRUE(workspace->runningApplications("com.apple").empty());
 }
 
 TEST_F(WorkspaceTest, TheScaleIsTheToolkitsWindowScale) {
