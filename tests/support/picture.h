@@ -6,8 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/caption_painter.h"
-
 namespace vellora {
 
 // Pixels from `left` to `right` and from `top` to `bottom`, all four included.
@@ -26,22 +24,23 @@ struct Box {
   }
 };
 
-// Pixels to look at, row 0 at the top. Channels from 0 to 1, colours premultiplied.
+// Pixels to look at, row 0 at the top: 0xAARRGGBB with premultiplied colours, whose channels are
+// told from 0 to 1.
 class Picture {
  public:
-  Picture(std::int64_t width, std::int64_t height, std::vector<Color> pixels)
+  Picture(std::int64_t width, std::int64_t height, std::vector<std::uint32_t> pixels)
       : width_(width), height_(height), pixels_(std::move(pixels)) {}
 
   std::int64_t width() const { return width_; }
   std::int64_t height() const { return height_; }
-  double alpha(std::int64_t x, std::int64_t y) const { return at(x, y).alpha; }
-  double red(std::int64_t x, std::int64_t y) const { return at(x, y).red; }
-  double green(std::int64_t x, std::int64_t y) const { return at(x, y).green; }
-  double blue(std::int64_t x, std::int64_t y) const { return at(x, y).blue; }
+  double alpha(std::int64_t x, std::int64_t y) const { return channel(x, y, 24); }
+  double red(std::int64_t x, std::int64_t y) const { return channel(x, y, 16); }
+  double green(std::int64_t x, std::int64_t y) const { return channel(x, y, 8); }
+  double blue(std::int64_t x, std::int64_t y) const { return channel(x, y, 0); }
 
   double largestAlpha() const {
     double largest = 0;
-    for (const Color& pixel : pixels_) largest = std::max(largest, pixel.alpha);
+    for (const std::uint32_t pixel : pixels_) largest = std::max(largest, (pixel >> 24) / 255.0);
     return largest;
   }
 
@@ -68,13 +67,13 @@ class Picture {
   }
 
  private:
-  const Color& at(std::int64_t x, std::int64_t y) const {
-    return pixels_.at(static_cast<std::size_t>(y * width_ + x));
+  double channel(std::int64_t x, std::int64_t y, int shift) const {
+    return ((pixels_.at(static_cast<std::size_t>(y * width_ + x)) >> shift) & 0xFF) / 255.0;
   }
 
   std::int64_t width_;
   std::int64_t height_;
-  std::vector<Color> pixels_;
+  std::vector<std::uint32_t> pixels_;
 };
 
 }  // namespace vellora

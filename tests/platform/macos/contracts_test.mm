@@ -1,3 +1,4 @@
+#include <cmath>
 #include <string>
 #include <utility>
 #include <vector>
@@ -155,19 +156,26 @@ class MacPictures final : public PictureSubject {
   Picture picture(const CaptionImage& image) override {
     NSBitmapImageRep* const bitmap =
         [[NSBitmapImageRep alloc] initWithCGImage:static_cast<const AppKitImage&>(image).pixels()];
-    std::vector<Color> pixels;
+    std::vector<std::uint32_t> pixels;
     for (NSInteger y = 0; y < bitmap.pixelsHigh; ++y) {
       for (NSInteger x = 0; x < bitmap.pixelsWide; ++x) {
         NSColor* const color = [bitmap colorAtX:x y:y];
-        const double alpha = color.alphaComponent;
-        pixels.push_back({color.redComponent * alpha, color.greenComponent * alpha,
-                          color.blueComponent * alpha, alpha});
+        std::uint32_t pixel = level(color.alphaComponent);
+        for (const double channel :
+             {color.redComponent, color.greenComponent, color.blueComponent}) {
+          pixel = pixel << 8 | level(channel * color.alphaComponent);
+        }
+        pixels.push_back(pixel);
       }
     }
     return {bitmap.pixelsWide, bitmap.pixelsHigh, std::move(pixels)};
   }
 
  private:
+  static std::uint32_t level(double channel) {
+    return static_cast<std::uint32_t>(std::lround(channel * 255));
+  }
+
   const std::unique_ptr<CaptionPainter> painter_ = makeAppKitPainter();
 };
 
