@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/text.h"
+#include "platform/player.h"
 
 namespace vellora {
 
@@ -11,7 +12,7 @@ std::shared_ptr<const RunningApplication> frontmostMusic(Workspace& workspace) {
   std::shared_ptr<const RunningApplication> application = workspace.frontmostApplication();
   if (!application) return nullptr;
   const std::optional<std::string> identifier = application->bundleIdentifier();
-  if (!identifier || !textEquals(*identifier, musicBundleIdentifier)) return nullptr;
+  if (!identifier || !textEquals(*identifier, musicPlayer.identifier)) return nullptr;
   return application;
 }
 

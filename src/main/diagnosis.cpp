@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "base/number_text.h"
-#include "controller/music_application.h"
 #include "music/lyrics_layout_reader.h"
+#include "platform/player.h"
 
 namespace vellora {
 
@@ -15,7 +15,7 @@ namespace {
 
 std::optional<MusicLayout> readRunningMusic(Platform& platform, Accessibility& accessibility) {
   const std::vector<std::shared_ptr<const RunningApplication>> running =
-      platform.makeWorkspace()->runningApplications(musicBundleIdentifier);
+      platform.makeWorkspace()->runningApplications(musicPlayer.identifier);
   if (running.empty()) return std::nullopt;
   return readMusic(running.front()->processIdentifier(), accessibility, *platform.makeClock());
 }

@@ -6,21 +6,11 @@
 #include <utility>
 #include <variant>
 
+#include "platform/player.h"
+
 namespace vellora {
 
 namespace {
-
-constexpr float messagingTimeout = 0.08F;  // seconds a query
-constexpr int elementBudget = 700;
-constexpr double walkDuration = 0.3;  // seconds
-constexpr int maximumDepth = 23;      // the window is at depth 0
-
-// What the player answers. None of these texts has another canonical form, so bytes decide.
-constexpr std::string_view scrollAreaRole = "AXScrollArea";
-constexpr std::string_view buttonRole = "AXButton";
-constexpr std::string_view lyricsLabel = "Lyrics";
-constexpr std::string_view nowPlayingIdentifier =
-    "Music.nowPlaying.title-Music.nowPlaying.subtitle";
 
 AccessibilityElements elements(AccessibilityElement& element, std::string_view name) {
   AttributeValue value = attribute(element, name);
@@ -32,13 +22,17 @@ AccessibilityElements elements(AccessibilityElement& element, std::string_view n
 // title elements and scroll areas the last in that order wins.
 class Walk {
  public:
-  Walk(const Clock& clock, const Rect& window)
-      : clock_(clock), deadline_(clock.now() + walkDuration) {
+  Walk(const Clock& clock, const ReadingLimits& limits, const Player& player, const Rect& window)
+      : clock_(clock),
+        player_(player),
+        deadline_(clock.now() + limits.seconds),
+        deepest_(limits.depth),
+        budget_(limits.elements) {
     layout_.window = window;
   }
 
   void visit(AccessibilityElement& element, bool inLyrics, int depth) {
-    if (budget_ < 1 || depth > maximumDepth) return;
+    if (budget_ < 1 || depth > deepest_) return;
     if (!(clock_.now() < deadline_)) return;
     --budget_;
 
@@ -47,12 +41,12 @@ class Walk {
     const std::string title = string(element, AccessibilityAttribute::title);
     const std::string identifier = string(element, AccessibilityAttribute::identifier);
 
-    if (identifier == nowPlayingIdentifier) {
+    if (identifier == player_.titleIdentifier) {
       layout_.title = description.empty() ? title : description;
     }
-    inLyrics = inLyrics || description == lyricsLabel || title == lyricsLabel;
-    if (inLyrics && role == scrollAreaRole) noteScrollArea(element);
-    if (inLyrics && role == buttonRole) noteRow(element, title, description);
+    inLyrics = inLyrics || description == player_.lyricsLabel || title == player_.lyricsLabel;
+    if (inLyrics && role == player_.viewportRole) noteScrollArea(element);
+    if (inLyrics && role == player_.rowRole) noteRow(element, title, description);
 
     for (const auto& child : elements(element, AccessibilityAttribute::children)) {
       if (child) visit(*child, inLyrics, depth + 1);
@@ -86,8 +80,10 @@ class Walk {
   }
 
   const Clock& clock_;
+  const Player& player_;
   const double deadline_;
-  int budget_ = elementBudget;
+  const int deepest_;
+  int budget_;
   MusicLayout layout_;
 };
 
@@ -95,7 +91,8 @@ class Walk {
 
 std::optional<MusicLayout> readMusic(std::int32_t pid, Accessibility& accessibility,
                                      const Clock& clock) {
-  const auto application = accessibility.applicationElement(pid, messagingTimeout);
+  const ReadingLimits limits;
+  const auto application = accessibility.applicationElement(pid, limits);
   const auto windows = elements(*application, AccessibilityAttribute::windows);
   if (windows.empty() || !windows.front()) return std::nullopt;
   AccessibilityElement& window = *windows.front();
@@ -105,7 +102,7 @@ std::optional<MusicLayout> readMusic(std::int32_t pid, Accessibility& accessibil
   const auto windowFrame = frame(window);
   if (!windowFrame) return std::nullopt;
 
-  Walk walk(clock, *windowFrame);
+  Walk walk(clock, limits, musicPlayer, *windowFrame);
   walk.visit(window, false, 0);
   return std::move(walk).finish();
 }

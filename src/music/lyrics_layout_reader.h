@@ -16,7 +16,8 @@ namespace vellora {
 // and every lyric row. Nothing when the window cannot be read (no permission, no such process, no
 // window, minimised, without a frame); a tree that is too deep, too large or too slow is cut short
 // and gives what was found until then. Keeps nothing between calls. Any one thread; blocks for as
-// long as the queries take, 0.3 s and the queries of one element at most once the walk has begun.
+// long as the queries take; once the walk has begun, for `ReadingLimits::seconds` and the queries
+// of one element at most.
 std::optional<MusicLayout> readMusic(std::int32_t pid, Accessibility& accessibility,
                                      const Clock& clock);
 

@@ -8,21 +8,10 @@
 #include <vector>
 
 #include "base/rect.h"
+#include "platform/accessibility_names.h"
+#include "platform/reading_limits.h"
 
 namespace vellora {
-
-// The attribute names that an element answers.
-namespace AccessibilityAttribute {
-inline constexpr std::string_view windows = "AXWindows";
-inline constexpr std::string_view minimized = "AXMinimized";
-inline constexpr std::string_view role = "AXRole";
-inline constexpr std::string_view description = "AXDescription";
-inline constexpr std::string_view title = "AXTitle";
-inline constexpr std::string_view identifier = "AXIdentifier";
-inline constexpr std::string_view children = "AXChildren";
-inline constexpr std::string_view position = "AXPosition";
-inline constexpr std::string_view size = "AXSize";
-}  // namespace AccessibilityAttribute
 
 class AccessibilityElement;
 using AccessibilityElements = std::vector<std::shared_ptr<AccessibilityElement>>;
@@ -55,12 +44,12 @@ class Accessibility {
   // Main thread.
   virtual void requestTrust() = 0;
 
-  // The root element of a process, whose "AXWindows" lists its windows, front first. Queries wait
-  // `messagingTimeout` seconds at most. Never null; a process that is not there answers nothing,
-  // and without trust none does. Any one thread at a time; the Accessibility object must outlive
-  // the call only.
+  // The root element of a process, whose "AXWindows" lists its windows, front first. Its queries
+  // wait `limits.messagingTimeout` at most; the other limits tell a backend that asks ahead how far
+  // the reading will go. Never null; a process that is not there answers nothing, and without trust
+  // none does. Any one thread at a time; the Accessibility object must outlive the call only.
   virtual std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
-                                                                   float messagingTimeout) = 0;
+                                                                   const ReadingLimits& limits) = 0;
 };
 
 }  // namespace vellora

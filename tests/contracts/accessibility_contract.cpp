@@ -12,7 +12,7 @@
 namespace vellora {
 namespace {
 
-constexpr float messagingTimeout = 0.08F;
+const ReadingLimits limits;
 
 class RealClock final : public Clock {
  public:
@@ -45,7 +45,7 @@ bool isReadable(AccessibilitySubject& subject) {
 }
 
 std::shared_ptr<AccessibilityElement> application(AccessibilitySubject& subject) {
-  return subject.accessibility().applicationElement(subject.process(), messagingTimeout);
+  return subject.accessibility().applicationElement(subject.process(), limits);
 }
 
 AccessibilityElements list(AccessibilityElement& element, std::string_view attribute) {
@@ -112,7 +112,7 @@ TEST_P(AccessibilityContract, AnotherThreadMayRead) {
 
 TEST_P(AccessibilityContract, AProcessThatIsNotThereAnswersNothing) {
   for (const std::int32_t process : {-1, std::numeric_limits<std::int32_t>::max()}) {
-    const auto element = subject->accessibility().applicationElement(process, messagingTimeout);
+    const auto element = subject->accessibility().applicationElement(process, limits);
     ASSERT_TRUE(element);
     expectNothing(*element);
   }

@@ -82,9 +82,9 @@ class FakeAccessibility final : public Accessibility {
   }
 
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
-                                                           float messagingTimeout) override {
+                                                           const ReadingLimits& limits) override {
     if (log_) log_->push_back("applicationElement " + std::to_string(processIdentifier));
-    lastMessagingTimeout = messagingTimeout;
+    lastMessagingTimeout = limits.messagingTimeout;
     const auto found = applications.find(processIdentifier);
     return !trusted || found == applications.end() ? fakeElement() : found->second;
   }

@@ -79,9 +79,9 @@ class AxAccessibility final : public Accessibility {
   }
 
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
-                                                           float messagingTimeout) override {
+                                                           const ReadingLimits& limits) override {
     CfPtr<AXUIElementRef> element(AXUIElementCreateApplication(processIdentifier));
-    if (element != nullptr) AXUIElementSetMessagingTimeout(element.get(), messagingTimeout);
+    if (element != nullptr) AXUIElementSetMessagingTimeout(element.get(), limits.messagingTimeout);
     return std::make_shared<AxElement>(std::move(element));
   }
 };

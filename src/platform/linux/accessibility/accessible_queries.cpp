@@ -67,11 +67,12 @@ void AccessibleQueries::askOneByOne(NodeIndex node) {
 void AccessibleQueries::askChildren(NodeIndex node) {
   AccessibleFacts& facts = store_[node].facts;
   facts.children.begin();
+  facts.isListPartial = false;
   const auto& known = facts.properties.value;
   const std::optional<std::int32_t> count = known ? known->childCount : std::nullopt;
   if (count && *count == 0) {
     facts.children.tell(std::vector<NodeIndex>());
-  } else if (count && *count > static_cast<std::int32_t>(mostChildren)) {
+  } else if (count && *count > static_cast<std::int32_t>(mostChildren_)) {
     askListByIndex(node);
   } else {
     askWholeList(node);
@@ -80,7 +81,7 @@ void AccessibleQueries::askChildren(NodeIndex node) {
 
 void AccessibleQueries::askWholeList(NodeIndex node) {
   bus_.send(call(node, accessible, "GetChildren"), [this, node](sd_bus_message* reply) {
-    auto references = readReferences(reply, mostChildren);
+    auto references = readReferences(reply, mostChildren_);
     if (!references) return store_[node].facts.children.tell(std::nullopt);
     std::vector<NodeIndex> list;
     for (auto& reference : *references) list.push_back(store_.intern(std::move(reference), node));
@@ -91,9 +92,9 @@ void AccessibleQueries::askWholeList(NodeIndex node) {
 void AccessibleQueries::askListByIndex(NodeIndex node) {
   using List = std::vector<std::optional<AccessibleReference>>;
   auto gathered = std::make_shared<Gathered<List>>();
-  gathered->value.resize(mostChildren);
-  gathered->open = mostChildren;
-  for (std::size_t i = 0; i < mostChildren; ++i) {
+  gathered->value.resize(mostChildren_);
+  gathered->open = mostChildren_;
+  for (std::size_t i = 0; i < mostChildren_; ++i) {
     BusMessagePtr question = call(node, accessible, "GetChildAtIndex");
     if (question) sd_bus_message_append(question.get(), "i", static_cast<std::int32_t>(i));
     bus_.send(std::move(question), [this, node, gathered, i](sd_bus_message* reply) {
@@ -103,6 +104,7 @@ void AccessibleQueries::askListByIndex(NodeIndex node) {
       for (auto& child : gathered->value) {
         if (child) list.push_back(store_.intern(std::move(*child), node));
       }
+      store_[node].facts.isListPartial = list.size() < gathered->value.size();
       store_[node].facts.children.tell(std::move(list));
     });
   }

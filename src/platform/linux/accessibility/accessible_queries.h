@@ -9,15 +9,14 @@
 
 namespace vellora {
 
-// No walk visits more elements than this, so a longer list is not asked for to its end.
-inline constexpr std::size_t mostChildren = 700;
-
 // The questions that objects are asked, and what their answers leave in the store. Each `ask` does
 // nothing but line up its calls; `BusConnection::exchange` carries them out. An answer of the wrong
 // type is no answer. Interfaces: org.a11y.atspi.Accessible and org.a11y.atspi.Component.
 class AccessibleQueries {
  public:
-  AccessibleQueries(BusConnection& bus, AccessibleStore& store) : bus_(bus), store_(store) {}
+  // Of a list of children the first `mostChildren` are asked for: no walk visits more.
+  AccessibleQueries(BusConnection& bus, AccessibleStore& store, std::size_t mostChildren)
+      : bus_(bus), store_(store), mostChildren_(mostChildren) {}
 
   // The program whose objects answer Properties.GetAll. That is a quarter of the messages, but
   // programs of some toolkits take it for a Get without a name, and fall over it: those are asked
@@ -26,8 +25,7 @@ class AccessibleQueries {
 
   void askRole(NodeIndex node);
   void askProperties(NodeIndex node);
-  // No message where the count of children, if known, is 0. A list longer than `mostChildren` is
-  // cut.
+  // No message where the count of children, if known, is 0. A longer list is cut.
   void askChildren(NodeIndex node);
   void askStates(NodeIndex node);
   void askExtents(NodeIndex node);
@@ -40,6 +38,7 @@ class AccessibleQueries {
 
   BusConnection& bus_;
   AccessibleStore& store_;
+  std::size_t mostChildren_;
   std::string answersAll_;
 };
 

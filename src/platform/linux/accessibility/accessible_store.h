@@ -55,6 +55,7 @@ struct AccessibleFacts {
   Answer<std::uint32_t> role;
   Answer<AccessibleProperties> properties;
   Answer<std::vector<NodeIndex>> children;
+  bool isListPartial = false;  // of a list asked for child by child some answers are missing
 };
 
 // What changes without a signal, or must be fresh.

@@ -19,6 +19,9 @@ constexpr const char* registryRoot = "/org/a11y/atspi/accessible/root";
 constexpr const char* driver = "org.freedesktop.DBus";
 constexpr const char* driverPath = "/org/freedesktop/DBus";
 
+// Programs that the registry is asked for.
+constexpr std::size_t mostPrograms = 1000;
+
 // Which of a program's windows is active is asked of this many.
 constexpr std::size_t mostWindows = 64;
 
@@ -37,7 +40,7 @@ bool isPopup(const AccessibleNode& window) { return window.facts.role.value == A
 std::optional<AccessibleReference> findRoot(BusConnection& bus, std::int32_t processIdentifier,
                                             Steady::time_point deadline) {
   AccessibleStore store;
-  AccessibleQueries queries(bus, store);
+  AccessibleQueries queries(bus, store, mostPrograms);
   const NodeIndex root = store.intern({registry, registryRoot}, std::nullopt);
   queries.askChildren(root);
   bus.exchange(deadline);
@@ -89,7 +92,7 @@ bool askStates(BusConnection& bus, const AccessibleStore& store, AccessibleQueri
 void awaitProgram(BusConnection& bus, const AccessibleReference& window,
                   Steady::time_point deadline) {
   AccessibleStore store;
-  AccessibleQueries queries(bus, store);
+  AccessibleQueries queries(bus, store, 0);
   queries.askStates(store.intern(window, std::nullopt));
   bus.exchange(deadline);
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/accessibility.h"
+#include "platform/accessibility_names.h"
 
 namespace vellora {
 
@@ -32,9 +32,12 @@ struct RoleRow {
 };
 
 constexpr std::array roleRows{
-    RoleRow{AtspiRole::dialog, "AXWindow"},         RoleRow{AtspiRole::frame, "AXWindow"},
-    RoleRow{AtspiRole::label, "AXStaticText"},      RoleRow{AtspiRole::pushButton, "AXButton"},
-    RoleRow{AtspiRole::scrollPane, "AXScrollArea"}, RoleRow{AtspiRole::window, "AXWindow"},
+    RoleRow{AtspiRole::dialog, AccessibilityRole::window},
+    RoleRow{AtspiRole::frame, AccessibilityRole::window},
+    RoleRow{AtspiRole::label, AccessibilityRole::staticText},
+    RoleRow{AtspiRole::pushButton, AccessibilityRole::button},
+    RoleRow{AtspiRole::scrollPane, AccessibilityRole::scrollArea},
+    RoleRow{AtspiRole::window, AccessibilityRole::window},
 };
 
 }  // namespace
@@ -47,7 +50,7 @@ std::optional<AttributeSource> attributeSource(std::string_view name) {
 
 std::string_view roleText(std::uint32_t role) {
   const auto row = std::ranges::find(roleRows, role, &RoleRow::role);
-  return row == roleRows.end() ? "AXUnknown" : row->text;
+  return row == roleRows.end() ? AccessibilityRole::unknown : row->text;
 }
 
 }  // namespace vellora

@@ -23,7 +23,8 @@ enum class AttributeSource {
 // Nothing for a name that is no attribute of the reader's.
 std::optional<AttributeSource> attributeSource(std::string_view name);
 
-// The reader's name for a role number of AT-SPI; "AXUnknown" for those that it has no name for.
+// The reader's name for a role number of AT-SPI; `AccessibilityRole::unknown` for those that it has
+// no name for.
 std::string_view roleText(std::uint32_t role);
 
 // Numbers of AT-SPI's AtspiRole and AtspiStateType.

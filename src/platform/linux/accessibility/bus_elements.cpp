@@ -6,6 +6,7 @@
 
 #include "platform/linux/accessibility/attribute_mapping.h"
 #include "platform/linux/accessibility/bus_reading.h"
+#include "platform/player.h"
 
 namespace vellora {
 
@@ -90,35 +91,34 @@ class BusElement final : public AccessibilityElement {
 class BusApplicationElement final : public AccessibilityElement {
  public:
   BusApplicationElement(std::shared_ptr<ConnectionSlot> connections, std::int32_t processIdentifier,
-                        Steady::duration timeout)
+                        const ReadingLimits& limits)
       : connections_(std::move(connections)),
         processIdentifier_(processIdentifier),
-        timeout_(timeout) {}
+        limits_(limits) {}
 
   AttributeValue attribute(std::string_view name) override {
     if (attributeSource(name) != AttributeSource::windows) return {};
-    const auto reading = std::make_shared<BusReading>(connections_, timeout_);
+    const auto reading = BusReading::begin(*connections_, processIdentifier_, limits_, musicPlayer);
+    if (!reading) return {};
     AccessibilityElements list;
-    for (const NodeIndex window : reading->windows(processIdentifier_)) {
+    for (const NodeIndex window : reading->windows()) {
       list.push_back(std::make_shared<BusElement>(reading, window, 0));
     }
-    if (list.empty()) return {};
     return list;
   }
 
  private:
-  std::shared_ptr<ConnectionSlot> connections_;
-  std::int32_t processIdentifier_;
-  Steady::duration timeout_;
+  const std::shared_ptr<ConnectionSlot> connections_;
+  const std::int32_t processIdentifier_;
+  const ReadingLimits limits_;
 };
 
 }  // namespace
 
 std::shared_ptr<AccessibilityElement> makeApplicationElement(
     std::shared_ptr<ConnectionSlot> connections, std::int32_t processIdentifier,
-    Steady::duration timeout) {
-  return std::make_shared<BusApplicationElement>(std::move(connections), processIdentifier,
-                                                 timeout);
+    const ReadingLimits& limits) {
+  return std::make_shared<BusApplicationElement>(std::move(connections), processIdentifier, limits);
 }
 
 }  // namespace vellora

@@ -9,9 +9,9 @@
 namespace vellora {
 
 // A program as a whole; answers "AXWindows" and nothing else. Each such query begins a reading of
-// its own, with a connection from the slot. `timeout` is that of a single call.
+// its own, with a connection from the slot.
 std::shared_ptr<AccessibilityElement> makeApplicationElement(
     std::shared_ptr<ConnectionSlot> connections, std::int32_t processIdentifier,
-    Steady::duration timeout);
+    const ReadingLimits& limits);
 
 }  // namespace vellora

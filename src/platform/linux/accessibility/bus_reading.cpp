@@ -10,96 +10,98 @@ namespace vellora {
 
 namespace {
 
-// A walk takes 0.3 s; a slow program leaves it the second half to visit what was fetched. What is
-// asked before it may take as long: whether the program answers, and the frames that are known to
-// be wanted.
-constexpr auto walkTime = std::chrono::milliseconds(300);
-constexpr auto prefetchTime = std::chrono::milliseconds(150);
-
-constexpr std::size_t mostVisited = 700;
+Steady::duration steady(double seconds) {
+  return std::chrono::duration_cast<Steady::duration>(std::chrono::duration<double>(seconds));
+}
 
 }  // namespace
 
-BusReading::BusReading(std::shared_ptr<ConnectionSlot> slot, Steady::duration timeout)
-    : slot_(std::move(slot)), timeout_(timeout), connection_(slot_->take()) {}
-
-BusReading::~BusReading() {
-  if (memory_) memory_->endReading();
-  slot_->keep(std::move(connection_));
+std::shared_ptr<BusReading> BusReading::begin(ConnectionSlot& slot, std::int32_t processIdentifier,
+                                              const ReadingLimits& limits, const Player& player) {
+  const auto listing = steady(static_cast<double>(limits.messagingTimeout));
+  LentConnection connection = slot.lend();
+  const auto access = connection->prepare(processIdentifier, listing);
+  if (!access) return nullptr;
+  const std::shared_ptr<BusReading> reading(
+      new BusReading(std::move(connection), *access, limits, player));
+  reading->windows_ = findWindows(access->bus, access->memory, reading->queries_,
+                                  {.listing = listing, .waiting = reading->walkTime_});
+  return reading->windows_.empty() ? nullptr : reading;
 }
 
-std::vector<NodeIndex> BusReading::windows(std::int32_t processIdentifier) {
-  bus_ = connection_->prepare(processIdentifier, timeout_);
-  if (!bus_) return {};
-  memory_ = &connection_->memory();
-  queries_.emplace(*bus_, memory_->store());
-  prefetch_.emplace(*bus_, memory_->store(), *queries_);
-  return findWindows(*bus_, *memory_, *queries_, {.listing = timeout_, .waiting = walkTime});
-}
+BusReading::BusReading(LentConnection connection, ReadingConnection::Access access,
+                       const ReadingLimits& limits, const Player& player)
+    : connection_(std::move(connection)),
+      access_(access),
+      mostVisited_(static_cast<std::size_t>(limits.elements)),
+      walkTime_(steady(limits.seconds)),
+      queries_(access_.bus, access_.memory.store(), mostVisited_),
+      prefetch_(access_.bus, access_.memory.store(), queries_, limits, player) {}
 
 std::optional<bool> BusReading::isIconified(NodeIndex window) {
-  const auto& states = memory_->store()[window].moment.states.value;
+  const auto& states = node(window).moment.states.value;
   if (!states) return std::nullopt;
   return (*states >> AtspiState::iconified & 1U) != 0;
 }
 
-std::optional<std::uint32_t> BusReading::role(NodeIndex node, int depth) {
+std::optional<std::uint32_t> BusReading::role(NodeIndex index, int depth) {
   ++visited_;
-  fetchFacts(node, depth);
-  return memory_->store()[node].facts.role.value;
+  fetchFacts(index, depth);
+  return node(index).facts.role.value;
 }
 
-std::optional<AccessibleProperties> BusReading::properties(NodeIndex node, int depth) {
-  fetchFacts(node, depth);
-  return memory_->store()[node].facts.properties.value;
+std::optional<AccessibleProperties> BusReading::properties(NodeIndex index, int depth) {
+  fetchFacts(index, depth);
+  return node(index).facts.properties.value;
 }
 
-std::optional<std::vector<NodeIndex>> BusReading::children(NodeIndex node, int depth) {
-  fetchFacts(node, depth);
-  if (memory_->store()[node].facts.children.isUnasked()) {
+std::optional<std::vector<NodeIndex>> BusReading::children(NodeIndex index, int depth) {
+  fetchFacts(index, depth);
+  if (node(index).facts.children.isUnasked()) {
     if (const auto until = deadline()) {
-      queries_->askChildren(node);
-      bus_->exchange(*until);
+      queries_.askChildren(index);
+      access_.bus.exchange(*until);
     }
   }
-  return memory_->store()[node].facts.children.value;
+  return node(index).facts.children.value;
 }
 
-std::optional<AccessibleExtents> BusReading::extents(NodeIndex node, int depth) {
-  if (memory_->store()[node].moment.extents.isUnasked()) {
+std::optional<AccessibleExtents> BusReading::extents(NodeIndex index, int depth) {
+  if (node(index).moment.extents.isUnasked()) {
     if (const auto until = deadline()) {
       if (depth == 0 || !walkBegin_) {
-        prefetch_->askKnownExtents(node, *until);
+        prefetch_.askKnownExtents(index, *until);
       } else {
-        prefetch_->askExtents(node, elementsLeft(), *until);
+        prefetch_.askExtents(index, elementsLeft(), *until);
       }
     }
   }
-  memory_->store()[node].isFramed = true;
-  return memory_->store()[node].moment.extents.value;
+  node(index).isFramed = true;
+  return node(index).moment.extents.value;
 }
 
-void BusReading::fetchFacts(NodeIndex node, int depth) {
+void BusReading::fetchFacts(NodeIndex index, int depth) {
   if (!walkBegin_) walkBegin_ = Steady::now();
-  const AccessibleFacts& facts = memory_->store()[node].facts;
+  const AccessibleFacts& facts = node(index).facts;
   if (!facts.role.isUnasked() && !facts.properties.isUnasked()) return;
   const auto until = deadline();
   if (!until) return;
-  prefetch_->askFacts(node, depth, elementsLeft(), *walkBegin_ + prefetchTime,
-                      *walkBegin_ + walkTime);
-  if (memory_->store()[node].facts.role.isUnasked()) queries_->askRole(node);
-  if (memory_->store()[node].facts.properties.isUnasked()) queries_->askProperties(node);
-  bus_->exchange(*until);
+  // A slow program leaves the walk the second half of its time to visit what was fetched.
+  prefetch_.askFacts(index, depth, elementsLeft(), *walkBegin_ + walkTime_ / 2, *until);
+  if (node(index).facts.role.isUnasked()) queries_.askRole(index);
+  if (node(index).facts.properties.isUnasked()) queries_.askProperties(index);
+  access_.bus.exchange(*until);
 }
 
 std::size_t BusReading::elementsLeft() const {
-  return mostVisited - std::min(visited_, mostVisited) + 1;  // the present one is among the visited
+  return mostVisited_ - std::min(visited_, mostVisited_) +
+         1;  // the present one is among the visited
 }
 
 std::optional<Steady::time_point> BusReading::deadline() const {
   const auto now = Steady::now();
-  if (!bus_ || bus_->isBroken()) return std::nullopt;
-  const auto until = walkBegin_.value_or(now) + walkTime;
+  if (access_.bus.isBroken()) return std::nullopt;
+  const auto until = walkBegin_.value_or(now) + walkTime_;
   if (now >= until) return std::nullopt;
   return until;
 }

@@ -18,20 +18,21 @@ namespace vellora {
 // signalled no change of (`ProgramMemory`). One thread at a time.
 //
 // Time: finding the program and listing its windows takes one messaging timeout at most each. The
-// windows' states, a window's frame, and all that is in the window may take 0.3 s each, counted
-// from the first question; a program that paints slowly answers in between. What is in a window is
-// asked in volleys for the whole window at the first question about it. A program that lets such a
-// time pass is asked no more until it answers.
+// windows' states, a window's frame, and all that is in the window may take the time of a walk
+// each, counted from the first question; a program that paints slowly answers in between. What is
+// in a window is asked in volleys for the whole window at the first question about it. A program
+// that lets such a time pass is asked no more until it answers.
 class BusReading {
  public:
-  // `timeout` is that of listing the windows, and of any program but the one that is read.
-  BusReading(std::shared_ptr<ConnectionSlot> slot, Steady::duration timeout);
-  ~BusReading();
+  // Finds the process's program and its windows; null when there are none to be read.
+  static std::shared_ptr<BusReading> begin(ConnectionSlot& slot, std::int32_t processIdentifier,
+                                           const ReadingLimits& limits, const Player& player);
+  ~BusReading() { access_.memory.endReading(); }
   BusReading(const BusReading&) = delete;
   BusReading& operator=(const BusReading&) = delete;
 
-  // Comes first, once. Nothing is asked of any element before it.
-  std::vector<NodeIndex> windows(std::int32_t processIdentifier);
+  // The active one first.
+  const std::vector<NodeIndex>& windows() const { return windows_; }
 
   // Nothing where the element does not answer. `depth` counts from the window.
   std::optional<bool> isIconified(NodeIndex window);
@@ -41,18 +42,22 @@ class BusReading {
   std::optional<AccessibleExtents> extents(NodeIndex node, int depth);
 
  private:
+  BusReading(LentConnection connection, ReadingConnection::Access access,
+             const ReadingLimits& limits, const Player& player);
+
+  AccessibleNode& node(NodeIndex index) { return access_.memory.store()[index]; }
   void fetchFacts(NodeIndex node, int depth);
   std::size_t elementsLeft() const;
   // Until when a question that is put now may take; nothing when there is no time left to put it.
   std::optional<Steady::time_point> deadline() const;
 
-  std::shared_ptr<ConnectionSlot> slot_;
-  Steady::duration timeout_;
-  std::unique_ptr<ReadingConnection> connection_;
-  BusConnection* bus_ = nullptr;     // of connection_; null when nothing can be asked
-  ProgramMemory* memory_ = nullptr;  // of connection_; there when windows were
-  std::optional<AccessibleQueries> queries_;
-  std::optional<TreePrefetch> prefetch_;
+  const LentConnection connection_;
+  const ReadingConnection::Access access_;  // of connection_
+  const std::size_t mostVisited_;
+  const Steady::duration walkTime_;
+  AccessibleQueries queries_;
+  TreePrefetch prefetch_;
+  std::vector<NodeIndex> windows_;
   std::optional<Steady::time_point> walkBegin_;
   std::size_t visited_ = 0;
 };

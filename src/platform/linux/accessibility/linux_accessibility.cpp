@@ -46,10 +46,8 @@ class LinuxAccessibility final : public Accessibility {
   }
 
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
-                                                           float messagingTimeout) override {
-    const auto timeout = std::chrono::duration_cast<Steady::duration>(
-        std::chrono::duration<float>(messagingTimeout));
-    return makeApplicationElement(connections_, processIdentifier, timeout);
+                                                           const ReadingLimits& limits) override {
+    return makeApplicationElement(connections_, processIdentifier, limits);
   }
 
  private:

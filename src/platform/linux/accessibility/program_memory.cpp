@@ -3,27 +3,19 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/accessibility/accessible_queries.h"
 #include "platform/linux/accessibility/attribute_mapping.h"
 
 namespace vellora {
 
 namespace {
 
-// A window that can be read to its end has 700 objects. Many more are not worth their room.
+// A window that can be read to its end has far fewer objects. More are not worth their room.
 constexpr std::size_t mostRemembered = 5000;
-
-// Of a list that was asked for child by child some answers may be missing.
-bool isCutShort(const AccessibleFacts& facts) {
-  if (!facts.children.value || !facts.properties.value) return false;
-  return facts.properties.value->childCount.value_or(0) > static_cast<int>(mostChildren) &&
-         facts.children.value->size() < mostChildren;
-}
 
 bool isUnanswered(const AccessibleFacts& facts) {
   return (facts.role.isTold() && !facts.role.value) ||
          (facts.properties.isTold() && !facts.properties.value) ||
-         (facts.children.isTold() && !facts.children.value) || isCutShort(facts);
+         (facts.children.isTold() && !facts.children.value) || facts.isListPartial;
 }
 
 // GTK 3's list boxes, flow boxes and tree views have the state MANAGES_DESCENDANTS, and

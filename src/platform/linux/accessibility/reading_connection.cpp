@@ -4,26 +4,31 @@
 
 namespace vellora {
 
-BusConnection* ReadingConnection::prepare(std::int32_t processIdentifier,
-                                          Steady::duration timeout) {
+std::optional<ReadingConnection::Access> ReadingConnection::prepare(std::int32_t processIdentifier,
+                                                                    Steady::duration timeout) {
   const AccessibilityStatus status = status_.status(timeout, timeout);
-  if (!status.isUsable()) return nullptr;
+  if (!status.isUsable()) return std::nullopt;
   if (!bus_ || bus_->isBroken() || address_ != status.busAddress) {
     memory_.reset();
     bus_ = BusConnection::open(status.busAddress);
     address_ = status.busAddress;
   }
-  if (!bus_) return nullptr;
+  if (!bus_) return std::nullopt;
   bus_->setTimeout(timeout);
   if (!memory_ || memory_->processIdentifier() != processIdentifier) {
     memory_ = std::make_unique<ProgramMemory>(*bus_, processIdentifier, longestMemory_);
   }
-  return bus_.get();
+  return Access{*bus_, *memory_};
 }
 
-std::unique_ptr<ReadingConnection> ConnectionSlot::take() {
+void ConnectionReturner::operator()(ReadingConnection* connection) const {
+  slot->keep(std::unique_ptr<ReadingConnection>(connection));
+}
+
+LentConnection ConnectionSlot::lend() {
   const std::lock_guard lock(mutex_);
-  return kept_ ? std::move(kept_) : std::make_unique<ReadingConnection>(longestMemory_);
+  auto connection = kept_ ? std::move(kept_) : std::make_unique<ReadingConnection>(longestMemory_);
+  return LentConnection(connection.release(), ConnectionReturner{shared_from_this()});
 }
 
 void ConnectionSlot::keep(std::unique_ptr<ReadingConnection> connection) {

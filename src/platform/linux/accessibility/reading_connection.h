@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "platform/linux/accessibility/bus_connection.h"
@@ -18,13 +19,15 @@ class ReadingConnection {
  public:
   explicit ReadingConnection(Steady::duration longestMemory) : longestMemory_(longestMemory) {}
 
-  // The accessibility bus, connected anew where that is needed; null when there is none or when
+  // A process's program on the accessibility bus, and what is known of it.
+  struct Access {
+    BusConnection& bus;
+    ProgramMemory& memory;
+  };
+  // The bus is connected anew where that is needed; nothing when there is none or when
   // accessibility is switched off. Waits for the session's word on that where it was not given
   // since the last change, `timeout` at most, which is also the timeout of each call over the bus.
-  BusConnection* prepare(std::int32_t processIdentifier, Steady::duration timeout);
-
-  // What is known of that process's program.
-  ProgramMemory& memory() { return *memory_; }
+  std::optional<Access> prepare(std::int32_t processIdentifier, Steady::duration timeout);
 
  private:
   Steady::duration longestMemory_;
@@ -34,21 +37,31 @@ class ReadingConnection {
   std::unique_ptr<ProgramMemory> memory_;  // of what came over bus_
 };
 
+// A connection that goes back when its reading is over.
+class ConnectionSlot;
+struct ConnectionReturner {
+  std::shared_ptr<ConnectionSlot> slot;
+  void operator()(ReadingConnection* connection) const;
+};
+using LentConnection = std::unique_ptr<ReadingConnection, ConnectionReturner>;
+
 // Hands the connection from one reading to the next, which may run on another thread. Two readings
 // at once each have their own, and one of them is kept. Any thread.
-class ConnectionSlot {
+class ConnectionSlot : public std::enable_shared_from_this<ConnectionSlot> {
  public:
   explicit ConnectionSlot(Steady::duration longestMemory) : longestMemory_(longestMemory) {}
 
   // The one that was kept, or a new one.
-  std::unique_ptr<ReadingConnection> take();
-  void keep(std::unique_ptr<ReadingConnection> connection);
+  LentConnection lend();
 
   // Closes the one that is kept when it has been for as long as `rest`: signals come to it, and
   // nobody but a reading takes them in.
   void closeRested(Steady::duration rest);
 
  private:
+  friend ConnectionReturner;
+  void keep(std::unique_ptr<ReadingConnection> connection);
+
   const Steady::duration longestMemory_;
   std::mutex mutex_;
   std::unique_ptr<ReadingConnection> kept_;

@@ -1,6 +1,7 @@
 #include "platform/linux/accessibility/tree_prefetch.h"
 
 #include <algorithm>
+#include <string_view>
 #include <vector>
 
 #include "platform/linux/accessibility/attribute_mapping.h"
@@ -12,19 +13,25 @@ namespace {
 // Calls that one round of planning lines up.
 constexpr std::size_t mostPerRound = 16;
 
-// Elements in all: a tree that keeps its first branches for last makes prefetching useless, and is
-// then read element by element.
-constexpr std::size_t mostAsked = 2100;
+// In walks, the elements asked in all: a tree that keeps its first branches for last makes
+// prefetching useless, and is then read element by element.
+constexpr std::size_t mostWalksAsked = 3;
 
-// Elements looked through for one volley of extents: as many as a walk can have behind it and as
-// many as it can have ahead. Branches that lead back into themselves have more than that.
-constexpr std::size_t mostLookedThrough = 1400;
+// In walks, the elements looked through for one volley of extents: as many as a walk can have
+// behind it and as many as it can have ahead. Branches that lead back into themselves have more.
+constexpr std::size_t mostWalksLookedThrough = 2;
 
-bool hasRole(const AccessibleNode& node, std::uint32_t role) {
-  return node.facts.role.value == role;
+std::size_t elementsOf(std::size_t walks, const ReadingLimits& limits) {
+  return walks * static_cast<std::size_t>(limits.elements);
 }
 
 }  // namespace
+
+bool TreePrefetch::mayHaveFrame(const AccessibleNode& node) const {
+  const auto& role = node.facts.role.value;
+  const std::string_view text = role ? roleText(*role) : std::string_view();
+  return text == player_.rowRole || text == player_.viewportRole;
+}
 
 // One pass over what is known of the tree, in the walk's order. An element whose children are not
 // known yet counts as many elements as it says it has, so that what the walk cannot reach behind it
@@ -47,18 +54,18 @@ void TreePrefetch::askFacts(NodeIndex top, int depth, std::size_t most, Steady::
 }
 
 void TreePrefetch::planFacts(NodeIndex node, int depth, Plan& plan) {
-  if (plan.isFull() || depth > deepestPrefetched) return;
+  if (plan.isFull() || depth > limits_.depth) return;
   ++plan.position;
   const AccessibleFacts& facts = store_[node].facts;
   if (facts.properties.isUnasked()) {
-    if (asked_ >= mostAsked) return;
+    if (asked_ >= elementsOf(mostWalksAsked, limits_)) return;
     ++asked_;
     queries_.askProperties(node);
     if (facts.role.isUnasked()) queries_.askRole(node);
     plan.calls += 2;
     return;
   }
-  if (!facts.properties.isTold() || depth == deepestPrefetched) return;
+  if (!facts.properties.isTold() || depth == limits_.depth) return;
   if (facts.children.isUnasked()) {
     queries_.askChildren(node);
     ++plan.calls;
@@ -80,6 +87,7 @@ void TreePrefetch::planFacts(NodeIndex node, int depth, Plan& plan) {
 struct TreePrefetch::Volley {
   NodeIndex first;
   std::size_t most;
+  std::size_t mostLookedThrough;
   bool isBegun = false;
   std::size_t position = 0;
   std::size_t lookedThrough = 0;
@@ -90,11 +98,14 @@ struct TreePrefetch::Volley {
 
 void TreePrefetch::askExtents(NodeIndex node, std::size_t most, Steady::time_point deadline) {
   NodeIndex top = node;
-  if (!hasRole(store_[node], AtspiRole::scrollPane)) {
+  const auto& role = store_[node].facts.role.value;
+  if (!role || roleText(*role) != player_.viewportRole) {
     ++climbs_;
     for (int i = 0; i < climbs_ && store_[top].parent; ++i) top = *store_[top].parent;
   }
-  Volley volley{.first = node, .most = most};
+  Volley volley{.first = node,
+                .most = most,
+                .mostLookedThrough = elementsOf(mostWalksLookedThrough, limits_)};
   planExtents(top, 0, volley);
   exchangeExtents(node, volley.wanted, deadline);
 }
@@ -123,13 +134,12 @@ void TreePrefetch::exchangeExtents(NodeIndex first, const std::vector<NodeIndex>
 }
 
 void TreePrefetch::planExtents(NodeIndex node, int depth, Volley& volley) {
-  if (volley.isFull() || depth > deepestPrefetched) return;
+  if (volley.isFull() || depth > limits_.depth) return;
   ++volley.lookedThrough;
   if (node == volley.first) volley.isBegun = true;
   if (volley.isBegun && ++volley.position > volley.most) return;
   const AccessibleNode& here = store_[node];
-  if (volley.isBegun && here.moment.extents.isUnasked() &&
-      (hasRole(here, AtspiRole::pushButton) || hasRole(here, AtspiRole::scrollPane))) {
+  if (volley.isBegun && here.moment.extents.isUnasked() && mayHaveFrame(here)) {
     volley.wanted.push_back(node);
   }
   if (!here.facts.children.value) return;

@@ -6,18 +6,19 @@
 #include "platform/linux/accessibility/accessible_queries.h"
 #include "platform/linux/accessibility/accessible_store.h"
 #include "platform/linux/accessibility/bus_connection.h"
+#include "platform/player.h"
+#include "platform/reading_limits.h"
 
 namespace vellora {
 
-// Deeper elements are asked only when somebody wants to know of them; the window is at depth 0.
-inline constexpr int deepestPrefetched = 23;
-
 // Asks in volleys what a walk that goes depth first, each element before its children, is about to
-// ask one at a time: of as many elements as that walk can still visit, and in its order.
+// ask one at a time: of as many elements as that walk can still visit, and in its order. Elements
+// deeper than the walk goes are asked only when somebody wants to know of them.
 class TreePrefetch {
  public:
-  TreePrefetch(BusConnection& bus, AccessibleStore& store, AccessibleQueries& queries)
-      : bus_(bus), store_(store), queries_(queries) {}
+  TreePrefetch(BusConnection& bus, AccessibleStore& store, AccessibleQueries& queries,
+               const ReadingLimits& limits, const Player& player)
+      : bus_(bus), store_(store), queries_(queries), limits_(limits), player_(player) {}
 
   // Role, properties and children of the element, which is at `depth`, and of what is below it: of
   // the first `most` elements in the walk's order. Begins no call after `end`, and waits for those
@@ -25,7 +26,7 @@ class TreePrefetch {
   void askFacts(NodeIndex top, int depth, std::size_t most, Steady::time_point end,
                 Steady::time_point deadline);
 
-  // Extents of the element, and of the buttons and scroll areas that a walk which wants the extents
+  // Extents of the element, and of the rows and scroll areas that a walk which wants the extents
   // of this one will want next: those inside a scroll area; for another element those after it in
   // its parent, and, each time that this did not reach far enough, in one ancestor further up.
   void askExtents(NodeIndex node, std::size_t most, Steady::time_point deadline);
@@ -36,6 +37,7 @@ class TreePrefetch {
  private:
   struct Plan;
   struct Volley;
+  bool mayHaveFrame(const AccessibleNode& node) const;  // that the walk wants
   void planFacts(NodeIndex node, int depth, Plan& plan);
   void planExtents(NodeIndex node, int depth, Volley& volley);
   void exchangeExtents(NodeIndex first, const std::vector<NodeIndex>& others,
@@ -44,6 +46,8 @@ class TreePrefetch {
   BusConnection& bus_;
   AccessibleStore& store_;
   AccessibleQueries& queries_;
+  const ReadingLimits limits_;
+  const Player player_;
   std::size_t asked_ = 0;  // elements in all
   int climbs_ = 0;
 };

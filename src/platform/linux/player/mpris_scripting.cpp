@@ -6,11 +6,11 @@
 
 #include "platform/linux/player/player_actions.h"
 #include "platform/linux/player/player_request.h"
+#include "platform/player.h"
 
 namespace vellora {
 namespace {
 
-constexpr const char* playerApplication = "com.apple.Music";
 constexpr std::chrono::milliseconds patience{250};
 
 ScriptOutcome replied(std::string reply) {
@@ -24,7 +24,7 @@ ScriptOutcome refused(std::string description) {
 // Nothing plays where there is no player; only a command needs one.
 ScriptOutcome withoutPlayer(const ScriptRequest& request) {
   if (!request.command) return replied("");
-  return refused(std::string("no player with the desktop entry ") + playerApplication +
+  return refused("no player with the desktop entry " + std::string(musicPlayer.identifier) +
                  " is running");
 }
 
@@ -35,7 +35,8 @@ ScriptOutcome MprisScripting::run(const ScriptRequest& request) {
   if (!bus_) {
     bus_ = connectToSessionBus();
     if (!bus_) return withoutPlayer(request);
-    directory_ = std::make_unique<PlayerDirectory>(shareObject(bus_.get()), playerApplication);
+    directory_ = std::make_unique<PlayerDirectory>(shareObject(bus_.get()),
+                                                   std::string(musicPlayer.identifier));
     silent_ = std::make_unique<SilentPlayer>(shareObject(bus_.get()));
   }
   const auto found = directory_->find(deadline);

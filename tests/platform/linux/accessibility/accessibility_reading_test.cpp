@@ -20,7 +20,7 @@ class AccessibilityReadingTest : public ReadingFixture {
  protected:
   AccessibilityElements windows() {
     const auto value =
-        accessibility->applicationElement(player->pid(), 0.08F)->attribute("AXWindows");
+        accessibility->applicationElement(player->pid(), ReadingLimits())->attribute("AXWindows");
     const auto* list = std::get_if<AccessibilityElements>(&value);
     return list ? *list : AccessibilityElements();
   }
@@ -196,7 +196,7 @@ TEST_F(AccessibilityReadingTest, ReadingsHandOneConnectionOn) {
 
 TEST_F(AccessibilityReadingTest, ElementsOutliveTheAccessibilityObject) {
   start(programWithRows(2));
-  const auto application = accessibility->applicationElement(player->pid(), 0.08F);
+  const auto application = accessibility->applicationElement(player->pid(), ReadingLimits());
   accessibility.reset();
   const auto value = application->attribute("AXWindows");
   const auto* list = std::get_if<AccessibilityElements>(&value);

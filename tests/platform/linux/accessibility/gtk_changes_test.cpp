@@ -129,8 +129,9 @@ class GtkChangesTest : public testing::Test {
   // All that a reading can see of the program.
   std::string read(Accessibility& accessibility) const {
     std::string text = dump(readMusic(program_->pid(), accessibility, clock_));
-    const AttributeValue windows = accessibility.applicationElement(program_->pid(), 0.08F)
-                                       ->attribute(AccessibilityAttribute::windows);
+    const AttributeValue windows =
+        accessibility.applicationElement(program_->pid(), ReadingLimits())
+            ->attribute(AccessibilityAttribute::windows);
     if (const auto* list = std::get_if<AccessibilityElements>(&windows)) {
       for (const auto& window : *list) dumpTree(*window, 0, text);
     }

@@ -18,7 +18,8 @@ class PlainAccessibility final : public Accessibility {
       : program_(std::move(program)) {}
   bool isTrusted() override { return true; }
   void requestTrust() override {}
-  std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t, float) override {
+  std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t,
+                                                           const ReadingLimits&) override {
     return program_;
   }
 
