@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <string>
 #include <vector>
 
 #include "base/number_text.h"
@@ -20,6 +21,15 @@ std::optional<MusicLayout> readRunningMusic(Platform& platform, Accessibility& a
   return readMusic(running.front()->processIdentifier(), accessibility, *platform.makeClock());
 }
 
+std::string cutText(const ReadingCut& cut) {
+  const ReadingLimits limits;
+  std::string text;
+  if (cut.byElements) text += ", after " + std::to_string(limits.elements) + " elements";
+  if (cut.byTime) text += ", after " + plainNumber(limits.seconds) + " seconds";
+  if (cut.byDepth) text += ", below " + std::to_string(limits.depth + 1) + " levels";
+  return "The reading was cut short" + text;
+}
+
 }  // namespace
 
 std::string rectText(const Rect& rect) {
@@ -27,7 +37,7 @@ std::string rectText(const Rect& rect) {
          ", " + plainNumber(rect.height) + ")";
 }
 
-void diagnose(Platform& platform, std::ostream& output) {
+void diagnose(Platform& platform, std::ostream& output, std::ostream& notes) {
   const std::shared_ptr<Accessibility> accessibility = platform.makeAccessibility();
   output << "Accessibility trusted: " << (accessibility->isTrusted() ? "true" : "false")
          << std::endl;
@@ -40,6 +50,7 @@ void diagnose(Platform& platform, std::ostream& output) {
     if (!row.frame.intersects(layout->viewport)) continue;
     output << rectText(row.frame) << ": " << row.text << std::endl;
   }
+  if (layout->cut) notes << cutText(layout->cut) << std::endl;
 }
 
 }  // namespace vellora

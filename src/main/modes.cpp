@@ -1,6 +1,6 @@
 #include "main/modes.h"
 
-#include <ostream>
+#include <iostream>
 #include <string>
 
 #include "controller/overlay_delegate.h"
@@ -36,7 +36,7 @@ int runModes(const Arguments& arguments,
   if (hasFlag(arguments, Flags::renderTest)) {
     runRenderTest(arguments, *platform, output);
   } else if (hasFlag(arguments, Flags::diagnose)) {
-    diagnose(*platform, output);
+    diagnose(*platform, output, std::cerr);
   } else {
     runOverlay(arguments, *platform, output);
   }

@@ -32,8 +32,7 @@ class Walk {
   }
 
   void visit(AccessibilityElement& element, bool inLyrics, int depth) {
-    if (budget_ < 1 || depth > deepest_) return;
-    if (!(clock_.now() < deadline_)) return;
+    if (isBeyondLimits(depth)) return;
     --budget_;
 
     const std::string role = string(element, AccessibilityAttribute::role);
@@ -54,11 +53,24 @@ class Walk {
   }
 
   MusicLayout finish() && {
+    isTimeOver();  // while the last element was asked, perhaps
     std::stable_sort(layout_.rows.begin(), layout_.rows.end(), isAbove);
     return std::move(layout_);
   }
 
  private:
+  bool isBeyondLimits(int depth) {
+    if (budget_ < 1) return layout_.cut.byElements = true;
+    if (depth > deepest_) return layout_.cut.byDepth = true;
+    return isTimeOver();
+  }
+
+  bool isTimeOver() {
+    const bool isOver = !(clock_.now() < deadline_);
+    if (isOver) layout_.cut.byTime = true;
+    return isOver;
+  }
+
   void noteScrollArea(AccessibilityElement& element) {
     if (const auto area = frame(element)) layout_.viewport = area->intersection(layout_.window);
   }

@@ -14,12 +14,23 @@ struct MusicRow {
   Rect frame;        // of positive width and height
 };
 
+// By which of `ReadingLimits` a reading was cut: whether anything was left out for want of
+// elements, of time (what was asked last may be missing, too) or of depth.
+struct ReadingCut {
+  bool byElements = false;
+  bool byTime = false;
+  bool byDepth = false;
+
+  explicit operator bool() const { return byElements || byTime || byDepth; }
+};
+
 // One reading of the player's window, in the same coordinates.
 struct MusicLayout {
   Rect window;
   Rect viewport;               // visible part of the lyrics' scroll area; zero when there is none
   std::string title;           // of what plays; empty when it was not met
   std::vector<MusicRow> rows;  // top first
+  ReadingCut cut = {};         // for people who look into a reading; no caption depends on it
 };
 
 }  // namespace vellora

@@ -14,7 +14,9 @@ class DiagnosisTest : public testing::Test {
  protected:
   std::string diagnosis() {
     std::ostringstream output;
-    diagnose(platform, output);
+    std::ostringstream said;
+    diagnose(platform, output, said);
+    notes = said.str();
     return output.str();
   }
   void runMusic(std::int32_t pid) {
@@ -44,6 +46,7 @@ class DiagnosisTest : public testing::Test {
       "title: Night Drive — River Band\n";
 
   FakePlatform platform;
+  std::string notes;  // of the last diagnosis
 };
 
 TEST_F(DiagnosisTest, ARectangleIsFourNumbersWithAPointEach) {
@@ -76,6 +79,28 @@ TEST_F(DiagnosisTest, TheWindowAndTheRowsInTheViewportArePrintedInOrder) {
   EXPECT_EQ(diagnosis(), std::string("Accessibility trusted: true\n") + windowLine +
                              "(620.0, 220.25, 360.0, 60.0): One\n"
                              "(620.0, 300.0, 360.0, 60.0): Two\n");
+}
+
+TEST_F(DiagnosisTest, AReadingThatWasCutShortIsNotedBesideTheOutput) {
+  runMusic(7);
+  openWindow(7, {row("One", {620, 220.25, 360, 60})});
+  const std::string whole = diagnosis();
+  EXPECT_EQ(notes, "");
+  AccessibilityElements many{row("One", {620, 220.25, 360, 60})};
+  for (int i = 0; i < 700; ++i) many.push_back(fakeElement());
+  openWindow(7, many);
+  EXPECT_EQ(diagnosis(), whole);
+  EXPECT_EQ(notes, "The reading was cut short, after 700 elements\n");
+  std::shared_ptr<FakeElement> deep = fakeElement();
+  many.front() = deep;
+  for (int depth = 3; depth <= 24; ++depth) {
+    const auto child = fakeElement();
+    deep->children({child});
+    deep = child;
+  }
+  openWindow(7, many);
+  diagnosis();
+  EXPECT_EQ(notes, "The reading was cut short, after 700 elements, below 24 levels\n");
 }
 
 TEST_F(DiagnosisTest, ARowThatOnlyTouchesTheViewportIsPrinted) {

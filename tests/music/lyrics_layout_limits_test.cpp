@@ -142,6 +142,46 @@ TEST_F(LyricsLayoutLimitsTest, TimeSpentBeforeTheWalkDoesNotCount) {
   EXPECT_EQ(read().rows.size(), 3U);
 }
 
+TEST_F(LyricsLayoutLimitsTest, AWholeReadingIsNotCut) {
+  window->children(rows(699));
+  const ReadingCut cut = read().cut;
+  EXPECT_FALSE(cut.byElements || cut.byTime || cut.byDepth);
+  EXPECT_FALSE(cut);
+}
+
+TEST_F(LyricsLayoutLimitsTest, AReadingSaysThatElementsWereLeftOut) {
+  window->children(rows(700));
+  const ReadingCut cut = read().cut;
+  EXPECT_TRUE(cut.byElements);
+  EXPECT_FALSE(cut.byTime || cut.byDepth);
+  EXPECT_TRUE(cut);
+}
+
+TEST_F(LyricsLayoutLimitsTest, AReadingSaysThatItsTimeWasOver) {
+  AccessibilityElements list = rows(2);
+  window->children(list);
+  for (const auto& slow : list) {  // the second one is asked whole, but perhaps in vain
+    static_cast<FakeElement&>(*slow).onQuery = [this](std::string_view) { clock.advance(10); };
+    const ReadingCut cut = read().cut;
+    EXPECT_TRUE(cut.byTime);
+    EXPECT_FALSE(cut.byElements || cut.byDepth);
+    static_cast<FakeElement&>(*slow).onQuery = {};
+  }
+}
+
+TEST_F(LyricsLayoutLimitsTest, AReadingSaysThatLevelsWereLeftOut) {
+  std::shared_ptr<FakeElement> parent = window;
+  for (int depth = 1; depth <= 24; ++depth) {
+    EXPECT_FALSE(read().cut) << depth;
+    auto element = row("deep");
+    parent->children({element});
+    parent = element;
+  }
+  const ReadingCut cut = read().cut;
+  EXPECT_TRUE(cut.byDepth);
+  EXPECT_FALSE(cut.byElements || cut.byTime);
+}
+
 TEST_F(LyricsLayoutLimitsTest, ACycleEnds) {
   // Weak, so that the tree does not keep itself alive.
   const std::weak_ptr<FakeElement> self = window;
