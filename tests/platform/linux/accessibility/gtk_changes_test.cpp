@@ -220,8 +220,9 @@ TEST_F(GtkChangesTest, AMenuThatIsOpenLeavesTheLyricsInFront) {
     return layout ? layout->rows.size() : 0;
   };
   const auto windows = [this] {
-    const AttributeValue value = accessibility_->applicationElement(program_->pid(), 0.08F)
-                                     ->attribute(AccessibilityAttribute::windows);
+    const AttributeValue value =
+        accessibility_->applicationElement(program_->pid(), ReadingLimits())
+            ->attribute(AccessibilityAttribute::windows);
     const auto* list = std::get_if<AccessibilityElements>(&value);
     return list ? list->size() : 0;
   };
