@@ -71,6 +71,11 @@ class CaptionPainter {
  public:
   virtual ~CaptionPainter() = default;
 
+  // All texts of the translation that captions come from now on: one alone may leave open which
+  // language's letter forms it should have, and the others then tell. Whether a text may look
+  // different from now on, so that pictures painted before are to be forgotten.
+  virtual bool setTranslation(const std::vector<std::string_view>& texts) = 0;
+
   // Height in points of `text` in the system font of `fontSize` and medium weight, wrapped at words
   // to `width`; at most `maximumHeight`.
   virtual double measureHeight(std::string_view text, double fontSize, double width,

@@ -55,6 +55,8 @@ class CaptionView {
   Rect bounds() const { return nativeView_.bounds(); }
   void setNeedsDisplay() { nativeView_.setNeedsDisplay(); }
 
+  // Paints every picture anew when it is next drawn.
+  void forgetImages() { imageCache_.clear(); }
   // Pictures kept at the moment.
   std::size_t cachedImageCount() const { return imageCache_.size(); }
 

@@ -16,12 +16,16 @@ bool showsNothing(const Rect& viewport) {
   return viewport.isEmpty() || viewport.width < 0 || viewport.height < 0;
 }
 
-// Drops what was looked up among other lines.
+// Drops what was looked up among other lines, and what was painted in their language.
 void validateCache(const CompositionFields& fields, const std::vector<OverlayLine>& lines) {
   if (fields.lastLines == lines) return;
   fields.lastLines = lines;
   fields.lineIndex = TranslationIndex(lines);
   fields.translations.clear();
+  std::vector<std::string_view> texts;
+  texts.reserve(lines.size());
+  for (const OverlayLine& line : lines) texts.push_back(line.translation);
+  if (fields.painter.setTranslation(texts)) fields.canvas.forgetImages();
 }
 
 // The row's translation, looked up once for each set of lines; empty when it has none.

@@ -53,7 +53,7 @@ struct CompositionFields {
   Panel& panel;
   CaptionView& canvas;
   Workspace& workspace;
-  CaptionPainter& painter;              // measures
+  CaptionPainter& painter;              // measures, and is told the translation
   std::vector<OverlayLine>& lastLines;  // the lines for which the next two hold
   TranslationIndex& lineIndex;          // of `lastLines`
   TranslationCache& translations;

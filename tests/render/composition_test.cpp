@@ -92,6 +92,35 @@ TEST_F(CompositionTest, AnotherSongHidesThePanelAndLeavesTheCachesAsTheyWere) {
   EXPECT_THAT(texts(), ElementsAre("eins", "zwei", "drei"));
 }
 
+TEST_F(CompositionTest, ThePainterIsToldAllTextsOfATranslationOnceForEachSetOfLines) {
+  layout.rows.pop_back();
+  compose();
+  compose();
+  EXPECT_THAT(painter.translations, ElementsAre(ElementsAre("eins", "zwei", "drei")));
+  snapshot.lines[1].translation = "two";
+  compose();
+  EXPECT_THAT(painter.translations, SizeIs(2));
+  EXPECT_THAT(painter.translations.back(), ElementsAre("eins", "two", "drei"));
+}
+
+TEST_F(CompositionTest, PicturesAreForgottenWhereTheirTextsMayLookDifferentFromNowOn) {
+  FakeSurface surface(log);
+  compose();
+  view.draw(surface);
+  EXPECT_EQ(view.cachedImageCount(), 3u);
+  snapshot.lines.push_back({"Four", "vier"});
+  compose();
+  EXPECT_EQ(view.cachedImageCount(), 3u);
+  snapshot.lines.push_back({"Five", "fünf"});
+  painter.translationsDiffer = true;
+  compose();
+  EXPECT_EQ(view.cachedImageCount(), 0u);
+  compose();
+  view.draw(surface);
+  compose();
+  EXPECT_EQ(view.cachedImageCount(), 3u);
+}
+
 TEST_F(CompositionTest, AWindowThatNamesNoSongShowsNoCaptions) {
   layout.title = "";
   EXPECT_EQ(compose(), otherSong);

@@ -43,6 +43,11 @@ class FakePainter final : public CaptionPainter {
  public:
   explicit FakePainter(Log& log) : log_(log) {}
 
+  bool setTranslation(const std::vector<std::string_view>& texts) override {
+    translations.emplace_back(texts.begin(), texts.end());
+    return translationsDiffer;
+  }
+
   double measureHeight(std::string_view text, double fontSize, double width,
                        double maximumHeight) override {
     log_.push_back("measure " + std::string(text));
@@ -75,6 +80,8 @@ class FakePainter final : public CaptionPainter {
     bool operator==(const Measurement&) const = default;
   };
 
+  std::vector<std::vector<std::string>> translations;
+  bool translationsDiffer = false;  // in how their texts look
   std::vector<Measurement> measurements;
   std::vector<CaptionDrawing> drawings;
   std::vector<double> radii;

@@ -38,6 +38,9 @@ class AppKitPainter final : public CaptionPainter {
       : imageContext([CIContext contextWithOptions:
                                     @{kCIContextCacheIntermediates : @NO}]) {}
 
+  // The system chooses letter forms by the user's languages.
+  bool setTranslation(const std::vector<std::string_view>&) override { return false; }
+
   double measureHeight(std::string_view text, double fontSize, double width,
                        double maximumHeight) override {
     @autoreleasepool {

@@ -8,6 +8,7 @@
 #include "platform/linux/drawing/cairo_surface.h"
 #include "platform/linux/drawing/gaussian_blur.h"
 #include "platform/linux/drawing/plate.h"
+#include "platform/linux/drawing/text_language.h"
 
 namespace vellora {
 
@@ -23,6 +24,12 @@ std::string heightKey(std::string_view text, double fontSize, double width) {
 }
 
 }  // namespace
+
+bool PangoPainter::setTranslation(const std::vector<std::string_view>& texts) {
+  if (!textSetter_.setCommonLanguage(commonLanguage(texts))) return false;
+  heights_.clear();
+  return true;
+}
 
 double PangoPainter::measureHeight(std::string_view text, double fontSize, double width,
                                    double maximumHeight) {

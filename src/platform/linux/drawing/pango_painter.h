@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "platform/caption_painter.h"
 #include "platform/linux/drawing/text_setter.h"
@@ -14,6 +15,8 @@ namespace vellora {
 // CairoImages. Main thread.
 class PangoPainter final : public CaptionPainter {
  public:
+  bool setTranslation(const std::vector<std::string_view>& texts) override;
+
   double measureHeight(std::string_view text, double fontSize, double width,
                        double maximumHeight) override;
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
+#include <vector>
 
 namespace vellora {
 
@@ -14,5 +16,16 @@ namespace vellora {
 // without these scripts, for its forms do not depend on it. Canonically equivalent texts have the
 // same language. Any thread.
 const char* languageTag(std::string_view text);
+
+// The same for one text of a translation in `common`: Han characters alone are of that language
+// where it has all of them. `common` is a result of `commonLanguage`.
+const char* languageTag(std::string_view text, const char* common);
+
+// The language of the Han characters in a translation of these texts, as far as its first
+// `mostTexts` with such characters or kana, Hangul or Bopomofo tell; "en" where there are none.
+// Kana in every fourth of them make it Japanese, for Chinese quotes some; so do Hangul for Korean.
+// Any thread.
+inline constexpr std::size_t mostTexts = 300;
+const char* commonLanguage(const std::vector<std::string_view>& texts);
 
 }  // namespace vellora

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include <pango/pangocairo.h>
 
@@ -117,9 +118,13 @@ TextSetter::TextSetter()
   baseline_ = (lineHeight - ascent - descent) / 2 + ascent;
 }
 
+bool TextSetter::setCommonLanguage(const char* language) {
+  return std::string_view(std::exchange(commonLanguage_, language)) != language;
+}
+
 void TextSetter::layOut(std::string_view text, double fontSize, double width) {
   const std::string shown = shownText(text);
-  const char* const language = languageTag(shown);
+  const char* const language = languageTag(shown, commonLanguage_);
   pango_font_description_set_family(font_.get(), fontFamilies(language).c_str());
   pango_font_description_set_absolute_size(font_.get(), pangoUnits(fontSize));
   pango_context_set_language(context_.get(), pango_language_from_string(language));

@@ -9,7 +9,8 @@
 namespace vellora {
 
 // Sets captions' text with Pango: the system font in medium weight, wrapped at words, on lines at
-// equal distances whatever fonts a line needs, in the letter forms of the text's own language.
+// equal distances whatever fonts a line needs, in the letter forms of the text's own language, or
+// of its translation's where the text leaves that open.
 // Lengths are points; the same text breaks into the same lines at every scale. Needs no display.
 // Main thread.
 class TextSetter {
@@ -18,6 +19,10 @@ class TextSetter {
   static constexpr double lineHeight = 1.25;
 
   TextSetter();
+
+  // The language of the translation that texts are of, as `commonLanguage` gives it; whether it is
+  // another one than before.
+  bool setCommonLanguage(const char* language);
 
   // Height of the whole text. 0 where a length is not positive or not finite.
   double height(std::string_view text, double fontSize, double width);
@@ -40,6 +45,7 @@ class TextSetter {
   PangoFontPtr font_;
   PangoLayoutPtr layout_;
   PangoLayoutPtr lastLine_;
+  const char* commonLanguage_ = "en";
   double baseline_ = 0;  // below a line's top, in font sizes
 };
 

@@ -79,6 +79,16 @@ TEST_F(PainterLanguageTest, JapaneseAndKoreanHaveTheirs) {
   EXPECT_THAT(facesOf("骨直遊와 한글"), ElementsAre("KR"));
 }
 
+TEST_F(PainterLanguageTest, HanCharactersAloneHaveTheFormsOfTheirTranslation) {
+  EXPECT_TRUE(painter.setTranslation({"夜空に消える", "骨直遊"}));
+  EXPECT_THAT(facesOf("夜空、骨直遊"), ElementsAre("JP"));
+  EXPECT_FALSE(painter.setTranslation({"星に願いを", "今"}));  // Japanese still
+  EXPECT_TRUE(painter.setTranslation({"我願意為你", "在月光下，我的朋友，"}));
+  EXPECT_THAT(facesOf("在月光下，我的骨"), ElementsAre("TC"));
+  EXPECT_TRUE(painter.setTranslation({"Hello"}));
+  EXPECT_THAT(facesOf("在月光下，我的骨"), ElementsAre("SC"));
+}
+
 TEST_F(PainterLanguageTest, TheRestOfACutTextHasTheLanguageOfTheWhole) {
   // Neither is cut short: the last two lines of the first stand on one.
   const Picture cut = paintText(captionDrawing("夜空に消える\n骨直遊\n東京", 400, 88, font));

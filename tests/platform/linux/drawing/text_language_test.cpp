@@ -61,6 +61,47 @@ TEST(TextLanguageTest, OneLineWithKanaTellsForAllLinesOfAText) {
   EXPECT_STREQ(languageTag("夜空に消える\n東京"), "ja");
 }
 
+TEST(TextLanguageTest, HanCharactersAloneAreOfTheLanguageOfTheirTranslation) {
+  EXPECT_STREQ(languageTag("夜空", "ja"), "ja");
+  EXPECT_STREQ(languageTag("東京", "ja"), "ja");
+  EXPECT_STREQ(languageTag("愛", "ko"), "ko");
+  EXPECT_STREQ(languageTag("在月光下，我的朋友，", "zh-tw"), "zh-tw");
+  EXPECT_STREQ(languageTag("大阪", "zh-cn"), "zh-cn");
+  EXPECT_STREQ(languageTag("夜空", "en"), "zh-cn");
+}
+
+TEST(TextLanguageTest, TheTranslationHasNoSayOverCharactersThatItsLanguageHasNot) {
+  EXPECT_STREQ(languageTag("我们爱你", "ja"), "zh-cn");
+  EXPECT_STREQ(languageTag("我们爱你", "zh-tw"), "zh-cn");
+  EXPECT_STREQ(languageTag("妳好", "zh-cn"), "zh-tw");
+  EXPECT_STREQ(languageTag("我们", "ko"), "zh-cn");
+}
+
+TEST(TextLanguageTest, TheTranslationHasNoSayOverTextsThatTellTheirLanguage) {
+  EXPECT_STREQ(languageTag("夜の空", "zh-cn"), "ja");
+  EXPECT_STREQ(languageTag("漢字와 한글", "ja"), "ko");
+  EXPECT_STREQ(languageTag("骨ㄍㄨˇ", "ja"), "zh-tw");
+  EXPECT_STREQ(languageTag("Hello", "ja"), "en");
+}
+
+TEST(TextLanguageTest, ATranslationIsOfTheLanguageThatItsTextsTell) {
+  EXPECT_STREQ(commonLanguage({}), "en");
+  EXPECT_STREQ(commonLanguage({"Hello", "", "♪"}), "en");
+  EXPECT_STREQ(commonLanguage({"夜空", "夢の中で", "東京"}), "ja");
+  EXPECT_STREQ(commonLanguage({"愛", "사랑", "Hello", "Hello"}), "ko");
+  EXPECT_STREQ(commonLanguage({"我的朋友，", "我願意", "月光下"}), "zh-tw");
+  EXPECT_STREQ(commonLanguage({"我的朋友，", "我愿意", "月光下"}), "zh-cn");
+  // A Chinese translation may quote a word now and then.
+  EXPECT_STREQ(commonLanguage({"我愿意", "我们", "爱", "月光", "在「サヨナラ」之后"}), "zh-cn");
+}
+
+TEST(TextLanguageTest, OnlySoManyTextsOfATranslationAreLookedAt) {
+  std::vector<std::string_view> texts(mostTexts - 1, "我愿意");
+  texts.insert(texts.begin(), 1000, "Hello");
+  texts.insert(texts.end(), mostTexts, "夢の中で");
+  EXPECT_STREQ(commonLanguage(texts), "zh-cn");
+}
+
 TEST(TextLanguageTest, EquivalentTextsHaveOneLanguage) {
   // 神 (U+FA19) is another spelling of 神, 樂 (U+F914) of 樂.
   EXPECT_STREQ(languageTag("\uF914"), languageTag("樂"));
