@@ -84,7 +84,7 @@ struct Screen::Impl {
   }
 };
 
-Screen::Screen(std::unique_ptr<Impl> impl_) : impl(std::move(impl_)) {}
+Screen::Screen(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
 Screen::~Screen() = default;
 
 std::unique_ptr<Screen> Screen::open() {
@@ -99,13 +99,13 @@ std::unique_ptr<Screen> Screen::open() {
 }
 
 std::optional<Picture> Screen::whole() const {
-  return impl->grab(impl->screen->root, impl->screen->width_in_pixels,
-                    impl->screen->height_in_pixels);
+  return impl_->grab(impl_->screen->root, impl_->screen->width_in_pixels,
+                     impl_->screen->height_in_pixels);
 }
 
 std::optional<WindowPicture> Screen::windowAlone(const std::string& windowClass) const {
-  xcb_connection_t* const c = impl->connection.get();
-  const xcb_window_t window = impl->topLevelOf(windowClass, impl->screen->root, 0);
+  xcb_connection_t* const c = impl_->connection.get();
+  const xcb_window_t window = impl_->topLevelOf(windowClass, impl_->screen->root, 0);
   if (window == XCB_NONE) return std::nullopt;
   const Reply<xcb_get_geometry_reply_t> geometry(
       xcb_get_geometry_reply(c, xcb_get_geometry(c, window), nullptr));
@@ -119,11 +119,11 @@ std::optional<WindowPicture> Screen::windowAlone(const std::string& windowClass)
   if (error) return std::nullopt;
   const int border = 2 * geometry->border_width;
   const std::optional<Picture> own =
-      impl->grab(pixmap, geometry->width + border, geometry->height + border);
+      impl_->grab(pixmap, geometry->width + border, geometry->height + border);
   xcb_free_pixmap(c, pixmap);
   if (!own) return std::nullopt;
   WindowPicture result{
-      {impl->screen->width_in_pixels, impl->screen->height_in_pixels, {}},
+      {impl_->screen->width_in_pixels, impl_->screen->height_in_pixels, {}},
       {double(geometry->x), double(geometry->y), double(own->width), double(own->height)}};
   result.pixels.resize(static_cast<std::size_t>(result.width) *
                        static_cast<std::size_t>(result.height));

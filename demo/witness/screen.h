@@ -46,7 +46,7 @@ class Screen {
  private:
   struct Impl;
   explicit Screen(std::unique_ptr<Impl> impl);
-  std::unique_ptr<Impl> impl;
+  std::unique_ptr<Impl> impl_;
 };
 
 // How many pixels of `area` (pixels of the screen) differ by more than 6 of 255 in some channel,

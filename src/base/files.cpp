@@ -19,43 +19,43 @@ namespace {
 // An open file; closes itself.
 class OpenFile {
  public:
-  explicit OpenFile(int descriptor_) : descriptor(descriptor_) {}
-  OpenFile(OpenFile&& other) noexcept : descriptor(std::exchange(other.descriptor, -1)) {}
+  explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
+  OpenFile(OpenFile&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
   OpenFile& operator=(OpenFile&&) = delete;
   ~OpenFile() { close(); }
 
-  explicit operator bool() const { return descriptor >= 0; }
-  int get() const { return descriptor; }
+  explicit operator bool() const { return descriptor_ >= 0; }
+  int get() const { return descriptor_; }
 
   // Some file systems tell only here that the data did not arrive. Never tried again: the
   // descriptor is gone after an interruption too.
   bool close() {
-    const int closing = std::exchange(descriptor, -1);
+    const int closing = std::exchange(descriptor_, -1);
     return closing < 0 || ::close(closing) == 0 || errno == EINTR;
   }
 
  private:
-  int descriptor;
+  int descriptor_;
 };
 
 // A file that goes away again unless it is kept.
 class TemporaryFile {
  public:
-  explicit TemporaryFile(std::filesystem::path path_) : path(std::move(path_)) {}
+  explicit TemporaryFile(std::filesystem::path path) : path_(std::move(path)) {}
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile() {
-    if (!path.empty()) ::unlink(path.c_str());
+    if (!path_.empty()) ::unlink(path_.c_str());
   }
 
   bool renameTo(const std::filesystem::path& destination) {
-    if (std::rename(path.c_str(), destination.c_str()) != 0) return false;
-    path.clear();
+    if (std::rename(path_.c_str(), destination.c_str()) != 0) return false;
+    path_.clear();
     return true;
   }
 
  private:
-  std::filesystem::path path;
+  std::filesystem::path path_;
 };
 
 template <typename Call>

@@ -23,7 +23,7 @@ TranslationIndex::TranslationIndex(const std::vector<OverlayLine>& given) {
 }
 
 void TranslationIndex::addLines(const std::vector<OverlayLine>& given) {
-  lines.reserve(given.size());
+  lines_.reserve(given.size());
   bool adjacent = false;
   for (const OverlayLine& line : given) {
     const std::string_view translation = OverlayMatching::trimmed(line.translation);
@@ -35,37 +35,37 @@ void TranslationIndex::addLines(const std::vector<OverlayLine>& given) {
       continue;
     }
     if (adjacent) {
-      const std::string_view before = keyOf(lines.size() - 1, 1);
-      lines.back().runsOn = textBeginsWith(std::string(before) + key, before);
+      const std::string_view before = keyOf(lines_.size() - 1, 1);
+      lines_.back().runsOn = textBeginsWith(std::string(before) + key, before);
     }
-    const std::size_t begin = keys.size();
-    keys += key;
-    lines.push_back({begin, keys.size(), std::string(translation), false});
+    const std::size_t begin = keys_.size();
+    keys_ += key;
+    lines_.push_back({begin, keys_.size(), std::string(translation), false});
     adjacent = true;
   }
 }
 
 void TranslationIndex::addRuns() {
-  runs.reserve(lines.size() * longestRun);
+  runs_.reserve(lines_.size() * longestRun);
   const std::hash<std::string_view> hash;
-  for (std::size_t first = 0; first < lines.size(); ++first) {
+  for (std::size_t first = 0; first < lines_.size(); ++first) {
     for (std::size_t count = 1; count <= longestRun; ++count) {
-      runs.push_back({hash(keyOf(first, count)), first, count});
-      if (!lines[first + count - 1].runsOn) break;
+      runs_.push_back({hash(keyOf(first, count)), first, count});
+      if (!lines_[first + count - 1].runsOn) break;
     }
   }
-  std::sort(runs.begin(), runs.end(), [](const Run& a, const Run& b) {
+  std::sort(runs_.begin(), runs_.end(), [](const Run& a, const Run& b) {
     return std::tie(a.hash, a.first, a.count) < std::tie(b.hash, b.first, b.count);
   });
 }
 
 std::string_view TranslationIndex::keyOf(std::size_t first, std::size_t count) const {
-  const std::size_t begin = lines[first].keyBegin;
-  return std::string_view(keys).substr(begin, lines[first + count - 1].keyEnd - begin);
+  const std::size_t begin = lines_[first].keyBegin;
+  return std::string_view(keys_).substr(begin, lines_[first + count - 1].keyEnd - begin);
 }
 
 std::optional<std::string> TranslationIndex::translation(std::string_view row) const {
-  if (lines.empty()) return std::nullopt;
+  if (lines_.empty()) return std::nullopt;
   return translationForKey(OverlayMatching::normalized(row));
 }
 
@@ -74,13 +74,13 @@ std::optional<std::string> TranslationIndex::translationForKey(std::string_view 
   const std::string target = TextServices::canonicalForm(key);
   const std::size_t hash = std::hash<std::string_view>{}(target);
   const auto byHash = [](const Run& run, std::size_t value) { return run.hash < value; };
-  for (auto run = std::lower_bound(runs.begin(), runs.end(), hash, byHash);
-       run != runs.end() && run->hash == hash; ++run) {
+  for (auto run = std::lower_bound(runs_.begin(), runs_.end(), hash, byHash);
+       run != runs_.end() && run->hash == hash; ++run) {
     if (keyOf(run->first, run->count) != target) continue;
-    std::string result = lines[run->first].translation;
+    std::string result = lines_[run->first].translation;
     for (std::size_t line = run->first + 1; line < run->first + run->count; ++line) {
       result += ' ';
-      result += lines[line].translation;
+      result += lines_[line].translation;
     }
     return result;
   }

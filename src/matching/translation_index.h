@@ -37,7 +37,7 @@ class TranslationIndex {
   std::optional<std::string> translationForKey(std::string_view key) const;
 
  private:
-  // A line that may be part of a run. Its key stands in `keys`, so that the joined key of a run is
+  // A line that may be part of a run. Its key stands in `keys_`, so that the joined key of a run is
   // one stretch of that text.
   struct Line {
     std::size_t keyBegin;
@@ -56,9 +56,9 @@ class TranslationIndex {
   void addRuns();
   std::string_view keyOf(std::size_t first, std::size_t count) const;
 
-  std::string keys;
-  std::vector<Line> lines;
-  std::vector<Run> runs;  // by hash, then by first line, then by length
+  std::string keys_;
+  std::vector<Line> lines_;
+  std::vector<Run> runs_;  // by hash, then by first line, then by length
 };
 
 }  // namespace vellora

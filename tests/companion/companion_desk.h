@@ -44,7 +44,7 @@ class CompanionOnTheDesk : public Desk {
   Answer run(std::vector<std::string> words) {
     words.insert(words.begin(), VELLORA_COMPANION);
     words.insert(words.end(), {"--exchange", exchange});
-    const auto log = folder / ("command-" + std::to_string(++runs) + ".log");
+    const auto log = folder / ("command-" + std::to_string(++runs_) + ".log");
     Process process(words, log);
     waitFor([&] { return !process.running(); }, 20);
     std::ifstream file(log);
@@ -70,7 +70,7 @@ class CompanionOnTheDesk : public Desk {
   std::unique_ptr<Process> companion;
 
  private:
-  int runs = 0;
+  int runs_ = 0;
 };
 
 }  // namespace vellora::e2e

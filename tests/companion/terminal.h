@@ -34,9 +34,9 @@ class Terminal {
   std::string row(int number) const;
   bool shows(const std::string& text) const { return screen().find(text) != std::string::npos; }
   // Whether the program has the screen for itself (the alternate one).
-  bool taken() const { return alternate; }
+  bool taken() const { return alternate_; }
 
-  pid_t pid() const { return child; }
+  pid_t pid() const { return child_; }
   std::optional<int> exitStatus();
 
  private:
@@ -46,13 +46,13 @@ class Terminal {
   struct FreeVTerm {
     void operator()(VTerm* terminal) const { vterm_free(terminal); }
   };
-  std::unique_ptr<VTerm, FreeVTerm> terminal;
-  VTermScreen* view = nullptr;
-  VTermScreenCallbacks callbacks{};
-  int master = -1;
-  pid_t child = -1;
-  std::optional<int> status;
-  bool alternate = false;
+  std::unique_ptr<VTerm, FreeVTerm> terminal_;
+  VTermScreen* view_ = nullptr;
+  VTermScreenCallbacks callbacks_{};
+  int master_ = -1;
+  pid_t child_ = -1;
+  std::optional<int> status_;
+  bool alternate_ = false;
 };
 
 }  // namespace vellora::companion

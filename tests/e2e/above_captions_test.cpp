@@ -47,8 +47,8 @@ class AboveTheCaptions : public Desk {
     ASSERT_TRUE(waitFor([&] {
       const auto seen = seenPlayer();
       const auto now = screen->whole();
-      const bool still = seen && seen == player_ && last && now && now->pixels == last->pixels;
-      player_ = seen;
+      const bool still = seen && seen == shownPlayer && last && now && now->pixels == last->pixels;
+      shownPlayer = seen;
       last = now;
       return still && !onlyColor(*now, seen->viewport,
                                  now->at(static_cast<int>(seen->viewport.midX()),
@@ -75,8 +75,8 @@ class AboveTheCaptions : public Desk {
 
   std::vector<Rect> rowsInView() const {
     std::vector<Rect> rows;
-    for (const witness::SeenRow& row : player_->rows) {
-      if (player_->viewport.contains(row.frame)) rows.push_back(row.frame);
+    for (const witness::SeenRow& row : shownPlayer->rows) {
+      if (shownPlayer->viewport.contains(row.frame)) rows.push_back(row.frame);
     }
     return rows;
   }
@@ -93,7 +93,7 @@ class AboveTheCaptions : public Desk {
   }
   bool captionsAsBefore() const {
     const auto now = screen->whole();
-    return now && difference(*now, captioned, player_->viewport).changed == 0;
+    return now && difference(*now, captioned, shownPlayer->viewport).changed == 0;
   }
 
   // A stale command is removed by the next tick: each that goes is a tick that was.
@@ -148,7 +148,7 @@ class AboveTheCaptions : public Desk {
   }
 
   std::unique_ptr<XClient> client;
-  std::optional<witness::SeenPlayer> player_;
+  std::optional<witness::SeenPlayer> shownPlayer;
   Picture bare;
   Picture captioned;
   std::unique_ptr<Process> front;

@@ -40,17 +40,17 @@ void Desk::TearDown() {
   if (writtenFiles) checkWrittenFiles();
   if (HasFailure()) {
     const testing::TestInfo* const info = testing::UnitTest::GetInstance()->current_test_info();
-    const std::filesystem::path kept_ = std::filesystem::path(VELLORA_TEST_OUTPUT) / info->name();
+    const std::filesystem::path left = std::filesystem::path(VELLORA_TEST_OUTPUT) / info->name();
     std::error_code error;
-    std::filesystem::create_directories(kept_, error);
+    std::filesystem::create_directories(left, error);
     if (screen) {
-      if (const auto picture = screen->whole()) picture->writePng(kept_ / "screenshot.png");
+      if (const auto picture = screen->whole()) picture->writePng(left / "screenshot.png");
     }
-    std::filesystem::copy(folder, kept_,
+    std::filesystem::copy(folder, left,
                           std::filesystem::copy_options::recursive |
                               std::filesystem::copy_options::overwrite_existing,
                           error);
-    std::cout << "left in " << kept_ << "\n";
+    std::cout << "left in " << left << "\n";
   }
   if (overlay) overlay->stop();
   if (player) player->stop();
@@ -100,36 +100,36 @@ bool Desk::waitFor(const std::function<bool()>& condition, double seconds) {
 }
 
 void Desk::renew() {
-  if (now() - lastRenewal < 0.5) return;
-  lastRenewal = now();
-  if (kept) {
-    kept->updatedAt = now();
-    ASSERT_TRUE(writeFileAtomically(exchange / "snapshot.json", *encode(*kept)));
+  if (now() - lastRenewal_ < 0.5) return;
+  lastRenewal_ = now();
+  if (kept_) {
+    kept_->updatedAt = now();
+    ASSERT_TRUE(writeFileAtomically(exchange / "snapshot.json", *encode(*kept_)));
   }
-  if (syncing) {
+  if (syncing_) {
     ASSERT_TRUE(writeFileAtomically(exchange / syncRequestFileName, *encode(SyncRequest{now()})));
   }
 }
 
 void Desk::keepSnapshot(OverlaySnapshot snapshot) {
-  kept = std::move(snapshot);
-  lastRenewal = 0;
+  kept_ = std::move(snapshot);
+  lastRenewal_ = 0;
   renew();
 }
 
 void Desk::keepSync() {
-  syncing = true;
-  lastRenewal = 0;
+  syncing_ = true;
+  lastRenewal_ = 0;
   renew();
 }
 
 void Desk::dropSnapshot() {
-  kept.reset();
+  kept_.reset();
   removeFile(exchange / "snapshot.json");
 }
 
 void Desk::dropSync() {
-  syncing = false;
+  syncing_ = false;
   removeFile(exchange / syncRequestFileName);
 }
 

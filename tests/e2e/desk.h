@@ -72,9 +72,9 @@ class Desk : public testing::Test {
  private:
   void renew();
   void checkWrittenFiles();
-  std::optional<OverlaySnapshot> kept;
-  bool syncing = false;
-  double lastRenewal = 0;
+  std::optional<OverlaySnapshot> kept_;
+  bool syncing_ = false;
+  double lastRenewal_ = 0;
 };
 
 }  // namespace vellora::e2e

@@ -49,19 +49,21 @@ Process::Process(std::vector<std::string> arguments, const std::string& log,
   posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&actions, 1, log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
   posix_spawn_file_actions_adddup2(&actions, 1, 2);
-  const int error = posix_spawnp(&id, argv[0], &actions, nullptr, argv.data(), envp.data());
+  const int error = posix_spawnp(&id_, argv[0], &actions, nullptr, argv.data(), envp.data());
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) throw std::runtime_error("cannot start " + arguments[0]);
 }
 
-Process::Process(Process&& other) noexcept : id(other.id), status(other.status) { other.id = -1; }
+Process::Process(Process&& other) noexcept : id_(other.id_), status_(other.status_) {
+  other.id_ = -1;
+}
 
 Process& Process::operator=(Process&& other) noexcept {
   if (this != &other) {
     stop();
-    id = other.id;
-    status = other.status;
-    other.id = -1;
+    id_ = other.id_;
+    status_ = other.status_;
+    other.id_ = -1;
   }
   return *this;
 }
@@ -69,40 +71,40 @@ Process& Process::operator=(Process&& other) noexcept {
 Process::~Process() { stop(); }
 
 void Process::reap(bool wait) {
-  if (id < 0 || status) return;
+  if (id_ < 0 || status_) return;
   int waited = 0;
-  if (waitpid(id, &waited, wait ? 0 : WNOHANG) == id) status = statusOf(waited);
+  if (waitpid(id_, &waited, wait ? 0 : WNOHANG) == id_) status_ = statusOf(waited);
 }
 
 bool Process::running() {
   reap(false);
-  return id >= 0 && !status;
+  return id_ >= 0 && !status_;
 }
 
 std::optional<int> Process::exitStatus() {
   reap(false);
-  return status;
+  return status_;
 }
 
 void Process::signal(int number) const {
-  if (id >= 0 && !status) kill(id, number);
+  if (id_ >= 0 && !status_) kill(id_, number);
 }
 
 void Process::stop() {
   if (!running()) return;
-  kill(id, SIGCONT);
-  kill(id, SIGTERM);
+  kill(id_, SIGCONT);
+  kill(id_, SIGTERM);
   for (const Deadline deadline = after(std::chrono::seconds(5)); running() && !passed(deadline);) {
     poll(nullptr, 0, 10);
   }
   if (running()) {
-    kill(id, SIGKILL);
+    kill(id_, SIGKILL);
     reap(true);
   }
 }
 
 double Process::processorTime() const {
-  std::ifstream file("/proc/" + std::to_string(id) + "/stat");
+  std::ifstream file("/proc/" + std::to_string(id_) + "/stat");
   std::string line;
   std::getline(file, line);
   const std::size_t name = line.rfind(')');
@@ -117,7 +119,7 @@ double Process::processorTime() const {
 }
 
 long Process::residentKilobytes() const {
-  std::ifstream file("/proc/" + std::to_string(id) + "/status");
+  std::ifstream file("/proc/" + std::to_string(id_) + "/status");
   for (std::string line; std::getline(file, line);) {
     if (line.starts_with("VmRSS:")) return std::stol(line.substr(6));
   }

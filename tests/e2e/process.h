@@ -20,7 +20,7 @@ class Process {
   Process& operator=(Process&& other) noexcept;
   ~Process();
 
-  pid_t pid() const { return id; }
+  pid_t pid() const { return id_; }
   bool running();
   // The exit status once it has ended by itself (128 + the signal's number for a signal).
   std::optional<int> exitStatus();
@@ -34,8 +34,8 @@ class Process {
 
  private:
   void reap(bool wait);
-  pid_t id = -1;
-  std::optional<int> status;
+  pid_t id_ = -1;
+  std::optional<int> status_;
 };
 
 // Runs a program to its end, ten seconds at most, and gives its standard output.

@@ -11,12 +11,12 @@ namespace {
 // with its connection.
 class ScaleSetting {
  public:
-  ScaleSetting() : connection(xcb_connect(nullptr, nullptr), xcb_disconnect) {
+  ScaleSetting() : connection_(xcb_connect(nullptr, nullptr), xcb_disconnect) {
     const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(c())).data;
-    xcb_create_window(c(), XCB_COPY_FROM_PARENT, window, screen->root, -10, -10, 1, 1, 0,
+    xcb_create_window(c(), XCB_COPY_FROM_PARENT, window_, screen->root, -10, -10, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
     set(1);
-    xcb_set_selection_owner(c(), window, atom("_XSETTINGS_S0"), XCB_CURRENT_TIME);
+    xcb_set_selection_owner(c(), window_, atom("_XSETTINGS_S0"), XCB_CURRENT_TIME);
     xcb_flush(c());
   }
   void set(char scale) {
@@ -24,15 +24,15 @@ class ScaleSetting {
     char bytes[] =
         "\0\0\0\0\0\0\0\0\1\0\0\0"
         "\0\0\x17\0Gdk/WindowScalingFactor\0\0\0\0\0\0\0\0";
-    bytes[4] = bytes[40] = ++serial;
+    bytes[4] = bytes[40] = ++serial_;
     bytes[44] = scale;
     const xcb_atom_t settings = atom("_XSETTINGS_SETTINGS");
-    xcb_change_property(c(), XCB_PROP_MODE_REPLACE, window, settings, settings, 8, 48, bytes);
+    xcb_change_property(c(), XCB_PROP_MODE_REPLACE, window_, settings, settings, 8, 48, bytes);
     xcb_flush(c());
   }
 
  private:
-  xcb_connection_t* c() const { return connection.get(); }
+  xcb_connection_t* c() const { return connection_.get(); }
   xcb_atom_t atom(const char* name) const {
     const auto cookie =
         xcb_intern_atom(c(), 0, static_cast<std::uint16_t>(std::strlen(name)), name);
@@ -41,9 +41,9 @@ class ScaleSetting {
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
   }
 
-  std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection;
-  xcb_window_t window = xcb_generate_id(c());
-  char serial = 0;
+  std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection_;
+  xcb_window_t window_ = xcb_generate_id(c());
+  char serial_ = 0;
 };
 
 class WitnessOnTheDesk : public Desk {

@@ -24,16 +24,16 @@ class WrittenFiles {
   void wait(int milliseconds);
   // How many writes of that file were seen.
   std::size_t count(const std::string& name) const;
-  std::size_t count() const { return total; }
+  std::size_t count() const { return total_; }
 
  private:
   void keep(const std::filesystem::path& folder, const std::string& name);
 
-  std::filesystem::path kept;
-  int descriptor;
-  std::map<int, std::filesystem::path> folders;  // by watch descriptor
-  std::map<std::string, std::size_t> counts;
-  std::size_t total = 0;
+  std::filesystem::path kept_;
+  int descriptor_;
+  std::map<int, std::filesystem::path> folders_;  // by watch descriptor
+  std::map<std::string, std::size_t> counts_;
+  std::size_t total_ = 0;
 };
 
 }  // namespace vellora::e2e

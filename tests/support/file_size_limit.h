@@ -10,21 +10,21 @@ namespace vellora {
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t bytes) {
-    handler = ::signal(SIGXFSZ, SIG_IGN);
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit limit{bytes, before.rlim_max};
+    handler_ = ::signal(SIGXFSZ, SIG_IGN);
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit{bytes, before_.rlim_max};
     ::setrlimit(RLIMIT_FSIZE, &limit);
   }
   FileSizeLimit(const FileSizeLimit&) = delete;
   FileSizeLimit& operator=(const FileSizeLimit&) = delete;
   ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    ::signal(SIGXFSZ, handler);
+    ::setrlimit(RLIMIT_FSIZE, &before_);
+    ::signal(SIGXFSZ, handler_);
   }
 
  private:
-  rlimit before{};
-  void (*handler)(int);
+  rlimit before_{};
+  void (*handler_)(int);
 };
 
 }  // namespace vellora

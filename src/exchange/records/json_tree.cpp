@@ -22,12 +22,12 @@ class TrackingIterator {
   using pointer = const char*;
   using reference = const char&;
 
-  TrackingIterator(const char* current_, const char** position_)
-      : current(current_), position(position_) {}
+  TrackingIterator(const char* current, const char** position)
+      : current_(current), position_(position) {}
 
-  reference operator*() const { return *current; }
+  reference operator*() const { return *current_; }
   TrackingIterator& operator++() {
-    *position = ++current;
+    *position_ = ++current_;
     return *this;
   }
   TrackingIterator operator++(int) {
@@ -35,22 +35,22 @@ class TrackingIterator {
     ++*this;
     return before;
   }
-  bool operator==(const TrackingIterator& other) const { return current == other.current; }
-  bool operator!=(const TrackingIterator& other) const { return current != other.current; }
+  bool operator==(const TrackingIterator& other) const { return current_ == other.current_; }
+  bool operator!=(const TrackingIterator& other) const { return current_ != other.current_; }
 
  private:
-  const char* current;
-  const char** position;
+  const char* current_;
+  const char** position_;
 };
 
 // Builds the tree from the parser's events.
 class TreeBuilder : public Library::json_sax_t {
  public:
-  TreeBuilder(const char* begin_, const char* end_) : position(begin_), begin(begin_), end(end_) {}
+  TreeBuilder(const char* begin, const char* end) : position_(begin), begin_(begin), end_(end) {}
 
-  TrackingIterator first() { return {begin, &position}; }
-  TrackingIterator last() { return {end, &position}; }
-  std::optional<JsonValue> takeRoot() { return std::move(root); }
+  TrackingIterator first() { return {begin_, &position_}; }
+  TrackingIterator last() { return {end_, &position_}; }
+  std::optional<JsonValue> takeRoot() { return std::move(root_); }
 
   bool null() override { return add({nullptr}); }
   bool boolean(bool value) override { return add({value}); }
@@ -62,7 +62,7 @@ class TreeBuilder : public Library::json_sax_t {
 
   bool start_object(std::size_t) override { return open({JsonObject{}}); }
   bool key(string_t& value) override {
-    std::get<JsonObject>(stack.back()->value).members.emplace_back(std::move(value), JsonValue{});
+    std::get<JsonObject>(stack_.back()->value).members.emplace_back(std::move(value), JsonValue{});
     return true;
   }
   bool end_object() override { return close(); }
@@ -78,11 +78,11 @@ class TreeBuilder : public Library::json_sax_t {
   // object, or the root. Pointers to open containers stay valid, since only the innermost one
   // grows.
   JsonValue& place(JsonValue value) {
-    if (stack.empty()) return root.emplace(std::move(value));
-    if (auto* const array = std::get_if<JsonArray>(&stack.back()->value)) {
+    if (stack_.empty()) return root_.emplace(std::move(value));
+    if (auto* const array = std::get_if<JsonArray>(&stack_.back()->value)) {
       return array->emplace_back(std::move(value));
     }
-    JsonValue& member = std::get<JsonObject>(stack.back()->value).members.back().second;
+    JsonValue& member = std::get<JsonObject>(stack_.back()->value).members.back().second;
     return member = std::move(value);
   }
 
@@ -92,13 +92,13 @@ class TreeBuilder : public Library::json_sax_t {
   }
 
   bool open(JsonValue container) {
-    if (stack.size() == deepestJson) return false;
-    stack.push_back(&place(std::move(container)));
+    if (stack_.size() == deepestJson) return false;
+    stack_.push_back(&place(std::move(container)));
     return true;
   }
 
   bool close() {
-    stack.pop_back();
+    stack_.pop_back();
     return true;
   }
 
@@ -107,18 +107,18 @@ class TreeBuilder : public Library::json_sax_t {
     const auto belongs = [](char c) {
       return (c >= '0' && c <= '9') || c == '-' || c == '+' || c == '.' || c == 'e' || c == 'E';
     };
-    const char* after = position;
-    if (after != begin && !belongs(after[-1])) --after;
+    const char* after = position_;
+    if (after != begin_ && !belongs(after[-1])) --after;
     const char* start = after;
-    while (start != begin && belongs(start[-1])) --start;
+    while (start != begin_ && belongs(start[-1])) --start;
     return add({JsonNumber{{start, after}}});
   }
 
-  const char* position;
-  const char* begin;
-  const char* end;
-  std::optional<JsonValue> root;
-  std::vector<JsonValue*> stack;
+  const char* position_;
+  const char* begin_;
+  const char* end_;
+  std::optional<JsonValue> root_;
+  std::vector<JsonValue*> stack_;
 };
 
 }  // namespace

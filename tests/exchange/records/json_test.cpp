@@ -121,27 +121,27 @@ class RandomRecords {
  public:
   double number() {
     while (true) {
-      const double value = std::bit_cast<double>(engine());
+      const double value = std::bit_cast<double>(engine_());
       if (std::isfinite(value))
-        return engine() % 3 == 0 ? std::floor(std::fmod(value, 1e7)) : value;
+        return engine_() % 3 == 0 ? std::floor(std::fmod(value, 1e7)) : value;
     }
   }
-  std::int64_t integer() { return static_cast<std::int64_t>(engine() >> (engine() % 64)); }
-  bool flag() { return engine() % 2 == 0; }
+  std::int64_t integer() { return static_cast<std::int64_t>(engine_() >> (engine_() % 64)); }
+  bool flag() { return engine_() % 2 == 0; }
   std::string text() {
     static constexpr char32_t limits[] = {0x20, 0x80, 0x800, 0xD800, 0x10000, 0x110000};
     std::string result;
-    for (auto count = engine() % 12; count > 0; --count) {
-      const char32_t limit = limits[engine() % std::size(limits)];
-      const auto character = static_cast<char32_t>(engine() % limit);
+    for (auto count = engine_() % 12; count > 0; --count) {
+      const char32_t limit = limits[engine_() % std::size(limits)];
+      const auto character = static_cast<char32_t>(engine_() % limit);
       if (character < 0xD800 || character > 0xDFFF) appendCharacter(result, character);
     }
     return result;
   }
-  MusicCommand::Action action() { return static_cast<MusicCommand::Action>(engine() % 5); }
+  MusicCommand::Action action() { return static_cast<MusicCommand::Action>(engine_() % 5); }
 
  private:
-  std::mt19937_64 engine{20240607};
+  std::mt19937_64 engine_{20240607};
 };
 
 template <typename Record>

@@ -30,7 +30,7 @@ std::optional<ReplacementRules> ReplacementRules::parse(std::string_view written
     if (!rules.add(written.substr(0, end))) return std::nullopt;
     written.remove_prefix(std::min(end + 1, written.size()));
   }
-  if (rules.byFirst.empty()) return std::nullopt;
+  if (rules.byFirst_.empty()) return std::nullopt;
   return rules;
 }
 
@@ -45,17 +45,17 @@ bool ReplacementRules::add(std::string_view line) {
   if (!isLiteral(piece) || !isLiteral(replacement)) return false;
   std::size_t at = 0;
   const char32_t first = nextCharacter(piece, at);
-  lowest = std::min(lowest, first);
-  highest = std::max(highest, first);
-  byFirst[first].push_back({std::string(piece), std::string(replacement)});
+  lowest_ = std::min(lowest_, first);
+  highest_ = std::max(highest_, first);
+  byFirst_[first].push_back({std::string(piece), std::string(replacement)});
   return true;
 }
 
 const ReplacementRules::Rule* ReplacementRules::fitting(char32_t first,
                                                         std::string_view text) const {
-  if (first < lowest || first > highest) return nullptr;
-  const auto rules = byFirst.find(first);
-  if (rules == byFirst.end()) return nullptr;
+  if (first < lowest_ || first > highest_) return nullptr;
+  const auto rules = byFirst_.find(first);
+  if (rules == byFirst_.end()) return nullptr;
   for (const Rule& rule : rules->second) {
     if (text.starts_with(rule.piece)) return &rule;
   }

@@ -32,9 +32,9 @@ class ReplacementRules {
   // The first rule that fits at the beginning of `text`, which begins with `first`.
   const Rule* fitting(char32_t first, std::string_view text) const;
 
-  std::unordered_map<char32_t, std::vector<Rule>> byFirst;  // in the order of writing
-  char32_t lowest = 0x10FFFF;                               // the bounds of the first characters
-  char32_t highest = 0;
+  std::unordered_map<char32_t, std::vector<Rule>> byFirst_;  // in the order of writing
+  char32_t lowest_ = 0x10FFFF;                               // the bounds of the first characters
+  char32_t highest_ = 0;
 };
 
 }  // namespace vellora

@@ -24,10 +24,10 @@ class Simplifier {
   }
 
   std::optional<std::string> simplified(std::string_view text) const {
-    if (rules) return rules->apply(text);
-    if (transliterator == nullptr) return std::nullopt;
+    if (rules_) return rules_->apply(text);
+    if (!transliterator_) return std::nullopt;
     icu::UnicodeString buffer = icuText(text);
-    transliterator->transliterate(buffer);
+    transliterator_->transliterate(buffer);
     std::string result;
     appendText(result, buffer);
     return result;
@@ -36,19 +36,19 @@ class Simplifier {
  private:
   Simplifier() {
     UErrorCode error = U_ZERO_ERROR;
-    transliterator.reset(icu::Transliterator::createInstance(
+    transliterator_.reset(icu::Transliterator::createInstance(
         icu::UnicodeString::fromUTF8("Traditional-Simplified"), UTRANS_FORWARD, error));
-    if (U_FAILURE(error)) transliterator.reset();
-    if (transliterator == nullptr) return;
+    if (U_FAILURE(error)) transliterator_.reset();
+    if (!transliterator_) return;
     icu::UnicodeString source;
     std::string written;
-    appendText(written, transliterator->toRules(source, false));
-    rules = ReplacementRules::parse(written);
-    if (rules) transliterator.reset();
+    appendText(written, transliterator_->toRules(source, false));
+    rules_ = ReplacementRules::parse(written);
+    if (rules_) transliterator_.reset();
   }
 
-  std::unique_ptr<icu::Transliterator> transliterator;
-  std::optional<ReplacementRules> rules;
+  std::unique_ptr<icu::Transliterator> transliterator_;
+  std::optional<ReplacementRules> rules_;
 };
 
 }  // namespace

@@ -115,22 +115,22 @@ class GtkChangesTest : public testing::Test {
   void SetUp() override {
     ASSERT_NE(std::getenv("VELLORA_SESSION_PIDS"), nullptr)
         << "run this through scripts/session, which gives it a desktop of its own";
-    accessibility_->requestTrust();
-    ASSERT_TRUE(eventually([&] { return accessibility_->isTrusted(); }));
-    program_ = std::make_unique<ChangingProgram>();
-    ASSERT_EQ(program_->answer(), "ready");
+    remembering->requestTrust();
+    ASSERT_TRUE(eventually([&] { return remembering->isTrusted(); }));
+    program = std::make_unique<ChangingProgram>();
+    ASSERT_EQ(program->answer(), "ready");
     ASSERT_TRUE(eventually([&] {
-      const auto found = PlainElement::program(program_->pid());
-      if (found) plain_ = std::make_unique<PlainAccessibility>(found);
-      return plain_ && readMusic(program_->pid(), *plain_, clock_);
+      const auto found = PlainElement::program(program->pid());
+      if (found) plainly = std::make_unique<PlainAccessibility>(found);
+      return plainly && readMusic(program->pid(), *plainly, clock);
     }));
   }
 
   // All that a reading can see of the program.
   std::string read(Accessibility& accessibility) const {
-    std::string text = dump(readMusic(program_->pid(), accessibility, clock_));
+    std::string text = dump(readMusic(program->pid(), accessibility, clock));
     const AttributeValue windows =
-        accessibility.applicationElement(program_->pid(), ReadingLimits())
+        accessibility.applicationElement(program->pid(), ReadingLimits())
             ->attribute(AccessibilityAttribute::windows);
     if (const auto* list = std::get_if<AccessibilityElements>(&windows)) {
       for (const auto& window : *list) dumpTree(*window, 0, text);
@@ -138,13 +138,13 @@ class GtkChangesTest : public testing::Test {
     return text;
   }
 
-  std::string remembered() const { return read(*accessibility_); }
-  std::string plain() const { return read(*plain_); }
+  std::string remembered() const { return read(*remembering); }
+  std::string plain() const { return read(*plainly); }
 
   // Has the operation carried out; its number is `seed`.
   void change(const std::string& operation, unsigned seed) const {
-    program_->tell(operation + " " + std::to_string(seed));
-    ASSERT_EQ(program_->answer(), "done") << operation;
+    program->tell(operation + " " + std::to_string(seed));
+    ASSERT_EQ(program->answer(), "done") << operation;
   }
 
   // Whether a reading with memory sees what is there. The window may still be on its way to where
@@ -154,20 +154,20 @@ class GtkChangesTest : public testing::Test {
     const auto deadline = Steady::now() + patience;
     for (int wrong = 0; wrong < 3 && Steady::now() < deadline;) {
       const std::string mine = remembered();
-      there_ = plain();
-      if (mine == there_) return true;
-      difference_ = firstDifference(mine, there_);
+      there = plain();
+      if (mine == there) return true;
+      difference = firstDifference(mine, there);
       const auto empty = makeLinuxAccessibility();
-      if (read(*empty) == there_) ++wrong;
+      if (read(*empty) == there) ++wrong;
     }
     return false;
   }
 
   std::vector<std::string> operations(const std::string& kind) const {
     std::vector<std::string> names;
-    program_->tell("list");
-    for (std::string line = program_->answer(); !line.empty() && line != "end";
-         line = program_->answer()) {
+    program->tell("list");
+    for (std::string line = program->answer(); !line.empty() && line != "end";
+         line = program->answer()) {
       if (line.starts_with(kind + " ")) names.push_back(line.substr(kind.size() + 1));
     }
     return names;
@@ -182,17 +182,17 @@ class GtkChangesTest : public testing::Test {
     return true;
   }
 
-  std::shared_ptr<Accessibility> accessibility_ = makeLinuxAccessibility();
-  StoppedClock clock_;
-  std::unique_ptr<ChangingProgram> program_;
-  std::unique_ptr<PlainAccessibility> plain_;
-  std::string there_;       // the last plain reading of `agrees`
-  std::string difference_;  // from it
+  std::shared_ptr<Accessibility> remembering = makeLinuxAccessibility();
+  StoppedClock clock;
+  std::unique_ptr<ChangingProgram> program;
+  std::unique_ptr<PlainAccessibility> plainly;
+  std::string there;       // the last plain reading of `agrees`
+  std::string difference;  // from it
 };
 
 TEST_F(GtkChangesTest, SignalledChangesAreSeenAtOnce) {
-  accessibility_ = makeLinuxAccessibility(std::chrono::hours(1));  // they are not seen by its age
-  ASSERT_TRUE(agrees()) << difference_;
+  remembering = makeLinuxAccessibility(std::chrono::hours(1));  // they are not seen by its age
+  ASSERT_TRUE(agrees()) << difference;
   const auto signalled = operations("signalled");
   auto inOrder = operations("unseen");
   inOrder.insert(inOrder.end(), signalled.begin(), signalled.end());
@@ -202,10 +202,10 @@ TEST_F(GtkChangesTest, SignalledChangesAreSeenAtOnce) {
   std::set<std::string> hadEffect;
   for (const auto& order : {inOrder, shuffled}) {
     for (const std::string& operation : order) {
-      const std::string before = there_;
+      const std::string before = there;
       ASSERT_NO_FATAL_FAILURE(change(operation, static_cast<unsigned>(random())));
-      EXPECT_TRUE(agrees()) << "after " << operation << ":\n" << difference_;
-      if (there_ != before) hadEffect.insert(operation);
+      EXPECT_TRUE(agrees()) << "after " << operation << ":\n" << difference;
+      if (there != before) hadEffect.insert(operation);
     }
   }
   EXPECT_GT(signalled.size(), 50U);
@@ -216,13 +216,12 @@ TEST_F(GtkChangesTest, SignalledChangesAreSeenAtOnce) {
 
 TEST_F(GtkChangesTest, AMenuThatIsOpenLeavesTheLyricsInFront) {
   const auto rows = [this] {
-    const auto layout = readMusic(program_->pid(), *accessibility_, clock_);
+    const auto layout = readMusic(program->pid(), *remembering, clock);
     return layout ? layout->rows.size() : 0;
   };
   const auto windows = [this] {
-    const AttributeValue value =
-        accessibility_->applicationElement(program_->pid(), ReadingLimits())
-            ->attribute(AccessibilityAttribute::windows);
+    const AttributeValue value = remembering->applicationElement(program->pid(), ReadingLimits())
+                                     ->attribute(AccessibilityAttribute::windows);
     const auto* list = std::get_if<AccessibilityElements>(&value);
     return list ? list->size() : 0;
   };
@@ -235,22 +234,22 @@ TEST_F(GtkChangesTest, AMenuThatIsOpenLeavesTheLyricsInFront) {
 }
 
 TEST_F(GtkChangesTest, ChangesThatGtkDoesNotSignalAreSeenWithinASecond) {
-  ASSERT_TRUE(agrees()) << difference_;
+  ASSERT_TRUE(agrees()) << difference;
   const auto unsignalled = operations("unsignalled");
   EXPECT_GT(unsignalled.size(), 15U);
   std::mt19937 random(1);
   for (const std::string& operation : unsignalled) {
-    const std::string before = there_;
+    const std::string before = there;
     ASSERT_NO_FATAL_FAILURE(change(operation, static_cast<unsigned>(random())));
-    there_ = plain();
-    EXPECT_TRUE(there_ != before) << operation << " changed nothing";
+    there = plain();
+    EXPECT_TRUE(there != before) << operation << " changed nothing";
     remembered();
   }
   const auto changed = Steady::now();
-  while (remembered() != there_ && Steady::now() < changed + longestMemory) {
+  while (remembered() != there && Steady::now() < changed + longestMemory) {
     poll(nullptr, 0, 100);
   }
-  EXPECT_TRUE(agrees()) << difference_;
+  EXPECT_TRUE(agrees()) << difference;
 }
 
 }  // namespace
