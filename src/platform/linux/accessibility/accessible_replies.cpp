@@ -15,12 +15,16 @@ int takeReference(sd_bus_message* reply, std::optional<AccessibleReference>& ref
   const char* path = nullptr;
   const int result = sd_bus_message_read(reply, "(so)", &bus, &path);
   reference.reset();
-  if (result > 0 && *bus && path != nullPath) reference = AccessibleReference{bus, path};
+  if (result > 0 && *bus != '\0' && path != nullPath) reference = AccessibleReference{bus, path};
   return result;
 }
 
-bool isText(const char* contents) { return contents && contents == std::string_view("s"); }
-bool isCount(const char* contents) { return contents && contents == std::string_view("i"); }
+bool isText(const char* contents) {
+  return contents != nullptr && contents == std::string_view("s");
+}
+bool isCount(const char* contents) {
+  return contents != nullptr && contents == std::string_view("i");
+}
 
 // At a variant: takes it when it is one that `properties` has a place for, else passes over it.
 bool takeProperty(sd_bus_message* reply, std::string_view name, AccessibleProperties& properties) {
@@ -31,7 +35,7 @@ bool takeProperty(sd_bus_message* reply, std::string_view name, AccessibleProper
                                      : name == "Description"  ? &properties.description
                                      : name == "AccessibleId" ? &properties.identifier
                                                               : nullptr;
-  if (text && isText(contents)) {
+  if (text != nullptr && isText(contents)) {
     const char* value = nullptr;
     if (sd_bus_message_read(reply, "v", "s", &value) <= 0) return false;
     *text = value;
@@ -50,20 +54,21 @@ bool takeProperty(sd_bus_message* reply, std::string_view name, AccessibleProper
 
 std::optional<std::uint32_t> readNumber(sd_bus_message* reply) {
   std::uint32_t value = 0;
-  if (!reply || sd_bus_message_read(reply, "u", &value) <= 0) return std::nullopt;
+  if (reply == nullptr || sd_bus_message_read(reply, "u", &value) <= 0) return std::nullopt;
   return value;
 }
 
 std::optional<std::string> readText(sd_bus_message* reply) {
   const char* value = nullptr;
-  if (!reply || sd_bus_message_read(reply, "s", &value) <= 0) return std::nullopt;
+  if (reply == nullptr || sd_bus_message_read(reply, "s", &value) <= 0) return std::nullopt;
   return value;
 }
 
 std::optional<std::uint64_t> readStates(sd_bus_message* reply) {
   const void* words = nullptr;
   std::size_t size = 0;
-  if (!reply || sd_bus_message_read_array(reply, 'u', &words, &size) <= 0) return std::nullopt;
+  if (reply == nullptr || sd_bus_message_read_array(reply, 'u', &words, &size) <= 0)
+    return std::nullopt;
   const auto* word = static_cast<const std::uint32_t*>(words);
   std::uint64_t states = 0;
   if (size >= sizeof(*word)) states = word[0];
@@ -73,8 +78,8 @@ std::optional<std::uint64_t> readStates(sd_bus_message* reply) {
 
 std::optional<AccessibleExtents> readExtents(sd_bus_message* reply) {
   AccessibleExtents extents;
-  if (!reply || sd_bus_message_read(reply, "(iiii)", &extents.x, &extents.y, &extents.width,
-                                    &extents.height) <= 0) {
+  if (reply == nullptr || sd_bus_message_read(reply, "(iiii)", &extents.x, &extents.y,
+                                              &extents.width, &extents.height) <= 0) {
     return std::nullopt;
   }
   return extents;
@@ -82,18 +87,19 @@ std::optional<AccessibleExtents> readExtents(sd_bus_message* reply) {
 
 std::optional<std::string> readTextProperty(sd_bus_message* reply) {
   const char* value = nullptr;
-  if (!reply || sd_bus_message_read(reply, "v", "s", &value) <= 0) return std::nullopt;
+  if (reply == nullptr || sd_bus_message_read(reply, "v", "s", &value) <= 0) return std::nullopt;
   return value;
 }
 
 std::optional<std::int32_t> readCountProperty(sd_bus_message* reply) {
   std::int32_t value = 0;
-  if (!reply || sd_bus_message_read(reply, "v", "i", &value) <= 0) return std::nullopt;
+  if (reply == nullptr || sd_bus_message_read(reply, "v", "i", &value) <= 0) return std::nullopt;
   return value;
 }
 
 std::optional<AccessibleProperties> readAllProperties(sd_bus_message* reply) {
-  if (!reply || sd_bus_message_enter_container(reply, 'a', "{sv}") <= 0) return std::nullopt;
+  if (reply == nullptr || sd_bus_message_enter_container(reply, 'a', "{sv}") <= 0)
+    return std::nullopt;
   AccessibleProperties properties;
   while (sd_bus_message_enter_container(reply, 'e', "sv") > 0) {
     const char* name = nullptr;
@@ -106,13 +112,14 @@ std::optional<AccessibleProperties> readAllProperties(sd_bus_message* reply) {
 
 std::optional<AccessibleReference> readReference(sd_bus_message* reply) {
   std::optional<AccessibleReference> reference;
-  if (reply) takeReference(reply, reference);
+  if (reply != nullptr) takeReference(reply, reference);
   return reference;
 }
 
 std::optional<std::vector<AccessibleReference>> readReferences(sd_bus_message* reply,
                                                                std::size_t most) {
-  if (!reply || sd_bus_message_enter_container(reply, 'a', "(so)") <= 0) return std::nullopt;
+  if (reply == nullptr || sd_bus_message_enter_container(reply, 'a', "(so)") <= 0)
+    return std::nullopt;
   std::vector<AccessibleReference> references;
   std::optional<AccessibleReference> reference;
   while (references.size() < most && takeReference(reply, reference) > 0) {

@@ -82,8 +82,8 @@ AccessibleChanges ChangeWatch::take() { return std::exchange(changes_, {}); }
 void ChangeWatch::note(sd_bus_message* signal) {
   const char* member = sd_bus_message_get_member(signal);
   const char* path = sd_bus_message_get_path(signal);
-  if (member && member == stateChanged && !isBegun(signal)) return;
-  if (!member || !path || member == childrenChanged || member == stateChanged ||
+  if (member != nullptr && member == stateChanged && !isBegun(signal)) return;
+  if (member == nullptr || path == nullptr || member == childrenChanged || member == stateChanged ||
       changes_.objects.size() >= mostObjects) {
     changes_.everything = true;
   }

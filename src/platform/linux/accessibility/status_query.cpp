@@ -21,7 +21,7 @@ void askAccessibilityStatus(BusConnection& session,
   session.send(session.newCall(service, path, service, "GetAddress"),
                [found](sd_bus_message* reply) {
                  const char* address = nullptr;
-                 if (reply && sd_bus_message_read(reply, "s", &address) > 0) {
+                 if (reply != nullptr && sd_bus_message_read(reply, "s", &address) > 0) {
                    found->busAddress = address;
                  }
                });
@@ -29,7 +29,8 @@ void askAccessibilityStatus(BusConnection& session,
   if (call) sd_bus_message_append(call.get(), "ss", status, isEnabled);
   session.send(std::move(call), [found, answer = std::move(answer)](sd_bus_message* reply) {
     int enabled = 0;
-    found->isEnabled = reply && sd_bus_message_read(reply, "v", "b", &enabled) > 0 && enabled;
+    found->isEnabled =
+        reply != nullptr && sd_bus_message_read(reply, "v", "b", &enabled) > 0 && enabled != 0;
     answer(*found);
   });
 }

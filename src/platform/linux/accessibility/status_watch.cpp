@@ -6,7 +6,7 @@ namespace vellora {
 
 AccessibilityStatus StatusWatch::status(Steady::duration first, Steady::duration later) {
   BusConnection* session = connect();
-  if (!session) return {};
+  if (session == nullptr) return {};
   session->pump();
   const Steady::duration patience = std::exchange(waited_, true) ? later : first;
   if (asking_ && patience > Steady::duration::zero()) session->wait(Steady::now() + patience);

@@ -168,14 +168,15 @@ class Convolution {
     for (std::size_t k = 1; k < weights_.size(); ++k) {
       const std::uint8_t* above = k <= y ? rowAt(y - k) : nullptr;
       const std::uint8_t* below = rowAt(y + k);
-      if (!above && !below) continue;
-      columnPairs_.push_back(
-          {above ? above : blank_.data(), below ? below : blank_.data(), weights_[k]});
+      if (above == nullptr && below == nullptr) continue;
+      columnPairs_.push_back({above != nullptr ? above : blank_.data(),
+                              below != nullptr ? below : blank_.data(), weights_[k]});
     }
     const std::uint8_t* middle = rowAt(y);
-    if (!middle && columnPairs_.empty()) return false;
+    if (middle == nullptr && columnPairs_.empty()) return false;
     std::uint16_t* sums = column_.data() + padding_;
-    sumUp(sums, middle ? middle : blank_.data(), weights_[0], bias_, columnPairs_, samples_);
+    sumUp(sums, middle != nullptr ? middle : blank_.data(), weights_[0], bias_, columnPairs_,
+          samples_);
     return true;
   }
 
