@@ -25,7 +25,7 @@ constexpr std::size_t mostPrograms = 1000;
 // Which of a program's windows is active is asked of this many.
 constexpr std::size_t mostWindows = 64;
 
-bool answersGetAll(const std::optional<std::string>& toolkit) {
+bool isGtk(const std::optional<std::string>& toolkit) {
   return toolkit == "gtk" || toolkit == "GTK";
 }
 
@@ -33,8 +33,8 @@ bool isActive(const AccessibleNode& window) {
   return window.moment.states.value.value_or(0) >> AtspiState::active & 1U;
 }
 
-// A menu or the list of a combo box. While it is open it is the active window of a GTK program, and
-// the frame that it belongs to is not.
+// Of a GTK program: a menu or the list of a combo box. While it is open it is the active window,
+// and the frame that it belongs to is not.
 bool isPopup(const AccessibleNode& window) { return window.facts.role.value == AtspiRole::window; }
 
 std::optional<AccessibleReference> findRoot(BusConnection& bus, std::int32_t processIdentifier,
@@ -142,16 +142,15 @@ std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
     memory.setProgram({std::move(*root), std::move(toolkit)});
     bus.setPatientPeer(memory.program()->root.bus);
   }
-  if (answersGetAll(memory.program()->toolkit)) {
-    queries.setProgramThatAnswersAll(memory.program()->root.bus);
-  }
+  const bool ofGtk = isGtk(memory.program()->toolkit);
+  if (ofGtk) queries.setProgramThatAnswersAll(memory.program()->root.bus);
   if (windows.empty()) windows = listWindows(bus, memory, queries, times);
   if (windows.empty()) memory.forgetProgram();
   const AccessibleStore& store = memory.store();
   std::ranges::stable_partition(windows,
                                 [&store](NodeIndex window) { return isActive(store[window]); });
-  std::ranges::stable_partition(windows,
-                                [&store](NodeIndex window) { return !isPopup(store[window]); });
+  std::ranges::stable_partition(
+      windows, [&](NodeIndex window) { return !ofGtk || !isPopup(store[window]); });
   return windows;
 }
 
