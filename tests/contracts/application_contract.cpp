@@ -106,7 +106,7 @@ TEST_P(ApplicationContract, ATimerMayBeDroppedByItsOwnFiring) {
   EXPECT_EQ(fired, 1);
 }
 
-TEST_P(ApplicationContract, NoFiringComesBeforeItsTime) {
+TEST_P(TimerContract, NoFiringComesBeforeItsTime) {
   const double began = subject->elapsed();
   std::vector<double> firings;
   const auto timer = subject->application().scheduleTimer(
@@ -117,7 +117,7 @@ TEST_P(ApplicationContract, NoFiringComesBeforeItsTime) {
   }
 }
 
-TEST_P(ApplicationContract, LateFiringsAreNotMadeUpFor) {
+TEST_P(TimerContract, LateFiringsAreNotMadeUpFor) {
   std::vector<double> firings;
   const auto timer = subject->application().scheduleTimer(0.05, [&] {
     firings.push_back(subject->elapsed());

@@ -21,10 +21,6 @@ class ApplicationSubject {
   // Lets the event loop do what it has to do by now.
   virtual void settle() = 0;
 
-  // Seconds of a clock that nobody sets, and the main thread busy for some of them.
-  virtual double elapsed() const = 0;
-  virtual void beBusy(double seconds) = 0;
-
   // Has the desktop ask the program to open URLs, and returns when it has taken them.
   virtual void open(const std::vector<std::string>& urls) = 0;
   // URLs that the desktop can ask for, odd ones among them.
@@ -36,5 +32,15 @@ class ApplicationSubject {
 };
 
 using ApplicationContract = ContractTest<ApplicationSubject>;
+
+// An application whose timers go by a clock of their own.
+class TimerSubject : public ApplicationSubject {
+ public:
+  // Seconds of a clock that nobody sets, and the main thread busy for some of them.
+  virtual double elapsed() const = 0;
+  virtual void beBusy(double seconds) = 0;
+};
+
+using TimerContract = ContractTest<TimerSubject>;
 
 }  // namespace vellora

@@ -1,6 +1,8 @@
 #include "contracts/caption_painter_contract.h"
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "support/caption_drawing.h"
 
@@ -16,6 +18,20 @@ TEST_P(CaptionPainterContract, HeightGrowsWithTheTextUpToItsBound) {
   EXPECT_GT(painter.measureHeight(song, 20, 400, 1e6), line);
   EXPECT_LE(painter.measureHeight(song, 20, 400, 1.5 * line), 1.5 * line);
   EXPECT_EQ(painter.measureHeight("words", 20, 400, 1000), line);
+}
+
+TEST_P(CaptionPainterContract, TheSameTranslationAgainChangesNoTextAndEachIsPainted) {
+  CaptionPainter& painter = subject->painter();
+  for (const auto& texts : {std::vector<std::string_view>{"夜空に消える", "骨直遊"},
+                            std::vector<std::string_view>{"在月光下，我的朋友，", "骨直遊"},
+                            std::vector<std::string_view>{}}) {
+    painter.setTranslation(texts);
+    const double height = painter.measureHeight("骨直遊", 20, 400, 1000);
+    EXPECT_FALSE(painter.setTranslation(texts));
+    EXPECT_GE(height, 20);
+    EXPECT_EQ(painter.measureHeight("骨直遊", 20, 400, 1000), height);
+    EXPECT_TRUE(painter.paint(captionDrawing("骨直遊", 200, 44, 24)));
+  }
 }
 
 TEST_P(CaptionPainterContract, ABlurIsAnotherPictureThanTheSharpOne) {

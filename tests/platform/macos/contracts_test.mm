@@ -21,7 +21,7 @@
 namespace vellora {
 namespace {
 
-class MacApplication final : public ApplicationSubject {
+class MacApplication final : public TimerSubject {
  public:
   MacApplication() { application(); }  // the system's own too
   Application& application() override { return platform_->application(); }
@@ -182,6 +182,7 @@ class MacPictures final : public PictureSubject {
 VELLORA_INSTANTIATE(Mac, Platform, SystemPlatform);
 VELLORA_INSTANTIATE(Mac, Clock, SystemClockSubject);
 VELLORA_INSTANTIATE(Mac, Application, MacApplication);
+VELLORA_INSTANTIATE(Mac, Timer, MacApplication);
 VELLORA_INSTANTIATE(Mac, StatusItem, MacStatusItem);
 VELLORA_INSTANTIATE(Mac, MusicScripting, MacMusicScripting);
 VELLORA_INSTANTIATE(Mac, Workspace, MacWorkspace);

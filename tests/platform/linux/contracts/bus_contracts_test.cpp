@@ -21,7 +21,7 @@ std::unique_ptr<PlatformSubject> makePlatformOfItsOwn() {
   return std::make_unique<SystemPlatform>();
 }
 
-class LinuxApplication final : public ApplicationSubject {
+class LinuxApplication final : public TimerSubject {
  public:
   Application& application() override { return platform_->application(); }
   void endApplication() override { platform_.reset(); }
@@ -156,6 +156,7 @@ INSTANTIATE_TEST_SUITE_P(LinuxWithoutDisplayOrBus, PlatformContract,
                          testing::Values(Backend<PlatformSubject>{"Linux", &makePlatformOfItsOwn}));
 VELLORA_INSTANTIATE(Linux, Clock, SystemClockSubject);
 VELLORA_INSTANTIATE(Linux, Application, LinuxApplication);
+VELLORA_INSTANTIATE(Linux, Timer, LinuxApplication);
 VELLORA_INSTANTIATE(Linux, StatusItem, LinuxStatusItem);
 VELLORA_INSTANTIATE(Linux, MusicScripting, LinuxMusicScripting);
 
