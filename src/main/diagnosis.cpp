@@ -8,26 +8,26 @@
 
 #include "base/number_text.h"
 #include "music/lyrics_layout_reader.h"
-#include "platform/player.h"
 
 namespace vellora {
 
 namespace {
 
-std::optional<MusicLayout> readRunningMusic(Platform& platform, Accessibility& accessibility) {
+std::optional<MusicLayout> readRunningMusic(Platform& platform, Accessibility& accessibility,
+                                            const ReadingLimits& limits) {
   const std::vector<std::shared_ptr<const RunningApplication>> running =
       platform.makeWorkspace()->runningApplications(musicPlayer.identifier);
   if (running.empty()) return std::nullopt;
-  return readMusic(running.front()->processIdentifier(), accessibility, *platform.makeClock());
+  return readMusic(running.front()->processIdentifier(), accessibility, *platform.makeClock(),
+                   musicPlayer, limits);
 }
 
-std::string cutText(const ReadingCut& cut) {
-  const ReadingLimits limits;
+std::string cutText(const ReadingCut& cut, const ReadingLimits& limits) {
   std::string text;
   if (cut.byElements) text += ", after " + std::to_string(limits.elements) + " elements";
   if (cut.byTime) text += ", after " + plainNumber(limits.seconds) + " seconds";
   if (cut.byDepth) text += ", below " + std::to_string(limits.depth + 1) + " levels";
-  return "The reading was cut short" + text;
+  return "The reading may have been cut short" + text;
 }
 
 }  // namespace
@@ -42,7 +42,8 @@ void diagnose(Platform& platform, std::ostream& output, std::ostream& notes) {
   output << "Accessibility trusted: " << (accessibility->isTrusted() ? "true" : "false")
          << std::endl;
 
-  const std::optional<MusicLayout> layout = readRunningMusic(platform, *accessibility);
+  const ReadingLimits limits;
+  const std::optional<MusicLayout> layout = readRunningMusic(platform, *accessibility, limits);
   if (!layout) return;
   output << "Window: " << rectText(layout->window) << ", viewport: " << rectText(layout->viewport)
          << ", title: " << layout->title << std::endl;
@@ -50,7 +51,7 @@ void diagnose(Platform& platform, std::ostream& output, std::ostream& notes) {
     if (!row.frame.intersects(layout->viewport)) continue;
     output << rectText(row.frame) << ": " << row.text << std::endl;
   }
-  if (layout->cut) notes << cutText(layout->cut) << std::endl;
+  if (layout->cut) notes << cutText(layout->cut, limits) << std::endl;
 }
 
 }  // namespace vellora

@@ -14,8 +14,8 @@ std::string rectText(const Rect& rect);
 
 // Prints whether the program may read other programs' windows and, when it can be read, the
 // player's window and the lyric rows in its viewport, one line each, in accessibility coordinates.
-// When the reading was cut short, a line in `notes` says by which limits. Asks for no permission
-// and needs no display. Main thread.
+// When the reading may have been cut short, a line in `notes` says by which limits. Asks for no
+// permission and needs no display. Main thread.
 void diagnose(Platform& platform, std::ostream& output, std::ostream& notes);
 
 }  // namespace vellora

@@ -6,8 +6,6 @@
 #include <utility>
 #include <variant>
 
-#include "platform/player.h"
-
 namespace vellora {
 
 namespace {
@@ -22,7 +20,7 @@ AccessibilityElements elements(AccessibilityElement& element, std::string_view n
 // title elements and scroll areas the last in that order wins.
 class Walk {
  public:
-  Walk(const Clock& clock, const ReadingLimits& limits, const Player& player, const Rect& window)
+  Walk(const Clock& clock, const Player& player, const ReadingLimits& limits, const Rect& window)
       : clock_(clock),
         player_(player),
         deadline_(clock.now() + limits.seconds),
@@ -102,9 +100,9 @@ class Walk {
 }  // namespace
 
 std::optional<MusicLayout> readMusic(std::int32_t pid, Accessibility& accessibility,
-                                     const Clock& clock) {
-  const ReadingLimits limits;
-  const auto application = accessibility.applicationElement(pid, limits);
+                                     const Clock& clock, const Player& player,
+                                     const ReadingLimits& limits) {
+  const auto application = accessibility.applicationElement(pid, player, limits);
   const auto windows = elements(*application, AccessibilityAttribute::windows);
   if (windows.empty() || !windows.front()) return std::nullopt;
   AccessibilityElement& window = *windows.front();
@@ -114,7 +112,7 @@ std::optional<MusicLayout> readMusic(std::int32_t pid, Accessibility& accessibil
   const auto windowFrame = frame(window);
   if (!windowFrame) return std::nullopt;
 
-  Walk walk(clock, limits, musicPlayer, *windowFrame);
+  Walk walk(clock, player, limits, *windowFrame);
   walk.visit(window, false, 0);
   return std::move(walk).finish();
 }

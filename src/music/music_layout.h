@@ -14,8 +14,9 @@ struct MusicRow {
   Rect frame;        // of positive width and height
 };
 
-// By which of `ReadingLimits` a reading was cut: whether anything was left out for want of
-// elements, of time (what was asked last may be missing, too) or of depth.
+// By which of `ReadingLimits` a reading was cut: whether anything was left out for want of elements
+// or of depth, and whether its time was over, so that what was asked last may be missing and
+// nothing more was asked.
 struct ReadingCut {
   bool byElements = false;
   bool byTime = false;

@@ -9,6 +9,7 @@
 
 #include "base/rect.h"
 #include "platform/accessibility_names.h"
+#include "platform/player.h"
 #include "platform/reading_limits.h"
 
 namespace vellora {
@@ -45,10 +46,12 @@ class Accessibility {
   virtual void requestTrust() = 0;
 
   // The root element of a process, whose "AXWindows" lists its windows, front first. Its queries
-  // wait `limits.messagingTimeout` at most; the other limits tell a backend that asks ahead how far
-  // the reading will go. Never null; a process that is not there answers nothing, and without trust
-  // none does. Any one thread at a time; the Accessibility object must outlive the call only.
+  // wait `limits.messagingTimeout` at most; the other limits and `player` tell a backend that asks
+  // ahead how far the reading will go and what it will look for. Never null; a process that is not
+  // there answers nothing, and without trust none does. Any one thread at a time; the Accessibility
+  // object must outlive the call only.
   virtual std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
+                                                                   const Player& player,
                                                                    const ReadingLimits& limits) = 0;
 };
 

@@ -7,20 +7,12 @@
 #include <variant>
 
 #include "music/lyrics_layout_reader.h"
-#include "platform/clock.h"
+#include "platform/system_clock.h"
 
 namespace vellora {
 namespace {
 
 const ReadingLimits limits;
-
-class RealClock final : public Clock {
- public:
-  double now() const override {
-    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
-        .count();
-  }
-};
 
 // Programs appear and answer in their own time.
 bool eventually(const std::function<bool()>& condition) {
@@ -33,7 +25,7 @@ bool eventually(const std::function<bool()>& condition) {
 }
 
 std::optional<MusicLayout> read(AccessibilitySubject& subject) {
-  return readMusic(subject.process(), subject.accessibility(), RealClock());
+  return readMusic(subject.process(), subject.accessibility(), SystemClock());
 }
 
 bool isReadable(AccessibilitySubject& subject) {
@@ -45,7 +37,7 @@ bool isReadable(AccessibilitySubject& subject) {
 }
 
 std::shared_ptr<AccessibilityElement> application(AccessibilitySubject& subject) {
-  return subject.accessibility().applicationElement(subject.process(), limits);
+  return subject.accessibility().applicationElement(subject.process(), musicPlayer, limits);
 }
 
 AccessibilityElements list(AccessibilityElement& element, std::string_view attribute) {
@@ -112,7 +104,7 @@ TEST_P(AccessibilityContract, AnotherThreadMayRead) {
 
 TEST_P(AccessibilityContract, AProcessThatIsNotThereAnswersNothing) {
   for (const std::int32_t process : {-1, std::numeric_limits<std::int32_t>::max()}) {
-    const auto element = subject->accessibility().applicationElement(process, limits);
+    const auto element = subject->accessibility().applicationElement(process, musicPlayer, limits);
     ASSERT_TRUE(element);
     expectNothing(*element);
   }

@@ -82,6 +82,7 @@ class FakeAccessibility final : public Accessibility {
   }
 
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
+                                                           const Player&,
                                                            const ReadingLimits& limits) override {
     if (log_) log_->push_back("applicationElement " + std::to_string(processIdentifier));
     lastMessagingTimeout = limits.messagingTimeout;

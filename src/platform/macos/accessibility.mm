@@ -79,6 +79,7 @@ class AxAccessibility final : public Accessibility {
   }
 
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
+                                                           const Player&,
                                                            const ReadingLimits& limits) override {
     CfPtr<AXUIElementRef> element(AXUIElementCreateApplication(processIdentifier));
     if (element != nullptr) AXUIElementSetMessagingTimeout(element.get(), limits.messagingTimeout);

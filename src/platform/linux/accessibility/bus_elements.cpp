@@ -6,7 +6,6 @@
 
 #include "platform/linux/accessibility/attribute_mapping.h"
 #include "platform/linux/accessibility/bus_reading.h"
-#include "platform/player.h"
 
 namespace vellora {
 
@@ -91,14 +90,15 @@ class BusElement final : public AccessibilityElement {
 class BusApplicationElement final : public AccessibilityElement {
  public:
   BusApplicationElement(std::shared_ptr<ConnectionSlot> connections, std::int32_t processIdentifier,
-                        const ReadingLimits& limits)
+                        const Player& player, const ReadingLimits& limits)
       : connections_(std::move(connections)),
         processIdentifier_(processIdentifier),
+        player_(player),
         limits_(limits) {}
 
   AttributeValue attribute(std::string_view name) override {
     if (attributeSource(name) != AttributeSource::windows) return {};
-    const auto reading = BusReading::begin(*connections_, processIdentifier_, limits_, musicPlayer);
+    const auto reading = BusReading::begin(*connections_, processIdentifier_, player_, limits_);
     if (!reading) return {};
     AccessibilityElements list;
     for (const NodeIndex window : reading->windows()) {
@@ -110,6 +110,7 @@ class BusApplicationElement final : public AccessibilityElement {
  private:
   const std::shared_ptr<ConnectionSlot> connections_;
   const std::int32_t processIdentifier_;
+  const Player player_;
   const ReadingLimits limits_;
 };
 
@@ -117,8 +118,9 @@ class BusApplicationElement final : public AccessibilityElement {
 
 std::shared_ptr<AccessibilityElement> makeApplicationElement(
     std::shared_ptr<ConnectionSlot> connections, std::int32_t processIdentifier,
-    const ReadingLimits& limits) {
-  return std::make_shared<BusApplicationElement>(std::move(connections), processIdentifier, limits);
+    const Player& player, const ReadingLimits& limits) {
+  return std::make_shared<BusApplicationElement>(std::move(connections), processIdentifier, player,
+                                                 limits);
 }
 
 }  // namespace vellora

@@ -12,6 +12,6 @@ namespace vellora {
 // its own, with a connection from the slot.
 std::shared_ptr<AccessibilityElement> makeApplicationElement(
     std::shared_ptr<ConnectionSlot> connections, std::int32_t processIdentifier,
-    const ReadingLimits& limits);
+    const Player& player, const ReadingLimits& limits);
 
 }  // namespace vellora

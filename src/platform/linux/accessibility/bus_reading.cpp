@@ -17,26 +17,26 @@ Steady::duration steady(double seconds) {
 }  // namespace
 
 std::shared_ptr<BusReading> BusReading::begin(ConnectionSlot& slot, std::int32_t processIdentifier,
-                                              const ReadingLimits& limits, const Player& player) {
+                                              const Player& player, const ReadingLimits& limits) {
   const auto listing = steady(static_cast<double>(limits.messagingTimeout));
   LentConnection connection = slot.lend();
   const auto access = connection->prepare(processIdentifier, listing);
   if (!access) return nullptr;
   const std::shared_ptr<BusReading> reading(
-      new BusReading(std::move(connection), *access, limits, player));
+      new BusReading(std::move(connection), *access, player, limits));
   reading->windows_ = findWindows(access->bus, access->memory, reading->queries_,
                                   {.listing = listing, .waiting = reading->walkTime_});
   return reading->windows_.empty() ? nullptr : reading;
 }
 
 BusReading::BusReading(LentConnection connection, ReadingConnection::Access access,
-                       const ReadingLimits& limits, const Player& player)
+                       const Player& player, const ReadingLimits& limits)
     : connection_(std::move(connection)),
       access_(access),
       mostVisited_(static_cast<std::size_t>(limits.elements)),
       walkTime_(steady(limits.seconds)),
       queries_(access_.bus, access_.memory.store(), mostVisited_),
-      prefetch_(access_.bus, access_.memory.store(), queries_, limits, player) {}
+      prefetch_(access_.bus, access_.memory.store(), queries_, player, limits) {}
 
 std::optional<bool> BusReading::isIconified(NodeIndex window) {
   const auto& states = node(window).moment.states.value;
@@ -94,8 +94,8 @@ void BusReading::fetchFacts(NodeIndex index, int depth) {
 }
 
 std::size_t BusReading::elementsLeft() const {
-  return mostVisited_ - std::min(visited_, mostVisited_) +
-         1;  // the present one is among the visited
+  // The present one is among the visited.
+  return mostVisited_ - std::min(visited_, mostVisited_) + 1;
 }
 
 std::optional<Steady::time_point> BusReading::deadline() const {

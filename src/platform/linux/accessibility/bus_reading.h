@@ -26,7 +26,7 @@ class BusReading {
  public:
   // Finds the process's program and its windows; null when there are none to be read.
   static std::shared_ptr<BusReading> begin(ConnectionSlot& slot, std::int32_t processIdentifier,
-                                           const ReadingLimits& limits, const Player& player);
+                                           const Player& player, const ReadingLimits& limits);
   ~BusReading() { access_.memory.endReading(); }
   BusReading(const BusReading&) = delete;
   BusReading& operator=(const BusReading&) = delete;
@@ -42,8 +42,8 @@ class BusReading {
   std::optional<AccessibleExtents> extents(NodeIndex node, int depth);
 
  private:
-  BusReading(LentConnection connection, ReadingConnection::Access access,
-             const ReadingLimits& limits, const Player& player);
+  BusReading(LentConnection connection, ReadingConnection::Access access, const Player& player,
+             const ReadingLimits& limits);
 
   AccessibleNode& node(NodeIndex index) { return access_.memory.store()[index]; }
   void fetchFacts(NodeIndex node, int depth);

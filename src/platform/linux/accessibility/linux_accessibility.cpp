@@ -46,8 +46,9 @@ class LinuxAccessibility final : public Accessibility {
   }
 
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
+                                                           const Player& player,
                                                            const ReadingLimits& limits) override {
-    return makeApplicationElement(connections_, processIdentifier, limits);
+    return makeApplicationElement(connections_, processIdentifier, player, limits);
   }
 
  private:

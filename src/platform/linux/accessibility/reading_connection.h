@@ -37,8 +37,9 @@ class ReadingConnection {
   std::unique_ptr<ProgramMemory> memory_;  // of what came over bus_
 };
 
-// A connection that goes back when its reading is over.
 class ConnectionSlot;
+
+// A connection that goes back when its reading is over.
 struct ConnectionReturner {
   std::shared_ptr<ConnectionSlot> slot;
   void operator()(ReadingConnection* connection) const;

@@ -17,8 +17,8 @@ namespace vellora {
 class TreePrefetch {
  public:
   TreePrefetch(BusConnection& bus, AccessibleStore& store, AccessibleQueries& queries,
-               const ReadingLimits& limits, const Player& player)
-      : bus_(bus), store_(store), queries_(queries), limits_(limits), player_(player) {}
+               const Player& player, const ReadingLimits& limits)
+      : bus_(bus), store_(store), queries_(queries), player_(player), limits_(limits) {}
 
   // Role, properties and children of the element, which is at `depth`, and of what is below it: of
   // the first `most` elements in the walk's order. Begins no call after `end`, and waits for those
@@ -46,8 +46,8 @@ class TreePrefetch {
   BusConnection& bus_;
   AccessibleStore& store_;
   AccessibleQueries& queries_;
-  const ReadingLimits limits_;
   const Player player_;
+  const ReadingLimits limits_;
   std::size_t asked_ = 0;  // elements in all
   int climbs_ = 0;
 };

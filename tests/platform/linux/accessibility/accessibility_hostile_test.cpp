@@ -12,16 +12,13 @@ namespace {
 
 using testing::ElementsAre;
 
-// What a reading may take beyond its own limits on a machine that is busy with other things.
-constexpr double slack = 0.5;
-
 class AccessibilityHostileTest : public ReadingFixture {};
 
 TEST_F(AccessibilityHostileTest, StoppedPlayerGivesNothingWithinTheTimeOfAWalk) {
   start(programWithRows(50));
   readRows(50);
   player->process().stop();
-  EXPECT_LT(seconds([&] { EXPECT_FALSE(read().has_value()); }), 0.3 + slack);
+  EXPECT_LT(seconds([&] { EXPECT_FALSE(read().has_value()); }), hanging);
 }
 
 TEST_F(AccessibilityHostileTest, StoppedPlayerIsAskedNothingMoreUntilItAnswers) {
@@ -30,10 +27,10 @@ TEST_F(AccessibilityHostileTest, StoppedPlayerIsAskedNothingMoreUntilItAnswers) 
   player->process().stop();
   const int before = player->counts().all;
   EXPECT_FALSE(read().has_value());
-  const double twenty = seconds([&] {
-    for (int i = 0; i < 20; ++i) EXPECT_FALSE(read().has_value());
+  const double hundred = seconds([&] {
+    for (int i = 0; i < 100; ++i) EXPECT_FALSE(read().has_value());
   });
-  EXPECT_LT(twenty, 0.8);  // none of them waits once more
+  EXPECT_LT(hundred, hanging);  // none of them waits 0.3 s once more
   player->process().resume();
   // It answers the one question that waited for it, and no other before it is read again.
   ASSERT_TRUE(eventually([&] { return player->counts().all > before; }));
@@ -48,7 +45,7 @@ TEST_F(AccessibilityHostileTest, PlayerThatStopsMidwayEndsTheReadingInTime) {
     FakeProgram program = programWithRows(200);
     program.stopsAfter = calls;
     start(program);
-    EXPECT_LT(seconds([&] { read(); }), 0.3 + 0.08 + slack) << calls;
+    EXPECT_LT(seconds([&] { read(); }), hanging) << calls;
   }
 }
 
@@ -57,18 +54,17 @@ TEST_F(AccessibilityHostileTest, PlayerThatDiesMidwayEndsTheReadingAtOnce) {
     FakeProgram program = programWithRows(200);
     program.diesAfter = calls;
     start(program);
-    EXPECT_LT(seconds([&] { read(); }), 0.08 + slack) << calls;
+    EXPECT_LT(seconds([&] { read(patient); }), hanging) << calls;
     EXPECT_FALSE(read().has_value()) << calls;
   }
 }
 
 TEST_F(AccessibilityHostileTest, SlowPlayerIsReadAsFarAsTimeGoes) {
   FakeProgram program = programWithRows(600);
-  program.microsecondsPerCall = 1000;
+  program.microsecondsPerCall = 10'000;  // and so 6 s for the roles alone
   start(program);
   EXPECT_TRUE(eventually([&] {
-    std::optional<MusicLayout> layout;
-    EXPECT_LT(seconds([&] { layout = read(); }), 0.3 + 0.08 + slack);
+    const auto layout = read({.seconds = 2, .messagingTimeout = 20});
     EXPECT_LT(layout ? layout->rows.size() : 0, 600U);
     return layout && layout->rows.size() > 20;
   }));
@@ -77,7 +73,7 @@ TEST_F(AccessibilityHostileTest, SlowPlayerIsReadAsFarAsTimeGoes) {
 TEST_F(AccessibilityHostileTest, AStoppedRegistryOrServiceGivesNothingWithinATimeoutAndRecovers) {
   start(programWithRows(5));
   services->stop();
-  EXPECT_LT(seconds([&] { EXPECT_FALSE(read().has_value()); }), 0.08 + slack);
+  EXPECT_LT(seconds([&] { EXPECT_FALSE(read().has_value()); }), hanging);
   services->resume();
   EXPECT_TRUE(eventually([&] { return read().has_value(); }));
 }
@@ -191,7 +187,7 @@ TEST_F(AccessibilityHostileTest, WideTreesOfWideTreesAreBounded) {
   program.objects[1].copies = 690;
   program.objects[1].copyOf = 2;
   start(program);
-  EXPECT_LT(seconds([&] { read(); }), 0.3 + 0.08 + slack);
+  EXPECT_LT(seconds([&] { read(); }), hanging);
   // What a walk visits, and what was under way on each level before its first branch was known.
   EXPECT_LT(player->counts().getAll, 700 + 23 * 32);
 }
@@ -207,7 +203,7 @@ TEST_F(AccessibilityHostileTest, ABranchWithoutEndBeforeARowIsNotSearchedForIt) 
   program.objects[back].children = {endless, endless};
   add(program, parent, row("behind", 10));
   start(program);
-  EXPECT_LT(seconds([&] { read(); }), 0.3 + 0.08 + slack);
+  EXPECT_LT(seconds([&] { read(); }), hanging);
   EXPECT_THAT(texts(readRows(1)), ElementsAre("behind"));
 }
 

@@ -8,7 +8,11 @@
 namespace vellora {
 namespace {
 
-class AccessibilityTrustTest : public ReadingFixture {};
+class AccessibilityTrustTest : public ReadingFixture {
+ protected:
+  // Twice as many as a wait of a quarter of a second each would let end before `hanging`.
+  static constexpr int manyAnswers = 160;
+};
 
 TEST_F(AccessibilityTrustTest, FirstAnswerIsTheSessionsOwn) {
   EXPECT_TRUE(accessibility->isTrusted());
@@ -19,8 +23,14 @@ TEST_F(AccessibilityTrustTest, FirstAnswerIsTheSessionsOwn) {
 TEST_F(AccessibilityTrustTest, WithoutABusNothingIsTrustedAndNothingWaits) {
   for (const char* address : {"unix:path=/nonexistent/bus", "nonsense"}) {
     setenv("DBUS_SESSION_BUS_ADDRESS", address, 1);
-    const auto alone = makeLinuxAccessibility();
-    EXPECT_LT(seconds([&] { EXPECT_FALSE(alone->isTrusted()); }), 0.2) << address;
+    std::shared_ptr<Accessibility> alone;
+    const double time = seconds([&] {
+      for (int i = 0; i < manyAnswers; ++i) {
+        alone = makeLinuxAccessibility();
+        EXPECT_FALSE(alone->isTrusted());
+      }
+    });
+    EXPECT_LT(time, hanging) << address;
     alone->requestTrust();
     EXPECT_FALSE(alone->isTrusted()) << address;
   }
@@ -68,12 +78,11 @@ TEST_F(AccessibilityTrustTest, AskingForTrustFirstOfAllWorksToo) {
 
 TEST_F(AccessibilityTrustTest, AServiceThatHangsDelaysTheFirstAnswerOnly) {
   services->stop();
-  const double first = seconds([&] { EXPECT_FALSE(accessibility->isTrusted()); });
-  EXPECT_LT(first, 0.25 + 0.5);
-  for (int i = 0; i < 5; ++i) {
-    EXPECT_LT(seconds([&] { EXPECT_FALSE(accessibility->isTrusted()); }), 0.2);
-  }
-  EXPECT_LT(seconds([&] { accessibility->requestTrust(); }), 0.2);
+  const double time = seconds([&] {
+    for (int i = 0; i < manyAnswers; ++i) EXPECT_FALSE(accessibility->isTrusted());
+    accessibility->requestTrust();
+  });
+  EXPECT_LT(time, hanging);
   services->resume();
   EXPECT_TRUE(eventually([&] { return accessibility->isTrusted(); }));
 }
@@ -81,7 +90,10 @@ TEST_F(AccessibilityTrustTest, AServiceThatHangsDelaysTheFirstAnswerOnly) {
 TEST_F(AccessibilityTrustTest, AServiceThatHangsLaterLeavesTheLastAnswer) {
   ASSERT_TRUE(accessibility->isTrusted());
   services->stop();
-  EXPECT_LT(seconds([&] { EXPECT_TRUE(accessibility->isTrusted()); }), 0.2);
+  const double time = seconds([&] {
+    for (int i = 0; i < manyAnswers; ++i) EXPECT_TRUE(accessibility->isTrusted());
+  });
+  EXPECT_LT(time, hanging);
 }
 
 }  // namespace

@@ -130,7 +130,7 @@ class GtkChangesTest : public testing::Test {
   std::string read(Accessibility& accessibility) const {
     std::string text = dump(readMusic(program->pid(), accessibility, clock));
     const AttributeValue windows =
-        accessibility.applicationElement(program->pid(), ReadingLimits())
+        accessibility.applicationElement(program->pid(), musicPlayer, ReadingLimits())
             ->attribute(AccessibilityAttribute::windows);
     if (const auto* list = std::get_if<AccessibilityElements>(&windows)) {
       for (const auto& window : *list) dumpTree(*window, 0, text);
@@ -220,8 +220,9 @@ TEST_F(GtkChangesTest, AMenuThatIsOpenLeavesTheLyricsInFront) {
     return layout ? layout->rows.size() : 0;
   };
   const auto windows = [this] {
-    const AttributeValue value = remembering->applicationElement(program->pid(), ReadingLimits())
-                                     ->attribute(AccessibilityAttribute::windows);
+    const AttributeValue value =
+        remembering->applicationElement(program->pid(), musicPlayer, ReadingLimits())
+            ->attribute(AccessibilityAttribute::windows);
     const auto* list = std::get_if<AccessibilityElements>(&value);
     return list ? list->size() : 0;
   };

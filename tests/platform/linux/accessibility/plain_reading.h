@@ -18,7 +18,7 @@ class PlainAccessibility final : public Accessibility {
       : program_(std::move(program)) {}
   bool isTrusted() override { return true; }
   void requestTrust() override {}
-  std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t,
+  std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t, const Player&,
                                                            const ReadingLimits&) override {
     return program_;
   }

@@ -10,9 +10,9 @@
 #include <gtest/gtest.h>
 
 #include "music/lyrics_layout_reader.h"
-#include "platform/clock.h"
 #include "platform/linux/accessibility/fake_session.h"
 #include "platform/linux/accessibility/linux_accessibility.h"
+#include "platform/system_clock.h"
 
 namespace vellora {
 
@@ -25,15 +25,6 @@ inline constexpr std::uint32_t button = 43;
 inline constexpr std::uint32_t scrollPane = 49;
 inline constexpr std::uint32_t window = 69;  // of GTK, one that pops up
 }  // namespace FakeRole
-
-// Time itself: these tests run against processes, whose delays are real.
-class RealClock final : public Clock {
- public:
-  double now() const override {
-    return std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch())
-        .count();
-  }
-};
 
 // A session with its services, and the reading of a fake program's windows.
 class ReadingFixture : public testing::Test {
@@ -66,7 +57,14 @@ class ReadingFixture : public testing::Test {
     player = std::make_unique<FakeProgramProcess>(bus, program);
   }
 
-  std::optional<MusicLayout> read() { return readMusic(player->pid(), *accessibility, clock); }
+  // Seconds that nothing takes which ends by itself, on the slowest machine.
+  static constexpr double hanging = 20;
+  // Limits of a reading whose time is never over.
+  static constexpr ReadingLimits patient{.seconds = 1000, .messagingTimeout = 1000};
+
+  std::optional<MusicLayout> read(const ReadingLimits& limits = {}) {
+    return readMusic(player->pid(), *accessibility, clock, musicPlayer, limits);
+  }
 
   // A reading with that many rows: a busy machine may cut one short, which is then taken again.
   MusicLayout readRows(std::size_t count) {
@@ -95,10 +93,10 @@ class ReadingFixture : public testing::Test {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
   }
 
-  // Whether the condition comes true within some seconds.
+  // Whether the condition comes true in good time.
   template <class Condition>
   static bool eventually(Condition condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (!condition()) {
       if (std::chrono::steady_clock::now() > deadline) return false;
     }
@@ -109,7 +107,7 @@ class ReadingFixture : public testing::Test {
   std::unique_ptr<ChildProcess> services = startServices(bus, {true, bus.address()});
   std::unique_ptr<FakeProgramProcess> player;
   std::shared_ptr<Accessibility> accessibility = makeLinuxAccessibility();
-  RealClock clock;
+  SystemClock clock;
 };
 
 }  // namespace vellora
