@@ -1,7 +1,7 @@
 # The libraries of the portable core. All are used header-only, so that nothing outside the system
 # is needed at run time on macOS. Where a package has no CMake file, VELLORA_HEADERS names a folder
 # that holds its headers.
-set(VELLORA_HEADERS "" CACHE PATH 
+set(VELLORA_HEADERS "" CACHE PATH
   "Folder with the headers of nlohmann_json, fmt and fast_float, and with the companion's libraries")
 
 add_library(vellora_json INTERFACE)

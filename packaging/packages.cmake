@@ -59,7 +59,7 @@ set(CPACK_COMPONENT_DEMO_DESCRIPTION
 A silent music player with songs in several languages shows Vellora's captions
 without any other player. vellora-demo starts it, the companion and the
 overlay.")
-set(CPACK_DEBIAN_DEMO_PACKAGE_DEPENDS 
+set(CPACK_DEBIAN_DEMO_PACKAGE_DEPENDS
   "vellora (= ${PROJECT_VERSION}), vellora-companion (= ${PROJECT_VERSION}), x11-utils, dbus")
 set(CPACK_DEBIAN_DEMO_PACKAGE_RECOMMENDS "openbox | x-window-manager, picom | x-composite-manager")
 set(CPACK_DEBIAN_DEMO_PACKAGE_SUGGESTS "xvfb, xdotool")

@@ -134,15 +134,14 @@ void findLongRows(const Song& song, std::vector<Problem>& problems) {
 // Whether the line lacks a translation, and no reader has told a mistake of it.
 bool lacksTranslation(const Song& song, const SongLine& line) {
   if (!line.translation.empty() || !line.hasLetters()) return false;
-  return std::none_of(song.problems.begin(), song.problems.end(), [&](const Problem& told) {
+  return std::ranges::none_of(song.problems, [&](const Problem& told) {
     return told.line == line.number && told.file == song.name;
   });
 }
 
 std::size_t untranslated(const Song& song) {
-  return static_cast<std::size_t>(
-      std::count_if(song.lines.begin(), song.lines.end(),
-                    [&](const SongLine& line) { return lacksTranslation(song, line); }));
+  return static_cast<std::size_t>(std::ranges::count_if(
+      song.lines, [&](const SongLine& line) { return lacksTranslation(song, line); }));
 }
 
 }  // namespace
@@ -207,8 +206,8 @@ CheckSummary checkSong(const LibrarySong& from, const Song& song, std::ostream& 
   const auto place = [&](const Problem& problem) {
     return std::pair(problem.file != song.name, problem.line);
   };
-  std::stable_sort(problems.begin(), problems.end(),
-                   [&](const Problem& a, const Problem& b) { return place(a) < place(b); });
+  std::ranges::stable_sort(problems,
+                           [&](const Problem& a, const Problem& b) { return place(a) < place(b); });
   for (const Problem& problem : problems) tell(problem, summary, out);
   if (song.complete()) summary.complete = 1;
   return summary;

@@ -33,7 +33,7 @@ std::map<std::string, std::string> tagsByName() {
 
 bool isLanguageTag(const std::string& text) {
   const auto letters = [](std::string_view part) {
-    return std::all_of(part.begin(), part.end(), [](char c) {
+    return std::ranges::all_of(part, [](char c) {
       return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
     });
   };

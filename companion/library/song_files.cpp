@@ -24,9 +24,8 @@ constexpr std::string_view lyricsWord = "lyrics";
 using ByStem = std::map<std::string, std::vector<fs::path>>;
 
 std::size_t preference(const fs::path& path) {
-  return static_cast<std::size_t>(
-      std::find(readableEndings.begin(), readableEndings.end(), readableEnding(path)) -
-      readableEndings.begin());
+  return static_cast<std::size_t>(std::ranges::find(readableEndings, readableEnding(path)) -
+                                  readableEndings.begin());
 }
 
 bool sameLetters(std::string_view a, std::string_view b) { return lowerCase(a) == lowerCase(b); }
@@ -62,8 +61,8 @@ struct Translation {
 };
 
 fs::path chosen(const std::vector<Translation>& translations, const std::string& wanted) {
-  const auto best = std::min_element(
-      translations.begin(), translations.end(), [&](const Translation& a, const Translation& b) {
+  const auto best =
+      std::ranges::min_element(translations, [&](const Translation& a, const Translation& b) {
         return std::tuple(remoteness(a.language, wanted), a.language, preference(a.path), a.path) <
                std::tuple(remoteness(b.language, wanted), b.language, preference(b.path), b.path);
       });
@@ -76,8 +75,8 @@ class Search {
 
   FoundFiles run() && {
     visit(root_, 0);
-    std::sort(found_.songs.begin(), found_.songs.end(),
-              [](const SongFiles& a, const SongFiles& b) { return a.lyrics < b.lyrics; });
+    std::ranges::sort(found_.songs,
+                      [](const SongFiles& a, const SongFiles& b) { return a.lyrics < b.lyrics; });
     return std::move(found_);
   }
 
@@ -122,7 +121,7 @@ class Search {
       for (const fs::path& path : paths) translations[song->first].push_back({song->second, path});
     }
     for (auto& [stem, paths] : files) {
-      std::sort(paths.begin(), paths.end(), [](const fs::path& a, const fs::path& b) {
+      std::ranges::sort(paths, [](const fs::path& a, const fs::path& b) {
         return std::pair(preference(a), a) < std::pair(preference(b), b);
       });
     }

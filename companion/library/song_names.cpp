@@ -72,8 +72,8 @@ bool namesVersion(std::string_view text) {
   const std::string lower = lowerCase(text);
   constexpr std::array<std::string_view, 10> words{
       "remaster", "live", "version", "edit", "mix", "mono", "stereo", "acoustic", "demo", "feat"};
-  return std::any_of(words.begin(), words.end(),
-                     [&](std::string_view word) { return lower.find(word) != std::string::npos; });
+  return std::ranges::any_of(
+      words, [&](std::string_view word) { return lower.find(word) != std::string::npos; });
 }
 
 // "A feat. B" and "A" are taken for one artist.

@@ -92,9 +92,8 @@ constexpr std::array<Mark, 5> marks{{{{"\x00\x00\xFE\xFF", 4}, "UTF-32BE"},
 }  // namespace
 
 std::optional<DecodedText> decodeText(std::string_view bytes) {
-  const auto* const mark = std::find_if(marks.begin(), marks.end(), [&](const Mark& candidate) {
-    return bytes.starts_with(candidate.bytes);
-  });
+  const auto* const mark = std::ranges::find_if(
+      marks, [&](const Mark& candidate) { return bytes.starts_with(candidate.bytes); });
   std::string encoding = "UTF-8";
   if (mark != marks.end()) {
     bytes.remove_prefix(mark->bytes.size());

@@ -30,7 +30,7 @@ int remoteness(std::string_view language, std::string_view wanted) {
     language = other;
     wanted = asked;
   }
-  const auto dropped = std::count(wanted.begin(), wanted.end(), '-') + (wanted.empty() ? 0 : 1);
+  const auto dropped = std::ranges::count(wanted, '-') + (wanted.empty() ? 0 : 1);
   return 2 * static_cast<int>(dropped) + (language.empty() ? 0 : 1);
 }
 

@@ -38,8 +38,7 @@ LyricFile readAs(const std::string& ending, const std::string& name, std::string
 
 std::string readableEnding(const std::filesystem::path& path) {
   std::string ending = lowerCase(path.extension().string());
-  const bool known =
-      std::find(readableEndings.begin(), readableEndings.end(), ending) != readableEndings.end();
+  const bool known = std::ranges::find(readableEndings, ending) != readableEndings.end();
   return known ? ending : std::string();
 }
 

@@ -21,7 +21,7 @@ constexpr const char* timeAdvice =
 
 bool isNumber(std::string_view text) {
   return !text.empty() && text.size() < 10 &&
-         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+         std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
 // The line of a block's times, but for what stands between the two.

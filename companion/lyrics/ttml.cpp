@@ -69,8 +69,7 @@ class LineNumbers {
   }
   int at(std::ptrdiff_t offset) const {
     if (offset < 0) return 0;
-    const auto after =
-        std::lower_bound(ends_.begin(), ends_.end(), static_cast<std::size_t>(offset));
+    const auto after = std::ranges::lower_bound(ends_, static_cast<std::size_t>(offset));
     return static_cast<int>(after - ends_.begin()) + 1;
   }
 
@@ -193,10 +192,9 @@ class Reader {
 
   std::string translationOf(const Paragraph& paragraph, std::string_view key) const {
     const auto nearest =
-        std::min_element(paragraph.translations.begin(), paragraph.translations.end(),
-                         [&](const auto& a, const auto& b) {
-                           return remoteness(a.first, wanted_) < remoteness(b.first, wanted_);
-                         });
+        std::ranges::min_element(paragraph.translations, [&](const auto& a, const auto& b) {
+          return remoteness(a.first, wanted_) < remoteness(b.first, wanted_);
+        });
     if (nearest != paragraph.translations.end()) return nearest->second;
     const auto found = byKey_.find(std::string(key));
     return found == byKey_.end() || key.empty() ? std::string() : found->second;
@@ -205,7 +203,7 @@ class Reader {
   // Some lines with times and some without cannot be put in one order.
   void settleTimes() {
     const auto timed = [](const FileLine& line) { return line.time.has_value(); };
-    if (std::none_of(file_.lines.begin(), file_.lines.end(), timed)) return;
+    if (std::ranges::none_of(file_.lines, timed)) return;
     for (const FileLine& line : file_.lines) {
       if (timed(line)) continue;
       ++file_.lost;

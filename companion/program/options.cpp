@@ -48,7 +48,7 @@ std::string languageOf(const Environment& environment) {
     const auto value = environment(name);
     if (!value) continue;
     std::string tag = value->substr(0, value->find_first_of(".@"));
-    std::replace(tag.begin(), tag.end(), '_', '-');
+    std::ranges::replace(tag, '_', '-');
     return isLanguageTag(tag) ? tag : std::string();
   }
   return {};

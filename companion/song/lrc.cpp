@@ -22,7 +22,7 @@ constexpr std::size_t longestStamp = 16;
 constexpr std::size_t longestLine = mostStamps * longestStamp + 20 * longestText;
 
 bool isTagKey(std::string_view key) {
-  return !key.empty() && key.size() <= 12 && std::all_of(key.begin(), key.end(), [](char c) {
+  return !key.empty() && key.size() <= 12 && std::ranges::all_of(key, [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '#';
   });
 }

@@ -16,12 +16,12 @@ bool hasRoom(LyricFile& file, Problems& problems, int number) {
 }
 
 LyricFile finished(LyricFile file, Problems problems, std::string form) {
-  const bool any = std::any_of(file.lines.begin(), file.lines.end(),
-                               [](const FileLine& line) { return !line.text.empty(); });
+  const bool any =
+      std::ranges::any_of(file.lines, [](const FileLine& line) { return !line.text.empty(); });
   if (!any && file.lost == 0) problems.fail(0, "no lines", std::move(form));
   if (file.timed()) {
-    std::stable_sort(file.lines.begin(), file.lines.end(),
-                     [](const FileLine& a, const FileLine& b) { return *a.time < *b.time; });
+    std::ranges::stable_sort(
+        file.lines, [](const FileLine& a, const FileLine& b) { return *a.time < *b.time; });
   }
   file.problems = std::move(problems).take();
   return file;

@@ -42,12 +42,11 @@ std::vector<std::vector<const FileLine*>> byTime(const LyricFile& file) {
 // How many of the file's lines have the time of one of the song's.
 std::size_t fitting(const Song& song, const LyricFile& file) {
   const auto fits = [&](const FileLine& line) {
-    const auto at =
-        std::lower_bound(song.lines.begin(), song.lines.end(), *line.time - sameTime,
-                         [](const SongLine& sung, double time) { return *sung.time < time; });
+    const auto at = std::ranges::lower_bound(song.lines, *line.time - sameTime, {},
+                                             [](const SongLine& sung) { return *sung.time; });
     return at != song.lines.end() && *at->time <= *line.time + sameTime;
   };
-  return static_cast<std::size_t>(std::count_if(file.lines.begin(), file.lines.end(), fits));
+  return static_cast<std::size_t>(std::ranges::count_if(file.lines, fits));
 }
 
 // A translation is often made of a copy of the lyrics, and the offset then set right in one alone.
@@ -62,8 +61,8 @@ void settleOffset(const Song& song, double offset, LyricFile& translation) {
 
 // As it is to be written in a file with that offset.
 std::string nearestStamp(const Song& song, double time, double offset) {
-  const auto nearest = std::min_element(
-      song.lines.begin(), song.lines.end(), [&](const SongLine& a, const SongLine& b) {
+  const auto nearest =
+      std::ranges::min_element(song.lines, [&](const SongLine& a, const SongLine& b) {
         return std::abs(*a.time - time) < std::abs(*b.time - time);
       });
   return nearest == song.lines.end() ? std::string() : stampText(*nearest->time + offset);
@@ -116,8 +115,8 @@ void pairByTable(Song& song, const LyricFile& table) {
 bool isBilingual(const LyricFile& file) {
   if (!file.timed()) return false;
   const auto groups = byTime(file);
-  const auto doubled = std::count_if(groups.begin(), groups.end(),
-                                     [](const auto& group) { return group.size() >= 2; });
+  const auto doubled =
+      std::ranges::count_if(groups, [](const auto& group) { return group.size() >= 2; });
   return doubled > 0 && static_cast<std::size_t>(doubled) * 2 >= groups.size();
 }
 

@@ -54,8 +54,8 @@ void Problems::add(Severity severity, int line, std::string message, std::string
 }
 
 bool anyError(const std::vector<Problem>& problems) {
-  return std::any_of(problems.begin(), problems.end(),
-                     [](const Problem& problem) { return problem.severity == Severity::error; });
+  return std::ranges::any_of(
+      problems, [](const Problem& problem) { return problem.severity == Severity::error; });
 }
 
 }  // namespace vellora::companion

@@ -28,8 +28,8 @@ void append(std::vector<Problem>& to, std::vector<Problem>&& from) {
 bool SongLine::hasLetters() const { return !OverlayMatching::normalized(source).empty(); }
 
 std::size_t Song::translated() const {
-  return static_cast<std::size_t>(std::count_if(
-      lines.begin(), lines.end(), [](const SongLine& line) { return !line.translation.empty(); }));
+  return static_cast<std::size_t>(
+      std::ranges::count_if(lines, [](const SongLine& line) { return !line.translation.empty(); }));
 }
 
 double Song::lastTime() const { return lines.empty() ? 0 : lines.back().time.value_or(0); }
@@ -47,9 +47,8 @@ bool Song::complete() const {
 
 std::optional<std::size_t> Song::lineAt(double position) const {
   if (lines.empty() || !lines.front().time) return std::nullopt;
-  const auto later = std::upper_bound(
-      lines.begin(), lines.end(), position,
-      [](double value, const SongLine& line) { return value < line.time.value_or(0); });
+  const auto later = std::ranges::upper_bound(
+      lines, position, {}, [](const SongLine& line) { return line.time.value_or(0); });
   if (later == lines.begin()) return std::nullopt;
   return static_cast<std::size_t>(later - lines.begin()) - 1;
 }

@@ -16,7 +16,7 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 // Up to `most` digits; nothing for none, more, or another character.
 std::optional<double> digits(std::string_view text, std::size_t most) {
   if (text.empty() || text.size() > most) return std::nullopt;
-  if (!std::all_of(text.begin(), text.end(), isDigit)) return std::nullopt;
+  if (!std::ranges::all_of(text, isDigit)) return std::nullopt;
   double value = 0;
   for (const char c : text) value = value * 10 + (c - '0');
   return value;

@@ -87,7 +87,7 @@ std::variant<std::vector<Song>, SongError> loadSongs(const fs::path& folder) {
     if (entry.is_directory(failure)) folders.push_back(entry.path());
   }
   if (folders.empty()) return errorIn(folder.string(), "holds no songs");
-  std::sort(folders.begin(), folders.end());
+  std::ranges::sort(folders);
 
   std::vector<Song> songs;
   for (const fs::path& path : folders) {
@@ -99,9 +99,7 @@ std::variant<std::vector<Song>, SongError> loadSongs(const fs::path& folder) {
 }
 
 std::optional<std::size_t> lineAt(const Song& song, double position) {
-  const auto later =
-      std::upper_bound(song.lines.begin(), song.lines.end(), position,
-                       [](double value, const SongLine& line) { return value < line.time; });
+  const auto later = std::ranges::upper_bound(song.lines, position, {}, &SongLine::time);
   if (later == song.lines.begin()) return std::nullopt;
   return static_cast<std::size_t>(later - song.lines.begin()) - 1;
 }

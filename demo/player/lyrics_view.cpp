@@ -78,7 +78,7 @@ void LyricsView::addRow(const Song& song, std::size_t line) {
 }
 
 void LyricsView::rowClicked(GtkButton* button) {
-  const auto found = std::find(buttons_.begin(), buttons_.end(), GTK_WIDGET(button));
+  const auto found = std::ranges::find(buttons_, GTK_WIDGET(button));
   if (found != buttons_.end()) choose_(static_cast<std::size_t>(found - buttons_.begin()));
 }
 

@@ -106,7 +106,7 @@ GtkWidget* PlayerWindow::newSidebar() {
     g_signal_connect(button, "clicked", G_CALLBACK(+[](GtkWidget* clicked, gpointer self) {
                        auto* window = static_cast<PlayerWindow*>(self);
                        const auto& buttons = window->songButtons_;
-                       const auto found = std::find(buttons.begin(), buttons.end(), clicked);
+                       const auto found = std::ranges::find(buttons, clicked);
                        window->playback_.goTo(static_cast<std::size_t>(found - buttons.begin()));
                      }),
                      this);

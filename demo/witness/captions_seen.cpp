@@ -19,7 +19,7 @@ constexpr std::string_view rest = "♪";
 
 bool hasTranslation(const OverlaySnapshot& snapshot, const std::string& text) {
   if (text == rest) return false;
-  return std::any_of(snapshot.lines.begin(), snapshot.lines.end(), [&](const OverlayLine& line) {
+  return std::ranges::any_of(snapshot.lines, [&](const OverlayLine& line) {
     return line.source == text && line.translation.find_first_not_of(" \t\n") != std::string::npos;
   });
 }
@@ -51,9 +51,8 @@ CaptionsVerdict judgeCaptions(const SeenPlayer& player, const OverlaySnapshot& s
   const Rect& viewport = player.viewport;
   // Rows that are scrolled out of sight are listed too, wherever the toolkit believes them to be.
   std::vector<SeenRow> rows = player.rows;
-  std::stable_sort(rows.begin(), rows.end(), [](const SeenRow& a, const SeenRow& b) {
-    return a.frame.minY() < b.frame.minY();
-  });
+  std::ranges::stable_sort(
+      rows, [](const SeenRow& a, const SeenRow& b) { return a.frame.minY() < b.frame.minY(); });
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const Rect& row = rows[i].frame;
     if (!row.intersects(viewport) || row.isEmpty()) continue;

@@ -80,8 +80,8 @@ std::string spell(double value, bool alwaysFraction) {
 }
 
 bool equalsIgnoringCase(std::string_view text, std::string_view lowercase) {
-  return std::equal(text.begin(), text.end(), lowercase.begin(), lowercase.end(),
-                    [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; });
+  return std::ranges::equal(
+      text, lowercase, [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; });
 }
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -160,7 +160,7 @@ std::optional<double> parseNaN(std::string_view text) {
   if (text.empty()) return std::bit_cast<double>(quiet);
   if (text.size() < 2 || text.front() != '(' || text.back() != ')') return std::nullopt;
   std::string_view payload = text.substr(1, text.size() - 2);
-  const bool allowed = std::all_of(payload.begin(), payload.end(), [](char c) {
+  const bool allowed = std::ranges::all_of(payload, [](char c) {
     return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
   });
   if (!allowed) return std::nullopt;

@@ -17,7 +17,7 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 // RFC 3986, section 3.1. A text that begins with ":" has a scheme too, an empty one, which is no
 // one's.
 bool isScheme(std::string_view text) {
-  return text.empty() || (isLetter(text[0]) && std::all_of(text.begin(), text.end(), [](char c) {
+  return text.empty() || (isLetter(text[0]) && std::ranges::all_of(text, [](char c) {
                             return isLetter(c) || isDigit(c) || c == '+' || c == '-' || c == '.';
                           }));
 }
@@ -25,8 +25,8 @@ bool isScheme(std::string_view text) {
 // An address in brackets, with or without a zone after "%".
 bool isAddress(std::string_view text) {
   const std::string_view address = text.substr(0, text.find('%'));
-  return std::all_of(address.begin(), address.end(),
-                     [](char c) { return isUnreserved(c) || isSubDelimiter(c) || c == ':'; });
+  return std::ranges::all_of(
+      address, [](char c) { return isUnreserved(c) || isSubDelimiter(c) || c == ':'; });
 }
 
 // A registered name. Characters beyond ASCII are those of an internationalised name.
@@ -119,8 +119,8 @@ std::optional<OpenedURL> OpenedURL::parse(std::string_view text) {
 
 const QueryItem* OpenedURL::firstItem(std::string_view name) const {
   if (!queryItems) return nullptr;
-  const auto item = std::find_if(queryItems->begin(), queryItems->end(),
-                                 [&](const QueryItem& each) { return each.name == name; });
+  const auto item =
+      std::ranges::find_if(*queryItems, [&](const QueryItem& each) { return each.name == name; });
   return item == queryItems->end() ? nullptr : &*item;
 }
 

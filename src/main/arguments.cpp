@@ -12,8 +12,8 @@ namespace fs = std::filesystem;
 namespace {
 
 Arguments::const_iterator findFlag(const Arguments& arguments, std::string_view flag) {
-  return std::find_if(arguments.begin(), arguments.end(),
-                      [flag](const std::string& argument) { return textEquals(argument, flag); });
+  return std::ranges::find_if(
+      arguments, [flag](const std::string& argument) { return textEquals(argument, flag); });
 }
 
 fs::path absoluteLocation(const std::string& path) {

@@ -54,7 +54,7 @@ void TranslationIndex::addRuns() {
       if (!lines_[first + count - 1].runsOn) break;
     }
   }
-  std::sort(runs_.begin(), runs_.end(), [](const Run& a, const Run& b) {
+  std::ranges::sort(runs_, [](const Run& a, const Run& b) {
     return std::tie(a.hash, a.first, a.count) < std::tie(b.hash, b.first, b.count);
   });
 }
@@ -73,8 +73,7 @@ std::optional<std::string> TranslationIndex::translationForKey(std::string_view 
   if (key.empty()) return std::nullopt;
   const std::string target = TextServices::canonicalForm(key);
   const std::size_t hash = std::hash<std::string_view>{}(target);
-  const auto byHash = [](const Run& run, std::size_t value) { return run.hash < value; };
-  for (auto run = std::lower_bound(runs_.begin(), runs_.end(), hash, byHash);
+  for (auto run = std::ranges::lower_bound(runs_, hash, {}, &Run::hash);
        run != runs_.end() && run->hash == hash; ++run) {
     if (keyOf(run->first, run->count) != target) continue;
     std::string result = lines_[run->first].translation;

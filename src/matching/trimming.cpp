@@ -30,7 +30,7 @@ constexpr std::array<Range, 10> whitespace = {{{0x9, 0xD},
 }  // namespace
 
 bool OverlayMatching::isWhitespaceOrNewline(char32_t character) {
-  return std::any_of(whitespace.begin(), whitespace.end(), [character](const Range& range) {
+  return std::ranges::any_of(whitespace, [character](const Range& range) {
     return character >= range.first && character <= range.last;
   });
 }

@@ -97,9 +97,8 @@ template <std::size_t count>
 std::string filled(std::string_view text, const std::array<Blank, count>& blanks) {
   std::string result;
   while (!text.empty()) {
-    const auto blank = std::find_if(blanks.begin(), blanks.end(), [&](const Blank& each) {
-      return text.starts_with(each.first);
-    });
+    const auto blank = std::ranges::find_if(
+        blanks, [&](const Blank& each) { return text.starts_with(each.first); });
     if (blank == blanks.end()) {
       result += text.front();
       text.remove_prefix(1);

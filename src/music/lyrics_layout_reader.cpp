@@ -52,7 +52,7 @@ class Walk {
 
   MusicLayout finish() && {
     isTimeOver();  // while the last element was asked, perhaps
-    std::stable_sort(layout_.rows.begin(), layout_.rows.end(), isAbove);
+    std::ranges::stable_sort(layout_.rows, isAbove);
     return std::move(layout_);
   }
 

@@ -119,7 +119,7 @@ class ControllerTest : public testing::Test {
   }
 
   std::size_t count(std::string_view line) const {
-    return static_cast<std::size_t>(std::count(platform.log.begin(), platform.log.end(), line));
+    return static_cast<std::size_t>(std::ranges::count(platform.log, line));
   }
   bool panelVisible() const { return platform.panel->visible; }
 

@@ -37,7 +37,7 @@ TEST_F(LaunchTest, AUrlThatCameBeforeTheLaunchLeavesItsStatusLineInTheTooltip) {
       {"tessaly-overlay://x?snapshot=" + (moved / "snapshot.json").string()});
   launch();
   EXPECT_EQ(platform.statusItem->toolTip, "Waiting for fresh lyrics from Tessaly");
-  EXPECT_EQ(std::count(platform.log.begin(), platform.log.end(), "tooltip Vellora"), 1);
+  EXPECT_EQ(std::ranges::count(platform.log, "tooltip Vellora"), 1);
 }
 
 TEST_F(LaunchTest, TheTimerTicksEveryTwelveHundredths) {

@@ -79,7 +79,7 @@ TEST_F(CaptionsOnTheDesk, AreHiddenWhileThePlayerIsShaded) {
     const auto whole = screen->whole();
     if (!whole) return false;
     witness::Picture desktop = *whole;
-    std::fill(desktop.pixels.begin(), desktop.pixels.end(), whole->at(0, 0));
+    std::ranges::fill(desktop.pixels, whole->at(0, 0));
     return witness::difference(*whole, desktop, before->viewport).changed == 0;
   }));
   outputOf({"wmctrl", "-x", "-r", "com.apple.Music", "-b", "remove,shaded"});

@@ -45,7 +45,7 @@ class TemporaryFolder {
     for (const auto& entry : std::filesystem::directory_iterator(path_)) {
       result.push_back(entry.path().filename().string());
     }
-    std::sort(result.begin(), result.end());
+    std::ranges::sort(result);
     return result;
   }
 

@@ -142,7 +142,7 @@ void XClient::sendToRoot(xcb_window_t window, std::string_view type,
   message.format = 32;
   message.window = window;
   message.type = atom(type);
-  std::copy(data.begin(), data.end(), message.data.data32);
+  std::ranges::copy(data, message.data.data32);
   xcb_send_event(connection(), 0, root(),
                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                  reinterpret_cast<const char*>(&message));

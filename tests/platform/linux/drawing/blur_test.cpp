@@ -50,7 +50,7 @@ Image noise(std::size_t width, std::size_t height, std::size_t frame) {
 
 Image blurred(const Image& image, double sigma) {
   Image result(image.width, image.height, image.stride);
-  std::fill(result.bytes.begin(), result.bytes.end(), std::uint8_t{77});
+  std::ranges::fill(result.bytes, std::uint8_t{77});
   gaussianBlur(image.source(), result.destination(), sigma);
   return result;
 }
@@ -123,7 +123,7 @@ TEST(BlurTest, ImagesSmallerThanTheKernelAreExactToo) {
 
 TEST(BlurTest, OutsideTheImageIsTransparent) {
   Image image(40, 40);
-  std::fill(image.bytes.begin(), image.bytes.end(), std::uint8_t{255});
+  std::ranges::fill(image.bytes, std::uint8_t{255});
   const Image result = blurred(image, 2.6);
   // At an edge half of the kernel and half of its middle weight, 0.1534, lie inside.
   EXPECT_NEAR(result.at(0, 20, 3), 255 * 0.5767, 2);
@@ -178,7 +178,7 @@ TEST(BlurTest, FarFromAllContentNothingIsLeftOver) {
 
 TEST(BlurTest, BytesBetweenTheRowsAreNeitherReadNorWritten) {
   Image image(5, 6, 5 * 4 + 12);
-  std::fill(image.bytes.begin(), image.bytes.end(), std::uint8_t{255});
+  std::ranges::fill(image.bytes, std::uint8_t{255});
   for (std::size_t y = 0; y < 6; ++y) {
     for (std::size_t x = 0; x < 5; ++x) {
       for (std::size_t c = 0; c < 4; ++c) image.at(x, y, c) = 0;
