@@ -13,7 +13,7 @@ namespace {
 AccessibilityElements elements(AccessibilityElement& element, std::string_view name) {
   AttributeValue value = attribute(element, name);
   auto* list = std::get_if<AccessibilityElements>(&value);
-  return list ? std::move(*list) : AccessibilityElements{};
+  return list != nullptr ? std::move(*list) : AccessibilityElements{};
 }
 
 // One walk through a window: depth first, each element before its children, so that of several
@@ -108,7 +108,8 @@ std::optional<MusicLayout> readMusic(std::int32_t pid, Accessibility& accessibil
   AccessibilityElement& window = *windows.front();
 
   const AttributeValue minimized = attribute(window, AccessibilityAttribute::minimized);
-  if (const bool* flag = std::get_if<bool>(&minimized); flag && *flag) return std::nullopt;
+  if (const bool* flag = std::get_if<bool>(&minimized); flag != nullptr && *flag)
+    return std::nullopt;
   const auto windowFrame = frame(window);
   if (!windowFrame) return std::nullopt;
 
@@ -124,16 +125,16 @@ AttributeValue attribute(AccessibilityElement& element, std::string_view name) {
 std::string string(AccessibilityElement& element, std::string_view name) {
   AttributeValue value = attribute(element, name);
   auto* text = std::get_if<std::string>(&value);
-  return text ? std::move(*text) : std::string();
+  return text != nullptr ? std::move(*text) : std::string();
 }
 
 std::optional<Rect> frame(AccessibilityElement& element) {
   const AttributeValue position = attribute(element, AccessibilityAttribute::position);
   const auto* origin = std::get_if<Point>(&position);
-  if (!origin) return std::nullopt;
+  if (origin == nullptr) return std::nullopt;
   const AttributeValue extent = attribute(element, AccessibilityAttribute::size);
   const auto* size = std::get_if<Size>(&extent);
-  if (!size) return std::nullopt;
+  if (size == nullptr) return std::nullopt;
   if (!(size->width > 0) || !(size->height > 0)) return std::nullopt;
   return Rect{origin->x, origin->y, size->width, size->height};
 }

@@ -43,7 +43,7 @@ std::shared_ptr<AccessibilityElement> application(AccessibilitySubject& subject)
 AccessibilityElements list(AccessibilityElement& element, std::string_view attribute) {
   const AttributeValue value = element.attribute(attribute);
   const auto* const elements = std::get_if<AccessibilityElements>(&value);
-  return elements ? *elements : AccessibilityElements();
+  return elements != nullptr ? *elements : AccessibilityElements();
 }
 
 void expectNothing(AccessibilityElement& element) {

@@ -10,7 +10,7 @@ using Arguments = std::vector<std::string>;
 std::string playerError(const Arguments& arguments) {
   const auto result = parsePlayerOptions(arguments, "/songs");
   const auto* error = std::get_if<std::string>(&result);
-  return error ? *error : "none";
+  return error != nullptr ? *error : "none";
 }
 
 TEST(PlayerOptionsTest, HaveDefaults) {

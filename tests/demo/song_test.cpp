@@ -33,7 +33,7 @@ TEST(Songs, LyricsAndTranslationMeetByTheirTimes) {
 std::string errorOf(std::string_view words, std::string_view meaning) {
   const auto result = parseSong("x", words, meaning);
   const auto* error = std::get_if<SongError>(&result);
-  return error ? error->text() : "none";
+  return error != nullptr ? error->text() : "none";
 }
 
 TEST(Songs, MistakesNameTheFile) {
@@ -96,7 +96,7 @@ class SongFolders : public testing::Test {
   std::string error() const {
     const auto result = loadSongs(folder);
     const auto* found = std::get_if<SongError>(&result);
-    return found ? found->text() : "none";
+    return found != nullptr ? found->text() : "none";
   }
   std::filesystem::path folder;
 };

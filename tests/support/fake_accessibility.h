@@ -22,7 +22,7 @@ class FakeElement final : public AccessibilityElement {
       : name_(std::move(name)), log_(log) {}
 
   AttributeValue attribute(std::string_view name) override {
-    if (log_) log_->push_back(name_ + " " + std::string(name));
+    if (log_ != nullptr) log_->push_back(name_ + " " + std::string(name));
     if (onQuery) onQuery(name);
     if (answer) return answer(name);
     const auto found = values.find(name);
@@ -77,14 +77,14 @@ class FakeAccessibility final : public Accessibility {
   bool isTrusted() override { return trusted; }
 
   void requestTrust() override {
-    if (log_) log_->push_back("requestTrust");
+    if (log_ != nullptr) log_->push_back("requestTrust");
     if (onRequestTrust) onRequestTrust();
   }
 
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
                                                            const Player&,
                                                            const ReadingLimits& limits) override {
-    if (log_) log_->push_back("applicationElement " + std::to_string(processIdentifier));
+    if (log_ != nullptr) log_->push_back("applicationElement " + std::to_string(processIdentifier));
     lastMessagingTimeout = limits.messagingTimeout;
     const auto found = applications.find(processIdentifier);
     return !trusted || found == applications.end() ? fakeElement() : found->second;

@@ -23,7 +23,7 @@ class AccessibilityReadingTest : public ReadingFixture {
         accessibility->applicationElement(player->pid(), musicPlayer, ReadingLimits())
             ->attribute("AXWindows");
     const auto* list = std::get_if<AccessibilityElements>(&value);
-    return list ? *list : AccessibilityElements();
+    return list != nullptr ? *list : AccessibilityElements();
   }
 };
 

@@ -107,7 +107,7 @@ std::vector<GtkWidget*> childrenOf(GtkWidget* container) {
   const std::unique_ptr<GList, GRelease<g_list_free>> list(
       gtk_container_get_children(GTK_CONTAINER(container)));
   std::vector<GtkWidget*> children;
-  for (const GList* item = list.get(); item; item = item->next) {
+  for (const GList* item = list.get(); item != nullptr; item = item->next) {
     children.push_back(GTK_WIDGET(item->data));
   }
   return children;

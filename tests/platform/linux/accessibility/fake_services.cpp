@@ -153,7 +153,7 @@ class ProgramServer {
     if (is(call, "GetState")) ++counts_.states;
     if (is(call, "GetExtents")) ++counts_.extents;
     if (is(call, "GetApplicationBusAddress")) ++counts_.busAddress;
-    if (!found) {
+    if (found == nullptr) {
       return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_UNKNOWN_OBJECT, "it is gone");
     }
     if (found->answersWrongTypes) return answerWrongly(call);
@@ -228,7 +228,7 @@ class ProgramServer {
                               : property == "AccessibleId" ? &object.identifier
                               : property == "ToolkitName"  ? &program_.toolkit
                                                            : nullptr;
-    if (text) return sd_bus_reply_method_return(call, "v", "s", text->c_str());
+    if (text != nullptr) return sd_bus_reply_method_return(call, "v", "s", text->c_str());
     return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_UNKNOWN_PROPERTY, "no such property");
   }
 

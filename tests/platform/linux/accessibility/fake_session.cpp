@@ -80,7 +80,7 @@ void ChildProcess::kill() {
 
 PrivateBus::PrivateBus(const std::string& limits) {
   std::string name = (std::filesystem::temp_directory_path() / "vellora-bus-XXXXXX").string();
-  if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
   folder_ = name;
   const std::string configuration = folder_ + "/bus.conf";
   const std::string socket = folder_ + "/socket";

@@ -71,7 +71,7 @@ class ChangingProgram {
   // The next line that it says, empty when it has ended.
   std::string answer() const {
     std::array<char, 256> bytes{};
-    if (!output_ || !std::fgets(bytes.data(), bytes.size(), output_.get())) return "";
+    if (!output_ || std::fgets(bytes.data(), bytes.size(), output_.get()) == nullptr) return "";
     std::string line(bytes.data());
     if (!line.empty() && line.back() == '\n') line.pop_back();
     return line;
@@ -96,7 +96,7 @@ void dumpTree(AccessibilityElement& element, int depth, std::string& text) {
   text += "\n";
   const AttributeValue children = element.attribute(AccessibilityAttribute::children);
   const auto* list = std::get_if<AccessibilityElements>(&children);
-  if (!list) return;
+  if (list == nullptr) return;
   for (const auto& child : *list) dumpTree(*child, depth + 1, text);
 }
 
@@ -224,7 +224,7 @@ TEST_F(GtkChangesTest, AMenuThatIsOpenLeavesTheLyricsInFront) {
         remembering->applicationElement(program->pid(), musicPlayer, ReadingLimits())
             ->attribute(AccessibilityAttribute::windows);
     const auto* list = std::get_if<AccessibilityElements>(&value);
-    return list ? list->size() : 0;
+    return list != nullptr ? list->size() : 0;
   };
   ASSERT_TRUE(eventually([&] { return rows() > 0; }));
   ASSERT_EQ(windows(), 1U);

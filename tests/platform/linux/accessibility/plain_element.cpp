@@ -41,7 +41,7 @@ std::shared_ptr<PlainElement> PlainElement::program(pid_t process) {
   const auto registry = program(std::string(address), "org.a11y.atspi.Registry");
   const AttributeValue programs = registry->children();
   const auto* list = std::get_if<AccessibilityElements>(&programs);
-  if (!list) return nullptr;
+  if (list == nullptr) return nullptr;
   PlainElement driver(registry->bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus", false);
   for (const auto& element : *list) {
     auto& found = static_cast<PlainElement&>(*element);
@@ -64,8 +64,8 @@ BusMessagePtr PlainElement::call(const char* interface, const char* member, cons
     return nullptr;
   }
   const BusMessagePtr question(made);
-  if (first) sd_bus_message_append(made, types, first, second);
-  if (!first && *types) sd_bus_message_append(made, types, 0U);
+  if (first != nullptr) sd_bus_message_append(made, types, first, second);
+  if (first == nullptr && *types != '\0') sd_bus_message_append(made, types, 0U);
   sd_bus_message* reply = nullptr;
   sd_bus_call(bus_.get(), made, 5'000'000, nullptr, &reply);
   return BusMessagePtr(reply);
