@@ -38,7 +38,7 @@ class PlacementRecorder final : public Surface {
  private:
   static std::shared_ptr<ShownPicture> find(const std::vector<Placement>& list,
                                             const CairoImage& picture) {
-    const auto found = std::find_if(list.begin(), list.end(), [&](const Placement& each) {
+    const auto found = std::ranges::find_if(list, [&](const Placement& each) {
       return each.picture->pixels.get() == picture.pixels();
     });
     return found == list.end() ? nullptr : found->picture;

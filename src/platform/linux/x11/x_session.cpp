@@ -89,8 +89,7 @@ void XSession::learnExtensions() {
 void XSession::addListener(XEventListener& listener) { listeners_.push_back(&listener); }
 
 void XSession::removeListener(XEventListener& listener) {
-  std::replace(listeners_.begin(), listeners_.end(), &listener,
-               static_cast<XEventListener*>(nullptr));
+  std::ranges::replace(listeners_, &listener, static_cast<XEventListener*>(nullptr));
   if (!dispatching_) std::erase(listeners_, nullptr);
 }
 
