@@ -226,6 +226,17 @@ TEST_F(AboveTheCaptions, ATooltipLiesOverThem) {
   EXPECT_TRUE(waitFor([&] { return captionsAsBefore(); })) << "captions did not come back";
 }
 
+// A window manager raises what is clicked, also what is in front already.
+TEST_F(AboveTheCaptions, QuickClicksOnThePlayerLeaveThemThere) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  const Rect view = shownPlayer->viewport;  // above it is nothing that acts
+  outputOf({"xdotool", "mousemove", digits(view.midX()), digits(view.minY() - 12), "click",
+            "--repeat", "5", "--delay", "200", "1"});
+  outputOf({"xdotool", "mousemove", "1279", "799"});
+  ASSERT_NO_FATAL_FAILURE(passTicks(2));
+  EXPECT_TRUE(waitFor([&] { return captionsAsBefore(); })) << "captions did not come back";
+}
+
 TEST_F(AboveTheCaptions, ANotificationLiesOverThem) {
   ASSERT_NO_FATAL_FAILURE(follow());
   const Rect place = bandUnder(2);

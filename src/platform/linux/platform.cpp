@@ -8,8 +8,10 @@
 #include "platform/linux/loop/glib_application.h"
 #include "platform/linux/player/mpris_scripting.h"
 #include "platform/linux/tray/notifier_item.h"
-#include "platform/linux/x11/window.h"
+#include "platform/linux/x11/x_panel.h"
 #include "platform/linux/x11/x_session.h"
+#include "platform/linux/x11/x_view.h"
+#include "platform/linux/x11/x_workspace.h"
 #include "platform/system_clock.h"
 
 namespace vellora {
@@ -31,15 +33,17 @@ class LinuxPlatform final : public Platform {
   }
   std::shared_ptr<const Clock> makeClock() override { return std::make_shared<SystemClock>(); }
   std::shared_ptr<Accessibility> makeAccessibility() override { return makeLinuxAccessibility(); }
-  std::unique_ptr<Workspace> makeWorkspace() override { return vellora::makeWorkspace(session()); }
+  std::unique_ptr<Workspace> makeWorkspace() override {
+    return std::make_unique<XWorkspace>(session());
+  }
   std::unique_ptr<MusicScripting> makeMusicScripting() override {
     return std::make_unique<MprisScripting>();
   }
   std::unique_ptr<CaptionPainter> makeCaptionPainter() override {
     return std::make_unique<PangoPainter>();
   }
-  std::unique_ptr<NativeView> makeView() override { return vellora::makeView(session()); }
-  std::unique_ptr<Panel> makePanel() override { return vellora::makePanel(session()); }
+  std::unique_ptr<NativeView> makeView() override { return std::make_unique<XView>(session()); }
+  std::unique_ptr<Panel> makePanel() override { return std::make_unique<XPanel>(session()); }
   // The overlay asks for it once, at its launch. What draws into a file or only reads never does,
   // and needs no display.
   std::unique_ptr<StatusItem> makeStatusItem() override {
@@ -50,7 +54,7 @@ class LinuxPlatform final : public Platform {
  private:
   // One display connection for all that needs one.
   const std::shared_ptr<XSession>& session() {
-    if (!session_) session_ = makeXSession();
+    if (!session_) session_ = std::make_shared<XSession>(nullptr);
     return session_;
   }
 

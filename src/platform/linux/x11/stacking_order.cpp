@@ -6,25 +6,36 @@ namespace vellora {
 
 std::optional<Restacking> restackingOf(std::uint32_t own, const std::vector<TopLevel>& windows,
                                        std::uint32_t base,
-                                       const std::function<bool(std::uint32_t)>& gaveWay) {
+                                       const std::function<bool(std::uint32_t)>& givesWay) {
   const auto isManaged = [](const TopLevel& each) { return each.managed; };
-  const bool anyManaged = std::any_of(windows.begin(), windows.end(), isManaged);
-  const auto counts = [&](const TopLevel& each) {
-    return each.visible && each.window != own && !gaveWay(each.window);
-  };
+  const bool anyManaged = std::ranges::any_of(windows, isManaged);
   const auto climbable = [&](const TopLevel& each) {
     return anyManaged ? each.managed : !each.reserved;
   };
+  const auto counts = [&](const TopLevel& each) {
+    if (!each.visible || each.window == own) return false;
+    return each.window == base || !climbable(each) || !givesWay(each.window);
+  };
 
-  const auto panel = std::find_if(windows.begin(), windows.end(),
-                                  [&](const TopLevel& each) { return each.window == own; });
+  const auto panel =
+      std::ranges::find_if(windows, [&](const TopLevel& each) { return each.window == own; });
   if (panel == windows.end()) return std::nullopt;
-  auto start = std::find_if(windows.begin(), windows.end(), [&](const TopLevel& each) {
+  auto start = std::ranges::find_if(windows, [&](const TopLevel& each) {
     return each.window == base && each.managed && counts(each);
   });
   if (start == windows.end()) {
-    start = std::find_if(windows.begin(), windows.end(),
-                         [&](const TopLevel& each) { return counts(each) && climbable(each); });
+    start = std::ranges::find_if(
+        windows, [&](const TopLevel& each) { return counts(each) && climbable(each); });
+  }
+  const bool chased = std::ranges::any_of(windows, [&](const TopLevel& each) {
+    return counts(each) && !climbable(each) && givesWay(each.window);
+  });
+  if (chased) {
+    if (start == windows.end() || panel < start) return std::nullopt;
+    const auto wrong = std::find_if(
+        start, panel, [&](const TopLevel& each) { return counts(each) && !climbable(each); });
+    if (wrong == panel) return std::nullopt;
+    return Restacking{0, wrong->window};
   }
   auto sibling = windows.end();
   for (auto each = start; each != windows.end(); ++each) {

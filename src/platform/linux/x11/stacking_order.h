@@ -36,9 +36,12 @@ struct Restacking {
 // lowest managed window, and where nothing is managed at all, as without a window manager, every
 // window counts that one would manage.
 //
-// `gaveWay` tells the windows that are not minded any more.
+// `givesWay` tells the windows that the panel is not to chase. One that it would climb over is
+// then as if it were not there, but for `base`, which is never given way to. For one that belongs
+// above it the panel gives up climbing: it goes below all others instead, and stays below the
+// window at which the climb would begin.
 std::optional<Restacking> restackingOf(std::uint32_t own, const std::vector<TopLevel>& windows,
                                        std::uint32_t base,
-                                       const std::function<bool(std::uint32_t)>& gaveWay);
+                                       const std::function<bool(std::uint32_t)>& givesWay);
 
 }  // namespace vellora

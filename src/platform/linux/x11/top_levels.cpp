@@ -33,6 +33,7 @@ void TopLevels::handleEvent(const xcb_generic_event_t& event) {
       if (notice.window != root) return;
       if (notice.atom != atoms.netClientList && notice.atom != atoms.netActiveWindow) return;
       clients_.reset();
+      homes_.clear();  // a client that went from frame to frame told the root nothing
       changed_ = true;
       return;
     }
@@ -78,7 +79,7 @@ void TopLevels::noteMapped(xcb_window_t window, bool mapped) {
 
 // Windows that are moved or resized tell their place in the stack too, and it is the old one.
 void TopLevels::noteConfigured(xcb_window_t window, xcb_window_t above) {
-  const auto found = std::find(order_.begin(), order_.end(), window);
+  const auto found = std::ranges::find(order_, window);
   if (found == order_.end()) {
     changed_ = true;
     return;
@@ -89,7 +90,7 @@ void TopLevels::noteConfigured(xcb_window_t window, xcb_window_t above) {
 
 void TopLevels::noteRestacked(xcb_window_t window, xcb_window_t sibling) {
   std::erase(order_, window);
-  const auto found = std::find(order_.begin(), order_.end(), sibling);
+  const auto found = std::ranges::find(order_, sibling);
   order_.insert(found == order_.end() ? order_.begin() : found + 1, window);
 }
 

@@ -12,8 +12,8 @@ namespace vellora {
 // What is known of the root's children while they are watched: the server's word for it is asked
 // again only where an event says that something changed that matters to the panel's place. A
 // top-level is managed when it is or holds a window of _NET_CLIENT_LIST or the active one (EWMH
-// 1.5): frames may themselves be override-redirect, so that attribute alone does not tell. Main
-// thread.
+// 1.5): frames may themselves be override-redirect, so that attribute alone does not tell. Where
+// each client is, is asked anew when either property changes. Main thread.
 class TopLevels {
  public:
   explicit TopLevels(XSession& session) : session_(session) {}

@@ -3,12 +3,21 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/linux/glib/event_source.h"
 #include "platform/linux/x11/screen_metrics.h"
 
 namespace vellora {
+namespace {
 
-XPanel::XPanel(std::shared_ptr<XSession> session)
-    : session_(std::move(session)), topLevels_(*session_), presenter_(session_) {
+double monotonicSeconds() { return static_cast<double>(g_get_monotonic_time()) / 1e6; }
+
+}  // namespace
+
+XPanel::XPanel(std::shared_ptr<XSession> session, std::function<double()> clock)
+    : session_(std::move(session)),
+      clock_(clock ? std::move(clock) : monotonicSeconds),
+      topLevels_(*session_),
+      presenter_(session_) {
   session_->addListener(*this);
 }
 
@@ -96,9 +105,11 @@ void XPanel::show() {
 void XPanel::orderOut() {
   if (!std::exchange(shown_, false)) return;
   drawing_.reset();
-  if (!window_ || !session_->present()) return;
-  window_->unmap();
-  window_->lower();
+  if (!session_->present()) return;
+  if (window_) {
+    window_->unmap();
+    window_->lower();
+  }
   topLevels_.watch(false);
   xcb_flush(session_->connection());
 }
@@ -119,15 +130,9 @@ std::optional<double> XPanel::hostScale() {
 
 void XPanel::displaySoon() {
   if (!onScreen() || drawing_) return;
-  drawing_.reset(g_idle_source_new());
-  g_source_set_priority(drawing_.get(), G_PRIORITY_HIGH_IDLE + 20);  // where toolkits redraw
-  g_source_set_name(drawing_.get(), "Draw the panel");
-  const GSourceFunc draw = [](gpointer panel) -> gboolean {
-    static_cast<XPanel*>(panel)->displayNow();
-    return G_SOURCE_REMOVE;
-  };
-  g_source_set_callback(drawing_.get(), draw, this, nullptr);
-  g_source_attach(drawing_.get(), nullptr);
+  constexpr int whereToolkitsRedraw = G_PRIORITY_HIGH_IDLE + 20;
+  drawing_ = attachSource(
+      g_idle_source_new(), [this] { displayNow(); }, whereToolkitsRedraw);
 }
 
 void XPanel::displayNow() {
@@ -150,7 +155,11 @@ void XPanel::handleEvent(const xcb_generic_event_t& event) {
     window_->release();
     dropWindow();
   } else if (shown_) {
-    if (type == XCB_UNMAP_NOTIFY) guard_.forget(eventAs<xcb_unmap_notify_event_t>(event).window);
+    if (type == XCB_UNMAP_NOTIFY) {
+      guard_.forget(eventAs<xcb_unmap_notify_event_t>(event).window);
+    } else if (type == XCB_CONFIGURE_NOTIFY) {
+      guard_.noteMoved(eventAs<xcb_configure_notify_event_t>(event).window, clock_());
+    }
     topLevels_.handleEvent(event);
   }
 }
@@ -164,15 +173,19 @@ void XPanel::endTurn() {
   if (topLevels_.changed()) takePlace();
 }
 
-// In one step, unless that window is given way to: then as if it were not there.
+// In one step. A window that is given way to from now on changes where that place is.
 void XPanel::takePlace() {
   const std::vector<TopLevel> windows = topLevels_.read();
-  const auto gaveWay = [this](std::uint32_t window) { return guard_.gaveWayTo(window); };
-  const double now = static_cast<double>(g_get_monotonic_time()) / 1e6;
+  const xcb_window_t base = topLevels_.active();
+  const double now = clock_();
+  const auto givesWay = [&](std::uint32_t window) { return guard_.givesWayTo(window, now); };
+  const auto isFinal = [&](const Restacking& move) {
+    return move.cause == base || givesWay(move.cause) || guard_.answers(move.cause, now);
+  };
   std::optional<Restacking> move;
   do {
-    move = restackingOf(window_->id(), windows, topLevels_.active(), gaveWay);
-  } while (move && !guard_.answers(move->cause, now));
+    move = restackingOf(window_->id(), windows, base, givesWay);
+  } while (move && !isFinal(*move));
   if (!move) return;
   if (move->sibling == XCB_WINDOW_NONE) {
     window_->lower();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -20,7 +21,8 @@ namespace vellora {
 // captions' plates. Main thread.
 class XPanel final : public Panel, private XEventListener, private ViewHost {
  public:
-  explicit XPanel(std::shared_ptr<XSession> session);
+  // `clock` tells the seconds since some moment and never goes back; null: the system's own.
+  explicit XPanel(std::shared_ptr<XSession> session, std::function<double()> clock = nullptr);
   ~XPanel() override;
 
   void configure(NativeView& content) override;
@@ -46,6 +48,7 @@ class XPanel final : public Panel, private XEventListener, private ViewHost {
   void takePlace();
 
   std::shared_ptr<XSession> session_;
+  std::function<double()> clock_;
   XView* view_ = nullptr;
   bool shown_ = false;
   Rect frame_;

@@ -10,8 +10,9 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/drawing/cairo_surface.h"
-#include "platform/linux/x11/window.h"
+#include "platform/linux/x11/x_panel.h"
 #include "platform/linux/x11/x_session.h"
+#include "platform/linux/x11/x_view.h"
 #include "support/x_client.h"
 #include "support/x_server.h"
 
@@ -51,12 +52,12 @@ class PanelDesk {
   void makeSession() {
     panel.reset();
     session = std::make_shared<XSession>(server.display().c_str());
-    view = makeView(session);
+    view = std::make_unique<XView>(session);
     view->setDrawFunction([this](Surface& surface) {
       ++drawings;
       for (const Placed& each : pictures) surface.drawImage(*each.picture, each.destination);
     });
-    panel = makePanel(session);
+    panel = std::make_unique<XPanel>(session, [this] { return now; });
   }
 
   // One red picture at the panel's (50, 60), 100 × 40, its plate 10 inside.
@@ -107,6 +108,7 @@ class PanelDesk {
   std::shared_ptr<XSession> session;
   std::unique_ptr<NativeView> view;
   std::unique_ptr<Panel> panel;
+  double now = 1000;  // on the panel's clock, which stands still, in seconds
   std::vector<Placed> pictures;
   int drawings = 0;
 };

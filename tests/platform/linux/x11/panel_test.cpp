@@ -230,9 +230,9 @@ TEST_F(PanelTest, PicturesOutliveTheConnectionThatTheyWereDrawnOn) {
 
 TEST(PanelWithoutDisplayTest, RemembersItsSettings) {
   unsetenv("DISPLAY");
-  const auto session = makeXSession();
-  const auto view = makeView(session);
-  const auto panel = makePanel(session);
+  const auto session = std::make_shared<XSession>(nullptr);
+  const auto view = std::make_unique<XView>(session);
+  const auto panel = std::make_unique<XPanel>(session);
   EXPECT_FALSE(panel->ignoresMouseEvents());
   EXPECT_TRUE(panel->isOpaque());
   panel->configure(*view);

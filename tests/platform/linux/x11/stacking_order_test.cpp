@@ -35,7 +35,7 @@ struct StackingCase {
   const char* letters;
   std::uint32_t base;
   std::optional<Restacking> move;
-  std::set<std::uint32_t> gaveWay = {};
+  std::set<std::uint32_t> givesWay = {};
 };
 
 void PrintTo(const StackingCase& each, std::ostream* out) { *out << each.letters; }
@@ -44,8 +44,8 @@ class StackingOrderTest : public testing::TestWithParam<StackingCase> {};
 
 TEST_P(StackingOrderTest, ThePanelsPlaceIs) {
   const StackingCase& each = GetParam();
-  const auto gaveWay = [&](std::uint32_t window) { return each.gaveWay.contains(window); };
-  EXPECT_EQ(restackingOf(panel, stack(each.letters), each.base, gaveWay), each.move);
+  const auto givesWay = [&](std::uint32_t window) { return each.givesWay.contains(window); };
+  EXPECT_EQ(restackingOf(panel, stack(each.letters), each.base, givesWay), each.move);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -75,8 +75,14 @@ INSTANTIATE_TEST_SUITE_P(
         StackingCase{"Alone", "P", 0, std::nullopt},
         StackingCase{"AnUnmanagedWindowBesideThePlayerAlone", "MXP", 1, Restacking{1, 2}},
         StackingCase{"AManagedWindowGivenWayTo", "MPMM", 1, Restacking{2, 2}, {3}},
-        StackingCase{"AnUnmanagedWindowGivenWayTo", "MUP", 1, std::nullopt, {2}},
-        StackingCase{"ThePlayerGivenWayTo", "PM", 1, std::nullopt, {1}},
+        StackingCase{"ThePlayerIsNeverGivenWayTo", "PM", 1, Restacking{1, 1}, {1}},
+        StackingCase{"NoClimbInAChase", "PMU", 1, std::nullopt, {2}},
+        StackingCase{"DownFromAWindowThatChases", "MUP", 1, Restacking{0, 2}, {2}},
+        StackingCase{"DownFromAnotherInAChase", "MUPU", 1, Restacking{0, 2}, {3}},
+        StackingCase{"StaysInAChaseThatIsOver", "MPU", 1, std::nullopt, {2}},
+        StackingCase{"TwoThatChaseUnderThePlayer", "UPM", 2, std::nullopt, {1}},
+        StackingCase{"TwoThatChaseAlone", "UP", 0, std::nullopt, {1}},
+        StackingCase{"AChaserThatIsNotVisible", "PMu", 1, Restacking{1, 1}, {2}},
         StackingCase{"ThePanelIsNotThere", "MU", 1, std::nullopt}),
     [](const auto& each) { return std::string(each.param.name); });
 

@@ -9,9 +9,9 @@ using ViewTest = PanelFixture;
 
 TEST(ViewWithoutDisplayTest, ABitmapHasTwoPixelsToAPointAlsoInAPanel) {
   unsetenv("DISPLAY");
-  const auto session = makeXSession();
-  const auto view = makeView(session);
-  const auto panel = makePanel(session);
+  const auto session = std::make_shared<XSession>(nullptr);
+  const auto view = std::make_unique<XView>(session);
+  const auto panel = std::make_unique<XPanel>(session);
   panel->configure(*view);
   view->setFrame({0, 0, 1200, 800});
   EXPECT_EQ(view->windowScale(), std::nullopt);
@@ -20,7 +20,7 @@ TEST(ViewWithoutDisplayTest, ABitmapHasTwoPixelsToAPointAlsoInAPanel) {
 
 TEST(ViewWithoutDisplayTest, DrawnIntoABitmapAgainItLiesOverWhatIsThere) {
   unsetenv("DISPLAY");
-  const auto view = makeView(makeXSession());
+  const auto view = std::make_unique<XView>(std::make_shared<XSession>(nullptr));
   const auto picture = plainPicture(40, 30, 0, {1, 1, 1, 0.5}, 2);
   view->setDrawFunction([&](Surface& surface) { surface.drawImage(*picture, {10, 10, 40, 30}); });
   view->setFrame({0, 0, 100, 100});
@@ -34,7 +34,7 @@ TEST(ViewWithoutDisplayTest, DrawnIntoABitmapAgainItLiesOverWhatIsThere) {
 
 TEST(ViewWithoutDisplayTest, HasNoBitmapWithoutASize) {
   unsetenv("DISPLAY");
-  const auto view = makeView(makeXSession());
+  const auto view = std::make_unique<XView>(std::make_shared<XSession>(nullptr));
   EXPECT_EQ(view->bitmapForCachingDisplay(), nullptr);
   view->setFrame({0, 0, 1e9, 10});
   EXPECT_EQ(view->bitmapForCachingDisplay(), nullptr);

@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 #include "platform/linux/x11/screen_metrics.h"
-#include "platform/linux/x11/window.h"
 #include "platform/linux/x11/x_session.h"
 #include "platform/linux/x11/x_workspace.h"
 #include "platform/linux/x11/xsettings.h"
@@ -49,7 +48,7 @@ class WorkspaceTest : public testing::Test {
   WorkspaceTest() {
     unsetenv("GDK_SCALE");
     session = std::make_shared<XSession>(server.display().c_str());
-    workspace = makeWorkspace(session);
+    workspace = std::make_unique<XWorkspace>(session);
   }
 
   // A window with the properties of a program, as a toolkit sets them.
@@ -176,26 +175,28 @@ TEST_F(WorkspaceTest, TheEnvironmentsScaleComesBeforeTheDesktops) {
   const auto manager = client.own("_XSETTINGS_S0");
   client.setText(manager, "_XSETTINGS_SETTINGS", littleEndianSetting("Gdk/WindowScalingFactor", 2));
   setenv("GDK_SCALE", "4", 1);
-  const auto scaled = makeWorkspace(std::make_shared<XSession>(server.display().c_str()));
+  const auto scaled =
+      std::make_unique<XWorkspace>(std::make_shared<XSession>(server.display().c_str()));
   EXPECT_EQ(scaled->mainScreenScale(), 4);
   EXPECT_EQ(scaled->primaryScreenHeight(), 200);
 }
 
 TEST_F(WorkspaceTest, TheResolutionOfFontsScalesNoCoordinate) {
   client.setText(client.root(), "RESOURCE_MANAGER", "Xft.dpi:\t192\n");
-  EXPECT_EQ(makeWorkspace(std::make_shared<XSession>(server.display().c_str()))->mainScreenScale(),
+  EXPECT_EQ(std::make_unique<XWorkspace>(std::make_shared<XSession>(server.display().c_str()))
+                ->mainScreenScale(),
             1);
 }
 
 TEST_F(WorkspaceTest, ThePrimaryMonitorsHeightCounts) {
   client.setMonitor("left", false, 500, true);
-  EXPECT_EQ(
-      makeWorkspace(std::make_shared<XSession>(server.display().c_str()))->primaryScreenHeight(),
-      500);
+  EXPECT_EQ(std::make_unique<XWorkspace>(std::make_shared<XSession>(server.display().c_str()))
+                ->primaryScreenHeight(),
+            500);
   client.setMonitor("right", true, 600, false);
-  EXPECT_EQ(
-      makeWorkspace(std::make_shared<XSession>(server.display().c_str()))->primaryScreenHeight(),
-      600);
+  EXPECT_EQ(std::make_unique<XWorkspace>(std::make_shared<XSession>(server.display().c_str()))
+                ->primaryScreenHeight(),
+            600);
 }
 
 TEST_F(WorkspaceTest, SurvivesTheServersEnd) {
@@ -228,7 +229,7 @@ TEST_F(WorkspaceTest, OnceConnectedABrokenPipeDoesNotEndTheProgram) {
 
 void expectNothing(const std::shared_ptr<XSession>& session) {
   EXPECT_FALSE(session->present());
-  const auto workspace = makeWorkspace(session);
+  const auto workspace = std::make_unique<XWorkspace>(session);
   EXPECT_EQ(workspace->frontmostApplication(), nullptr);
   EXPECT_TRUE(workspace->runningApplications("com.apple.Music").empty());
   EXPECT_EQ(workspace->primaryScreenHeight(), std::nullopt);
@@ -237,7 +238,7 @@ void expectNothing(const std::shared_ptr<XSession>& session) {
 
 TEST(WorkspaceWithoutDisplayTest, AnswersNothing) {
   unsetenv("DISPLAY");
-  expectNothing(makeXSession());
+  expectNothing(std::make_shared<XSession>(nullptr));
   expectNothing(std::make_shared<XSession>(":64999"));
   expectNothing(std::make_shared<XSession>("no display at all"));
 }
