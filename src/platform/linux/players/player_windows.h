@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "base/rect.h"
+#include "platform/linux/players/player_description.h"
+
+namespace vellora {
+
+// A window that fits descriptions, as the window system knows it.
+struct PlayerWindow {
+  std::int32_t process = 0;
+  std::vector<PlayerDescriptionPtr> descriptions;  // in the order in which they are to be tried
+  // Of the client area, without what a window manager puts around it, in device pixels from the top
+  // left of the screen; nothing where the window system does not tell.
+  std::optional<Rect> clientArea;
+  double scale = 1;  // device pixels a point
+};
+
+// The players' windows that the window system has found: written on the main thread, read by
+// whatever needs them. Any thread.
+class PlayerWindows {
+ public:
+  // The window that is in front now; the others stay as they were, behind it. Of each process the
+  // latest window is kept.
+  void bringToFront(PlayerWindow window);
+  // A window that need not be in front; behind those that are known.
+  void note(PlayerWindow window);
+  // Keeps the windows of these processes only.
+  void keepOnly(const std::vector<std::int32_t>& processes);
+
+  std::optional<PlayerWindow> find(std::int32_t process) const;
+  // Last in front first.
+  std::vector<PlayerWindow> all() const;
+
+ private:
+  mutable std::mutex mutex_;
+  std::vector<PlayerWindow> windows_;
+};
+
+}  // namespace vellora
