@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "platform/linux/glib/event_source.h"
+#include "platform/linux/glib/quoted_text.h"
 #include "platform/linux/glib/session_bus.h"
 #include "platform/linux/open/open_interface.h"
 
@@ -121,23 +122,6 @@ int open(const std::vector<std::string>& urls) {
 // Whether the text begins as a URL does: with a scheme and a colon (RFC 3986, section 3.1).
 bool hasScheme(const std::string& text) {
   return GCharPtr(g_uri_parse_scheme(text.c_str())) != nullptr;
-}
-
-// UTF-8 in double quotes, short and without control characters, so that it cannot steer a terminal.
-std::string inQuotes(const std::string& text) {
-  constexpr int longest = 80;  // characters
-  std::string result = "\"";
-  const char* next = text.c_str();
-  for (int taken = 0; *next != '\0' && taken < longest; ++taken) {
-    const char* const end = g_utf8_next_char(next);
-    if (g_unichar_iscntrl(g_utf8_get_char(next)) != FALSE) {
-      result += '?';
-    } else {
-      result.append(next, end);
-    }
-    next = end;
-  }
-  return result + (*next == '\0' ? "\"" : "…\"");
 }
 
 int run(const std::vector<std::string>& arguments) {
