@@ -27,17 +27,30 @@ struct ReadDescription {
 // what is missing. The format is that of docs/vellora-player.5.
 ReadDescription readDescription(std::string_view text, const std::string& file);
 
-// The descriptions of these folders' files "*.player", in the folders' order; a file hides those of
-// the same name in later folders. Files with problems are left out and their problems listed.
+// Reads a description's file; that it cannot be read, or is no ordinary file, is a problem. Never
+// waits for a FIFO's writer.
+ReadDescription readDescriptionFile(const std::filesystem::path& file);
+
+// A folder's file "*.player" whose name does not begin with a dot.
+struct DescriptionFile {
+  std::filesystem::path path;
+  std::filesystem::path
+      hiddenBy;  // the file of the same name in an earlier folder, if there is one
+};
+// In the folders' order, and by name in each. A folder that is not there has none.
+std::vector<DescriptionFile> descriptionFiles(const std::vector<std::filesystem::path>& folders);
+
+// The descriptions of those that are not hidden. Files with problems are left out and their
+// problems listed; they hide others nevertheless.
 struct DescriptionList {
   std::vector<PlayerDescriptionPtr> descriptions;
   std::vector<DescriptionProblem> problems;
 };
 DescriptionList readDescriptions(const std::vector<std::filesystem::path>& folders);
 
-// The user's folder ($XDG_DATA_HOME/vellora/players, or ~/.local/share/…), then that of this
-// installation: beside the running program's prefix (../share/vellora/players), or in the sources
-// that it was built from.
+// The user's folder ($XDG_DATA_HOME/vellora/players, or ~/.local/share/…), then that of the
+// installation or the build that the running program belongs to: ../share/vellora/players from its
+// own folder.
 std::vector<std::filesystem::path> descriptionFolders();
 
 // What a window calls itself.
