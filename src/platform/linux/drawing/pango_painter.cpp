@@ -16,8 +16,11 @@ namespace {
 
 constexpr std::size_t heightLimit = 256;  // of `heights_`, then all go
 
-std::string heightKey(std::string_view text, double fontSize, double width) {
-  const double numbers[] = {fontSize, width};
+// Longer texts are measured each time: keeping them would take more room than it saves time.
+constexpr std::size_t longestKept = 4096;  // bytes
+
+std::string heightKey(std::string_view text, double fontSize, double width, double most) {
+  const double numbers[] = {fontSize, width, most};
   std::string key(sizeof numbers, '\0');
   std::memcpy(key.data(), numbers, sizeof numbers);
   return key.append(text);
@@ -33,13 +36,17 @@ bool PangoPainter::setTranslation(const std::vector<std::string_view>& texts) {
 
 double PangoPainter::measureHeight(std::string_view text, double fontSize, double width,
                                    double maximumHeight) {
-  std::string key = heightKey(text, fontSize, width);
+  if (text.size() > longestKept) {
+    return textSetter_.height(text, fontSize, width, maximumHeight);
+  }
+  std::string key = heightKey(text, fontSize, width, maximumHeight);
   auto found = heights_.find(key);
   if (found == heights_.end()) {
     if (heights_.size() >= heightLimit) heights_.clear();
-    found = heights_.emplace(std::move(key), textSetter_.height(text, fontSize, width)).first;
+    const double height = textSetter_.height(text, fontSize, width, maximumHeight);
+    found = heights_.emplace(std::move(key), height).first;
   }
-  return std::fmin(found->second, maximumHeight);
+  return found->second;
 }
 
 std::shared_ptr<const CaptionImage> PangoPainter::paint(const CaptionDrawing& drawing) {

@@ -32,6 +32,13 @@ std::string fontFamilies(std::string_view language) {
 // bits.
 constexpr double largestLength = 100'000;
 
+// Bytes of a text that are laid out first; twice as many each time that they do not suffice.
+constexpr std::size_t firstPart = 2048;
+
+// Bytes of a text that are looked at. No caption has room for more; laying it out would take
+// minutes.
+constexpr std::size_t mostBytes = 65'536;
+
 int pangoUnits(double points) {
   return static_cast<int>(std::lround(std::min(points, largestLength) * PANGO_SCALE));
 }
@@ -39,6 +46,14 @@ int pangoUnits(double points) {
 double points(int pangoUnits) { return static_cast<double>(pangoUnits) / PANGO_SCALE; }
 
 bool isPositive(double length) { return length > 0 && std::isfinite(length); }
+
+// The first `size` bytes, without a part of a character at their end.
+std::string_view firstBytes(std::string_view text, std::size_t size) {
+  if (text.size() <= size) return text;
+  const auto isInside = [&] { return (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80U; };
+  for (int i = 0; i < 3 && size > 0 && isInside(); ++i) --size;
+  return text.substr(0, size);
+}
 
 // The end of `text` without the blanks before it.
 std::size_t withoutBlanks(std::string_view text, std::size_t end) {
@@ -122,32 +137,40 @@ bool TextSetter::setCommonLanguage(const char* language) {
   return std::string_view(std::exchange(commonLanguage_, language)) != language;
 }
 
-void TextSetter::layOut(std::string_view text, double fontSize, double width) {
-  const std::string shown = shownText(text);
+// Lays out the text, or as much of it as has `lines` lines and more: the last line of a part may be
+// broken elsewhere in the whole.
+void TextSetter::layOut(std::string_view text, double fontSize, double width, double lines) {
+  const std::string shown = shownText(firstBytes(text, mostBytes));
   const char* const language = languageTag(shown, commonLanguage_);
   pango_font_description_set_family(font_.get(), fontFamilies(language).c_str());
   pango_font_description_set_absolute_size(font_.get(), pangoUnits(fontSize));
   pango_context_set_language(context_.get(), pango_language_from_string(language));
   pango_layout_set_font_description(layout_.get(), font_.get());
   pango_layout_set_width(layout_.get(), pangoUnits(width));
-  pango_layout_set_text(layout_.get(), shown.data(), static_cast<int>(shown.size()));
+  for (std::size_t size = firstPart;; size *= 2) {
+    const std::string_view part = firstBytes(shown, size);
+    pango_layout_set_text(layout_.get(), part.data(), static_cast<int>(part.size()));
+    if (part.size() == shown.size()) return;
+    if (pango_layout_get_line_count(layout_.get()) - 1 > lines) return;
+  }
 }
 
-double TextSetter::height(std::string_view text, double fontSize, double width) {
+double TextSetter::height(std::string_view text, double fontSize, double width, double most) {
   if (!isPositive(fontSize) || !isPositive(width)) return 0;
   pango_context_set_matrix(context_.get(), nullptr);
-  layOut(text, fontSize, width);
-  return pango_layout_get_line_count(layout_.get()) * fontSize * lineHeight;
+  const double pitch = fontSize * lineHeight;
+  layOut(text, fontSize, width, most / pitch);
+  return std::fmin(pango_layout_get_line_count(layout_.get()) * pitch, most);
 }
 
 void TextSetter::show(cairo_t* context, std::string_view text, double fontSize, const Rect& place) {
   if (!isPositive(fontSize) || !isPositive(place.width) || !isPositive(place.height)) return;
   pango_cairo_update_context(context, context_.get());
-  layOut(text, fontSize, place.width);
-
   const double pitch = fontSize * lineHeight;
   // A thousandth of a line lost to rounding costs no line.
   const double room = std::fmax(std::floor(place.height / pitch + 0.001), 1);
+  layOut(text, fontSize, place.width, room);
+
   const int count = pango_layout_get_line_count(layout_.get());
   const bool cut = count > room;
   const int whole = cut ? static_cast<int>(room) - 1 : count;

@@ -24,8 +24,9 @@ class TextSetter {
   // another one than before.
   bool setCommonLanguage(const char* language);
 
-  // Height of the whole text. 0 where a length is not positive or not finite.
-  double height(std::string_view text, double fontSize, double width);
+  // Height of the whole text, `most` at most; not all of a text that is higher is laid out. 0 where
+  // font size or width are not positive or not finite.
+  double height(std::string_view text, double fontSize, double width, double most);
 
   // Shows the text from the top of `place` in the context's source colour. Where it is higher than
   // `place`, the last line that fits takes all that is left, with a space for the line ends in it,
@@ -34,7 +35,7 @@ class TextSetter {
   void show(cairo_t* context, std::string_view text, double fontSize, const Rect& place);
 
  private:
-  void layOut(std::string_view text, double fontSize, double width);
+  void layOut(std::string_view text, double fontSize, double width, double lines);
   void showLine(cairo_t* context, PangoLayoutLine* line, double fontSize, double width,
                 Point lineTop);
   void showRest(cairo_t* context, PangoLayoutLine* line, double fontSize, double width,

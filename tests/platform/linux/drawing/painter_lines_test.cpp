@@ -1,5 +1,8 @@
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -117,6 +120,57 @@ TEST_F(PainterTest, RememberedHeightsBelongToTheirTextFontAndWidth) {
   }
   EXPECT_NEAR(painter.measureHeight(lines[0], 20, 600, 1000), 25, 0.01);
   EXPECT_NEAR(painter.measureHeight(lines[0], 20, 250, 1000), 50, 0.01);
+}
+
+// Words, spaces, ends of lines and paragraphs of either direction, in about `size` bytes.
+std::string longText(std::mt19937& random, std::size_t size) {
+  static constexpr const char* pieces[] = {"night ", "the",    " river ", "\n",      "夜空に",
+                                           "שלום ",  "كثيرا ", "🎵",       "e\u0301", " — ",
+                                           "\u2028", "ความรัก", "W",       "   ",     "。"};
+  std::string text;
+  while (text.size() < size) text += pieces[random() % std::size(pieces)];
+  return text;
+}
+
+TEST_F(PainterTest, HeightOfALongTextIsThatOfTheWholeUpToTheMost) {
+  std::mt19937 random(20260511);
+  for (int round = 0; round < 12; ++round) {
+    const std::string text = longText(random, 1500 + random() % 9000);
+    const double width = 60 + static_cast<double>(random() % 700);
+    const double whole = painter.measureHeight(text, 20, width, HUGE_VAL);
+    for (const double most : {25.0, 60.0, 1000.0, 3000.0, whole - 25, whole, whole + 25}) {
+      EXPECT_EQ(painter.measureHeight(text, 20, width, most), std::fmin(whole, most))
+          << text.size() << " bytes, width " << width << ", most " << most;
+    }
+  }
+}
+
+TEST_F(PainterTest, ALongTextIsCutWhereItsBeginningIs) {
+  std::mt19937 random(4);
+  for (int round = 0; round < 10; ++round) {
+    const std::string text = "The first words. " + longText(random, 1900);
+    const std::string longer = text + longText(random, 100'000);
+    for (const double lineCount : {1.0, 2.0}) {
+      const double height = std::ceil(24 * 1.25 * lineCount) + 8;
+      EXPECT_EQ(paintText(captionDrawing(longer, 300, height, 24)),
+                paintText(captionDrawing(text + "and more", 300, height, 24)));
+    }
+  }
+}
+
+// Without a limit to what is laid out, these take minutes each.
+TEST_F(PainterTest, GiantTextsAreMeasuredAndPainted) {
+  const std::size_t giant = 14U << 20U;
+  const std::string texts[] = {std::string(giant, 'w'), std::string(giant, ' '),
+                               std::string(giant, '\n'), std::string(giant, '\x01'),
+                               std::string(giant, '\xff')};
+  for (const std::string& text : texts) {
+    EXPECT_LE(painter.measureHeight(text, 20, 300, 1000), 1000);
+    EXPECT_TRUE(painter.paint(captionDrawing(text, 300, 38, 24)));
+  }
+  std::string marks = "e";
+  while (marks.size() < giant) marks += "\u0301";
+  EXPECT_LE(painter.measureHeight(marks, 20, 300, 1000), 1000);
 }
 
 }  // namespace
