@@ -107,9 +107,10 @@ void PanelPresenter::forgetWindow() {
   clipIsKnown_ = false;
 }
 
-void PanelPresenter::present(XView& view, PanelWindow& window, const PixelRect& frame, double scale,
-                             bool clipToPlates) {
-  PlacementRecorder recorder({view.frame().minX(), view.frame().minY()}, shown_);
+void PanelPresenter::present(XView& view, Point origin, PanelWindow& window, const PixelRect& frame,
+                             double scale, bool clipToPlates) {
+  PlacementRecorder recorder({view.frame().minX() + origin.x, view.frame().minY() + origin.y},
+                             shown_);
   view.draw(recorder);
   const Setting setting{frame, scale, clipToPlates || !window.hasAlpha()};
   const std::vector<PixelRect> damaged = damage(recorder.placements, setting);

@@ -40,8 +40,9 @@ class PanelPresenter {
   explicit PanelPresenter(std::shared_ptr<XSession> session);
 
   // Shows the view in `window`, which is `frame` large and mapped, at `scale` pixels to a point.
-  // `clipToPlates`: only the plates remain part of the window, as there is no transparency.
-  void present(XView& view, PanelWindow& window, const PixelRect& frame, double scale,
+  // The panel's top left is at `origin`, in points of the window. `clipToPlates`: only the plates
+  // remain part of the window, as there is no transparency.
+  void present(XView& view, Point origin, PanelWindow& window, const PixelRect& frame, double scale,
                bool clipToPlates);
 
   // What the window shows is not known any more.

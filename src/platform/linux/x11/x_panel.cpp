@@ -9,6 +9,29 @@
 namespace vellora {
 namespace {
 
+// A frame with a longer side than this many pixels may be a player's mistake, and a window of that
+// size a burden on the server and the compositor.
+constexpr int longSide = 8192;
+
+std::optional<PixelRect> allScreens(const XSession& session) {
+  xcb_connection_t* const c = session.connection();
+  const XcbReply<xcb_get_geometry_reply_t> root(
+      xcb_get_geometry_reply(c, xcb_get_geometry(c, session.root()), nullptr));
+  if (!root) return std::nullopt;
+  return PixelRect{0, 0, root->width, root->height};
+}
+
+// The part of a very large frame that is on the screens; another frame as it is.
+PixelRect withinScreens(const PixelRect& frame, const XSession& session) {
+  if (frame.width <= longSide && frame.height <= longSide) return frame;
+  const auto screens = allScreens(session);
+  if (!screens) return frame;
+  const double left = std::clamp<double>(frame.x, 0, screens->right());
+  const double top = std::clamp<double>(frame.y, 0, screens->bottom());
+  return nearestPixels({left, top, std::clamp<double>(frame.right(), left, screens->right()) - left,
+                        std::clamp<double>(frame.bottom(), top, screens->bottom()) - top});
+}
+
 double monotonicSeconds() { return static_cast<double>(g_get_monotonic_time()) / 1e6; }
 
 }  // namespace
@@ -46,6 +69,7 @@ void XPanel::makeWindow() {
   window_ = std::make_unique<PanelWindow>(session_);
   window_->lower();
   window_->applySettings();
+  wanted_ = {};
   placed_ = {};
   placedScale_.reset();
   place();
@@ -73,9 +97,10 @@ void XPanel::place() {
       nearestPixels({frame_.minX() * *scale, (height - frame_.maxY()) * *scale,
                      frame_.absoluteWidth() * *scale, frame_.absoluteHeight() * *scale});
   placedScale_ = scale;
-  if (pixels == placed_) return;
-  placed_ = pixels;
-  window_->place(pixels);
+  if (pixels == wanted_) return;
+  wanted_ = pixels;
+  placed_ = withinScreens(pixels, *session_);
+  window_->place(placed_);
   displaySoon();
 }
 
@@ -139,7 +164,9 @@ void XPanel::displayNow() {
   drawing_.reset();
   if (!onScreen() || !session_->present()) return;
   const bool composited = compositor_ && compositor_->owner() != XCB_WINDOW_NONE;
-  presenter_.present(*view_, *window_, placed_, placedScale_.value_or(1), !composited);
+  const double scale = placedScale_.value_or(1);
+  const Point origin{(wanted_.x - placed_.x) / scale, (wanted_.y - placed_.y) / scale};
+  presenter_.present(*view_, origin, *window_, placed_, scale, !composited);
   xcb_flush(session_->connection());
 }
 

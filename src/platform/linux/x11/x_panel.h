@@ -53,7 +53,8 @@ class XPanel final : public Panel, private XEventListener, private ViewHost {
   bool shown_ = false;
   Rect frame_;
   std::unique_ptr<PanelWindow> window_;
-  PixelRect placed_;
+  PixelRect wanted_;  // the frame, in pixels
+  PixelRect placed_;  // of it, where the window is
   std::optional<double> placedScale_;
   TopLevels topLevels_;
   PanelPresenter presenter_;

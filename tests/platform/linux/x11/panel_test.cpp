@@ -42,6 +42,25 @@ TEST_F(PanelTest, LiesWhereItsFrameSaysWithTheAxisTurned) {
   EXPECT_TRUE(session->present());
 }
 
+TEST_F(PanelTest, AGiantFrameMakesNoWindowLargerThanTheScreens) {
+  showOnePicture();
+  for (const double size : {9000.0, 60000.0}) {
+    panel->setFrame({-20, 800 + 30 - size, size, size});  // y down from -30
+    settle();
+    const Rect window = client.frame(own());
+    EXPECT_TRUE(Rect(0, 0, 1280, 800).contains(window)) << window.width << " × " << window.height;
+    // The picture stays at the panel's (50, 60).
+    EXPECT_TRUE(runLoopUntil([&] { return client.pixel(30 + 20, 30 + 20) == 0xff0000u; })) << size;
+    EXPECT_EQ(client.boundingShape(own()), std::vector<Rect>({{40, 40, 80, 20}}));
+  }
+  panel->setFrame({1300, 100, 60000, 60000});  // nothing of it is on the screens
+  settle();
+  EXPECT_LE(client.frame(own()).width, 1280);
+  panel->setFrame(frame);
+  settle();
+  EXPECT_EQ(client.frame(own()), Rect(100, 50, 400, 300));
+}
+
 TEST_F(PanelTest, ThePrimaryScreenTurnsTheAxisNotTheScreenThatHoldsIt) {
   client.setMonitor("left", true, 500, true);
   makeSession();
