@@ -3,12 +3,16 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <charconv>
+#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -86,8 +90,34 @@ bool writeAll(const OpenFile& file, std::string_view bytes) {
 
 // Short, whatever the destination is called. Two writers that meet at one name see it by O_EXCL and
 // take the next, as does one that meets what a crashed process of the same number left behind.
+constexpr std::string_view temporaryPrefix = ".vellora-";
+
 std::filesystem::path temporaryPath(const std::filesystem::path& folder, int attempt) {
-  return folder / (".vellora-" + std::to_string(::getpid()) + "-" + std::to_string(attempt));
+  return folder / (std::string(temporaryPrefix) + std::to_string(::getpid()) + "-" +
+                   std::to_string(attempt));
+}
+
+// The process that a temporary file is named after; nothing where the name is another.
+std::optional<pid_t> writerOf(std::string_view name) {
+  if (!name.starts_with(temporaryPrefix)) return std::nullopt;
+  name.remove_prefix(temporaryPrefix.size());
+  pid_t process = 0;
+  const char* const end = name.data() + name.size();
+  const auto number = std::from_chars(name.data(), end, process);
+  if (number.ec != std::errc() || process <= 0) return std::nullopt;
+  int attempt = 0;
+  if (number.ptr == end || *number.ptr != '-') return std::nullopt;
+  const auto rest = std::from_chars(number.ptr + 1, end, attempt);
+  if (rest.ec != std::errc() || rest.ptr != end || attempt < 0) return std::nullopt;
+  return process;
+}
+
+// A process of another container, which has numbers of its own, may still be writing.
+bool isAMinuteOld(const std::filesystem::directory_entry& entry) {
+  std::error_code error;
+  const auto written = entry.last_write_time(error);
+  return !error &&
+         std::filesystem::file_time_type::clock::now() - written > std::chrono::minutes(1);
 }
 
 }  // namespace
@@ -133,6 +163,19 @@ bool writeFileAtomically(const std::filesystem::path& path, std::string_view byt
     return written && temporary.renameTo(path);
   }
   return false;
+}
+
+void removeAbandonedFiles(const std::filesystem::path& folder) {
+  if (!isUsable(folder)) return;
+  std::error_code error;
+  int looked = 0;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (++looked > 1000) return;
+    const auto writer = writerOf(entry->path().filename().native());
+    if (!writer || ::kill(*writer, 0) == 0 || errno != ESRCH || !isAMinuteOld(*entry)) continue;
+    ::unlink(entry->path().c_str());
+  }
 }
 
 bool fileExists(const std::filesystem::path& path) {

@@ -21,6 +21,11 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& path);
 // new file has the permissions of an ordinary new file. Any thread.
 bool writeFileAtomically(const std::filesystem::path& path, std::string_view bytes);
 
+// Removes what writers that ended in the middle of `writeFileAtomically` left in the folder: the
+// temporary files of processes that are not there any more, once they are a minute old. Looks at no
+// more than the first thousand entries. Failures are ignored. Any thread.
+void removeAbandonedFiles(const std::filesystem::path& folder);
+
 // Whether anything exists at `path`, symbolic links followed.
 bool fileExists(const std::filesystem::path& path);
 

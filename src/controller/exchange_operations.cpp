@@ -1,3 +1,4 @@
+#include "base/files.h"
 #include "controller/overlay_delegate.h"
 #include "controller/status_messages.h"
 #include "exchange/command_intake.h"
@@ -22,9 +23,14 @@ void OverlayDelegate::applicationOpen(const std::vector<std::string>& urls) {
   SnapshotLocation location = acceptedSnapshotLocation(urls);
   if (!location) return;
   snapshotURL = std::move(location);
+  tidyUp();
   lastFresh = clock_->now();
   statusMessage.clear();
   tick();
+}
+
+void OverlayDelegate::tidyUp() {
+  if (const auto folder = directory()) removeAbandonedFiles(*folder);
 }
 
 bool OverlayDelegate::syncRequested() {

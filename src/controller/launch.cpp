@@ -7,6 +7,7 @@
 namespace vellora {
 
 void OverlayDelegate::applicationDidFinishLaunching() {
+  tidyUp();
   configurePanel();
   addStatusItem();
   timer = application_.scheduleTimer(tickInterval, [self = weak_from_this()] {

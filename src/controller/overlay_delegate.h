@@ -96,6 +96,8 @@ class OverlayDelegate final : public ApplicationDelegate,
 
   // Records a status line, shows it as the tooltip and writes it to the status file, unless it is
   // the recorded one, `stopped` is false and the file exists. Without a location it does nothing.
+  // Removes what a crash left half written in the exchange folder.
+  void tidyUp();
   void writeStatus(std::string_view message, bool stopped);
   // Hides the panel and reports the status line.
   void hide(std::string_view message);

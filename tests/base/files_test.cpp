@@ -1,5 +1,6 @@
 #include "base/files.h"
 
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -13,6 +14,7 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "support/file_size_limit.h"
@@ -225,6 +227,37 @@ TEST_F(FilesTest, NameThatACrashedProcessLeftBehindIsPassedOver) {
   EXPECT_TRUE(writeFileAtomically(folder / "a", "x"));
   EXPECT_EQ(content(folder / "a"), "x");
   EXPECT_EQ(content(folder / stale), "left");
+}
+
+TEST_F(FilesTest, WhatEndedProcessesLeftIsRemovedAndNothingElse) {
+  const pid_t gone = ::fork();
+  if (gone == 0) ::_exit(0);
+  ASSERT_EQ(::waitpid(gone, nullptr, 0), gone);
+  const std::string left = ".vellora-" + std::to_string(gone) + "-0";
+  const std::string fresh = ".vellora-" + std::to_string(gone) + "-1";
+  const std::string ofTheLiving = ".vellora-" + std::to_string(::getpid()) + "-0";
+  const std::set<std::string> others{"a",
+                                     ".vellora-",
+                                     ".vellora-x-0",
+                                     ".vellora-0-0",
+                                     ".vellora--1-0",
+                                     left + "x",
+                                     left + "-0",
+                                     ".vellora-" + std::to_string(gone)};
+  std::set<std::string> all = others;
+  all.insert({left, fresh, ofTheLiving});
+  const auto old = fs::file_time_type::clock::now() - std::chrono::minutes(2);
+  for (const std::string& name : all) {
+    put(folder / name, "x");
+    if (name != fresh) fs::last_write_time(folder / name, old);
+  }
+  removeAbandonedFiles(folder);
+  all.erase(left);
+  EXPECT_EQ(names(), all);
+  removeAbandonedFiles(folder / "missing");
+  removeAbandonedFiles(folder / "a");
+  removeAbandonedFiles("");
+  EXPECT_EQ(names(), all);
 }
 
 TEST_F(FilesTest, ReaderBesideAWriterSeesOnlyWholeFiles) {

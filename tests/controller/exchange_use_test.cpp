@@ -1,3 +1,6 @@
+#include <chrono>
+#include <filesystem>
+
 #include "controller/controller_fixture.h"
 #include "support/ordinary_user.h"
 
@@ -238,6 +241,24 @@ TEST_F(ExchangeUseTest, AFreshCommandWhoseFileCannotBeRemovedRunsUntilItIsTwenty
   controller->tick();
   EXPECT_EQ(commands(), 2u);
   EXPECT_TRUE(exists("command.json"));
+}
+
+TEST_F(ExchangeUseTest, WhatACrashLeftIsRemovedAtTheLaunchAndFromANewFolder) {
+  // Of a process beyond the largest number that one can have.
+  const auto leave = [](const std::filesystem::path& exchange) {
+    const auto left = exchange / ".vellora-2000000000-0";
+    writeText(left, "half");
+    std::filesystem::last_write_time(
+        left, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+    return left;
+  };
+  const auto first = leave(snapshotPath().parent_path());
+  controller->applicationDidFinishLaunching();
+  EXPECT_FALSE(std::filesystem::exists(first));
+  const auto moved = makeVelloraFolder("a");
+  const auto second = leave(moved);
+  open("tessaly-overlay://x?snapshot=" + (moved / "snapshot.json").string());
+  EXPECT_FALSE(std::filesystem::exists(second));
 }
 
 TEST_F(ExchangeUseTest, AnAcceptedUrlMovesEveryFileAtOnce) {
