@@ -4,6 +4,7 @@
 #include <variant>
 #include <vector>
 
+#include "base/standard_streams.h"
 #include "companion/program/commanding.h"
 #include "companion/program/keeping.h"
 #include "companion/program/libraries.h"
@@ -11,6 +12,7 @@
 
 int main(int argc, char** argv) {
   using namespace vellora::companion;
+  vellora::openMissingStandardStreams();
   auto parsed = parseOptions(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc),
                              processEnvironment);
   if (const auto* answer = std::get_if<Answer>(&parsed)) {

@@ -20,7 +20,9 @@ namespace vellora {
 // races.
 class Program {
  public:
-  explicit Program(std::vector<std::string> arguments, std::string variable = {}) {
+  enum class Streams { standard, none };
+  explicit Program(std::vector<std::string> arguments, std::string variable = {},
+                   Streams streams = Streams::standard) {
     arguments.insert(arguments.begin(), VELLORA_PROGRAM);
     std::vector<char*> argv;
     for (std::string& argument : arguments) argv.push_back(argument.data());
@@ -38,8 +40,14 @@ class Program {
 
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
-    redirect(files, STDOUT_FILENO, folder_ / "output");
-    redirect(files, STDERR_FILENO, folder_ / "errors");
+    if (streams == Streams::none) {
+      for (int stream = 0; stream <= STDERR_FILENO; ++stream) {
+        posix_spawn_file_actions_addclose(&files, stream);
+      }
+    } else {
+      redirect(files, STDOUT_FILENO, folder_ / "output");
+      redirect(files, STDERR_FILENO, folder_ / "errors");
+    }
     const int failure =
         posix_spawn(&pid_, VELLORA_PROGRAM, &files, nullptr, argv.data(), environment.data());
     posix_spawn_file_actions_destroy(&files);
@@ -64,6 +72,13 @@ class Program {
     siginfo_t ended{};
     return waitid(P_PID, static_cast<id_t>(pid_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
            ended.si_pid == 0;
+  }
+
+  // What a descriptor of the program stands for.
+  std::filesystem::path descriptor(int number) const {
+    std::error_code error;
+    return std::filesystem::read_symlink(
+        "/proc/" + std::to_string(pid_) + "/fd/" + std::to_string(number), error);
   }
 
   // What it has printed so far.

@@ -84,6 +84,14 @@ TEST(ProgramTest, TheOverlayRunsAndReportsEvenSo) {
             R"({"message":"Waiting for fresh lyrics from Tessaly","stopped":false})");
 }
 
+TEST(ProgramTest, StartedWithoutStreamsItPrintsIntoNothing) {
+  TemporaryFolder folder;
+  Program program({"--snapshot", (folder / "s.json").string()}, {}, Program::Streams::none);
+  waitFor(folder / "status.json");
+  EXPECT_TRUE(program.running());
+  for (int stream = 0; stream <= 2; ++stream) EXPECT_EQ(program.descriptor(stream), "/dev/null");
+}
+
 TEST(ProgramTest, TheOverlaySaysThatThereIsNoDisplay) {
   const struct {
     const char* variable;

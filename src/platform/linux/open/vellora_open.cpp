@@ -9,6 +9,7 @@
 
 #include <unistd.h>
 
+#include "base/standard_streams.h"
 #include "platform/linux/glib/event_source.h"
 #include "platform/linux/glib/quoted_text.h"
 #include "platform/linux/glib/session_bus.h"
@@ -145,5 +146,6 @@ int run(const std::vector<std::string>& arguments) {
 }  // namespace vellora
 
 int main(int count, char** values) {
+  vellora::openMissingStandardStreams();
   return vellora::run(std::vector<std::string>(values + (count > 0 ? 1 : 0), values + count));
 }
