@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+
+namespace vellora {
+
+// Whether two processes are of one program, as far as the kernel and the containers' marks tell: a
+// process with itself; a process with one that started it, or that one's, and so on, but never by
+// way of the first process of all, which everything comes from; processes in the same container. A
+// process that has ended belongs with nothing but its number. `proc` is where the kernel's process
+// information is mounted. Reads a few small files. Any thread.
+bool belongTogether(std::int32_t a, std::int32_t b, const std::filesystem::path& proc = "/proc");
+
+// Whether they run in the same container: in the same instance of a Flatpak application (the file
+// /.flatpak-info in the root of each; where that names no instance, the same application), or in
+// the same snap (as AppArmor or the control groups name it).
+bool shareContainer(std::int32_t a, std::int32_t b, const std::filesystem::path& proc = "/proc");
+
+}  // namespace vellora
