@@ -2,11 +2,13 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #include "platform/linux/accessibility/linux_accessibility.h"
 #include "platform/linux/drawing/pango_painter.h"
 #include "platform/linux/loop/glib_application.h"
 #include "platform/linux/player/mpris_scripting.h"
+#include "platform/linux/players/player_windows.h"
 #include "platform/linux/tray/notifier_item.h"
 #include "platform/linux/x11/x_panel.h"
 #include "platform/linux/x11/x_session.h"
@@ -34,7 +36,8 @@ class LinuxPlatform final : public Platform {
   std::shared_ptr<const Clock> makeClock() override { return std::make_shared<SystemClock>(); }
   std::shared_ptr<Accessibility> makeAccessibility() override { return makeLinuxAccessibility(); }
   std::unique_ptr<Workspace> makeWorkspace() override {
-    return std::make_unique<XWorkspace>(session());
+    return std::make_unique<XWorkspace>(session(), std::vector<PlayerDescriptionPtr>(),
+                                        playerWindows_);
   }
   std::unique_ptr<MusicScripting> makeMusicScripting() override {
     return std::make_unique<MprisScripting>();
@@ -60,6 +63,7 @@ class LinuxPlatform final : public Platform {
 
   std::unique_ptr<Application> application_;
   std::shared_ptr<XSession> session_;
+  const std::shared_ptr<PlayerWindows> playerWindows_ = std::make_shared<PlayerWindows>();
 };
 
 }  // namespace

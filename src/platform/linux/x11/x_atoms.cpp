@@ -14,6 +14,7 @@ XAtoms internAtoms(xcb_connection_t* connection, int screenNumber) {
   const std::vector<std::pair<xcb_atom_t*, std::string>> names = {
       {&atoms.netActiveWindow, "_NET_ACTIVE_WINDOW"},
       {&atoms.netClientList, "_NET_CLIENT_LIST"},
+      {&atoms.netClientListStacking, "_NET_CLIENT_LIST_STACKING"},
       {&atoms.netWmPid, "_NET_WM_PID"},
       {&atoms.netWmName, "_NET_WM_NAME"},
       {&atoms.netWmDesktop, "_NET_WM_DESKTOP"},

@@ -10,6 +10,7 @@ namespace vellora {
 struct XAtoms {
   xcb_atom_t netActiveWindow = XCB_ATOM_NONE;
   xcb_atom_t netClientList = XCB_ATOM_NONE;
+  xcb_atom_t netClientListStacking = XCB_ATOM_NONE;
   xcb_atom_t netWmPid = XCB_ATOM_NONE;
   xcb_atom_t netWmName = XCB_ATOM_NONE;
   xcb_atom_t netWmDesktop = XCB_ATOM_NONE;

@@ -1,5 +1,9 @@
 #include "platform/linux/x11/x_property.h"
 
+#include <utility>
+
+#include <xcb/xcbext.h>
+
 namespace vellora {
 
 PropertyQuestion::PropertyQuestion(xcb_connection_t* connection, xcb_window_t window,
@@ -8,7 +12,18 @@ PropertyQuestion::PropertyQuestion(xcb_connection_t* connection, xcb_window_t wi
       cookie_(xcb_get_property(connection, 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0,
                                (maximumBytes + 3) / 4)) {}
 
+bool PropertyQuestion::hasArrived() {
+  if (arrived_) return true;
+  void* reply = nullptr;
+  xcb_generic_error_t* error = nullptr;
+  arrived_ = xcb_poll_for_reply(connection_, cookie_.sequence, &reply, &error) != 0;
+  const XcbReply<xcb_generic_error_t> taken(error);
+  reply_.reset(static_cast<xcb_get_property_reply_t*>(reply));
+  return arrived_;
+}
+
 XcbReply<xcb_get_property_reply_t> PropertyQuestion::take() {
+  if (arrived_) return std::move(reply_);
   // Without a place for it, an error would come back as an event; the reply says enough.
   xcb_generic_error_t* error = nullptr;
   XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie_, &error));

@@ -20,6 +20,9 @@ class PropertyQuestion {
   PropertyQuestion(xcb_connection_t* connection, xcb_window_t window, xcb_atom_t property,
                    std::uint32_t maximumBytes = 4096);
 
+  // Whether the answer can be taken without waiting.
+  bool hasArrived();
+
   // 32-bit items; empty when the property is not there or of another width.
   std::vector<std::uint32_t> takeNumbers();
   // Bytes; nothing when the property is not there or of another width.
@@ -30,6 +33,8 @@ class PropertyQuestion {
 
   xcb_connection_t* connection_;
   xcb_get_property_cookie_t cookie_;
+  bool arrived_ = false;
+  XcbReply<xcb_get_property_reply_t> reply_;  // once it has arrived
 };
 
 // Each replaces the whole property of a window.

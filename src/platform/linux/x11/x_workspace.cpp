@@ -4,11 +4,9 @@
 #include <set>
 #include <utility>
 
-#include <gio/gio.h>
-#include <sys/utsname.h>
-
 #include "platform/linux/x11/screen_metrics.h"
 #include "platform/linux/x11/x_property.h"
+#include "platform/player.h"
 
 namespace vellora {
 namespace {
@@ -26,43 +24,7 @@ class XApplication final : public RunningApplication {
   std::optional<std::string> identifier_;
 };
 
-std::string hostName() {
-  utsname names{};
-  return uname(&names) == 0 ? names.nodename : "";
-}
-
-// Texts in properties may or may not end with a zero byte.
-std::string_view untilZero(std::string_view bytes) { return bytes.substr(0, bytes.find('\0')); }
-
-// What a window says of its program, asked but not yet taken.
-struct WindowQuestions {
-  WindowQuestions(const XSession& session, xcb_window_t window)
-      : process(session.connection(), window, session.atoms().netWmPid),
-        machine(session.connection(), window, XCB_ATOM_WM_CLIENT_MACHINE),
-        gtkApplicationId(session.connection(), window, session.atoms().gtkApplicationId),
-        wmClass(session.connection(), window, XCB_ATOM_WM_CLASS) {}
-
-  std::shared_ptr<const RunningApplication> take() {
-    const auto processes = process.takeNumbers();
-    const auto machineName = machine.takeBytes();
-    const auto gtkId = gtkApplicationId.takeBytes();
-    const auto classes = wmClass.takeBytes();
-    if (processes.empty() || processes[0] == 0 || processes[0] > INT32_MAX) return nullptr;
-    // A process number means nothing on another host.
-    if (machineName && untilZero(*machineName) != hostName() &&
-        untilZero(*machineName) != "localhost") {
-      return nullptr;
-    }
-    return std::make_shared<XApplication>(
-        static_cast<std::int32_t>(processes[0]),
-        bundleIdentifierOf(gtkId.value_or(""), classes.value_or("")));
-  }
-
-  PropertyQuestion process;
-  PropertyQuestion machine;
-  PropertyQuestion gtkApplicationId;
-  PropertyQuestion wmClass;
-};
+constexpr std::uint32_t listBytes = 65536;
 
 // Whether nothing of a window but its title bar can be seen, going by its _NET_WM_STATE.
 bool isMinimised(const std::vector<std::uint32_t>& states, const XAtoms& atoms) {
@@ -73,20 +35,14 @@ bool isMinimised(const std::vector<std::uint32_t>& states, const XAtoms& atoms) 
 
 }  // namespace
 
-std::optional<std::string> bundleIdentifierOf(std::string_view gtkApplicationId,
-                                              std::string_view wmClass) {
-  const std::string_view instancePart = untilZero(wmClass);
-  const std::string_view classPart = instancePart.size() < wmClass.size()
-                                         ? untilZero(wmClass.substr(instancePart.size() + 1))
-                                         : std::string_view();
-  for (const std::string_view part : {untilZero(gtkApplicationId), classPart, instancePart}) {
-    std::string text(part);
-    if (g_application_id_is_valid(text.c_str()) != FALSE) return text;
-  }
-  return std::nullopt;
-}
-
-XWorkspace::XWorkspace(std::shared_ptr<XSession> session) : session_(std::move(session)) {
+XWorkspace::XWorkspace(std::shared_ptr<XSession> session,
+                       std::vector<PlayerDescriptionPtr> descriptions,
+                       std::shared_ptr<PlayerWindows> windows)
+    : session_(std::move(session)),
+      descriptions_(std::move(descriptions)),
+      windows_(windows ? std::move(windows) : std::make_shared<PlayerWindows>()),
+      listing_(*session_, descriptions_, *windows_),
+      area_(*session_) {
   session_->addListener(*this);
 }
 
@@ -96,6 +52,8 @@ std::shared_ptr<const RunningApplication> XWorkspace::frontmostApplication() {
   session_->dispatch();
   if (!session_->present()) return nullptr;
   if (!frontmostKnown_) readFrontmost();
+  if (frontPlayer_) placeFrontPlayer();
+  listing_.advance(frontPlayer_ ? std::optional(frontPlayer_->process) : std::nullopt);
   return frontmost_;
 }
 
@@ -106,21 +64,49 @@ void XWorkspace::readFrontmost() {
       PropertyQuestion(c, session_->root(), session_->atoms().netActiveWindow).takeNumbers();
   constexpr xcb_window_t none = XCB_WINDOW_NONE;
   const xcb_window_t window = active.empty() ? none : active[0];
-  if (window != activeWindow_ && activeWindow_ != XCB_WINDOW_NONE) {
+  if (window != activeWindow_) {
+    area_.follow(XCB_WINDOW_NONE);
     const std::uint32_t noEvents = XCB_EVENT_MASK_NO_EVENT;
-    xcb_change_window_attributes(c, activeWindow_, XCB_CW_EVENT_MASK, &noEvents);
+    if (activeWindow_ != XCB_WINDOW_NONE) {
+      xcb_change_window_attributes(c, activeWindow_, XCB_CW_EVENT_MASK, &noEvents);
+    }
   }
   activeWindow_ = window;
   frontmost_.reset();
+  frontPlayer_.reset();
   if (window == XCB_WINDOW_NONE || window == session_->root()) return;
   // Before the questions, so that no change falls between them and the first notice.
   const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
   xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &events);
   PropertyQuestion states(c, window, session_->atoms().netWmState);
-  WindowQuestions questions(*session_, window);
+  WindowProgramQuestion question(*session_, window);
   const bool isSeen = !isMinimised(states.takeNumbers(), session_->atoms());
-  auto program = questions.take();
-  if (isSeen) frontmost_ = std::move(program);
+  const auto program = question.take();
+  if (program && isSeen) setFrontmost(*program);
+}
+
+void XWorkspace::setFrontmost(const WindowProgram& program) {
+  auto descriptions = descriptionsFor(program.names, descriptions_);
+  if (descriptions.empty()) {
+    frontmost_ = std::make_shared<XApplication>(program.process, program.identifier);
+    return;
+  }
+  frontmost_ = std::make_shared<XApplication>(program.process, std::string(musicPlayer.identifier));
+  area_.follow(activeWindow_);
+  frontPlayer_ = {.process = program.process,
+                  .descriptions = std::move(descriptions),
+                  .clientArea = area_.read(),
+                  .scale = session_->metrics().scale().value_or(1)};
+  windows_->bringToFront(*frontPlayer_);
+}
+
+void XWorkspace::placeFrontPlayer() {
+  const auto area = area_.read();
+  const double scale = session_->metrics().scale().value_or(1);
+  if (area == frontPlayer_->clientArea && scale == frontPlayer_->scale) return;
+  frontPlayer_->clientArea = area;
+  frontPlayer_->scale = scale;
+  windows_->bringToFront(*frontPlayer_);
 }
 
 std::vector<std::shared_ptr<const RunningApplication>> XWorkspace::runningApplications(
@@ -128,22 +114,44 @@ std::vector<std::shared_ptr<const RunningApplication>> XWorkspace::runningApplic
   session_->dispatch();
   std::vector<std::shared_ptr<const RunningApplication>> found;
   if (!session_->present()) return found;
-  constexpr std::uint32_t listBytes = 65536;
-  const auto windows = PropertyQuestion(session_->connection(), session_->root(),
-                                        session_->atoms().netClientList, listBytes)
-                           .takeNumbers();
-  std::vector<WindowQuestions> questions;
-  questions.reserve(windows.size());
-  for (const xcb_window_t window : windows) questions.emplace_back(*session_, window);
+  std::vector<std::pair<WindowProgramQuestion, ClientAreaQuestion>> questions;
+  for (const xcb_window_t window : listWindows()) {
+    questions.emplace_back(WindowProgramQuestion(*session_, window),
+                           ClientAreaQuestion(*session_, window));
+  }
   std::set<std::int32_t> seen;
-  for (WindowQuestions& question : questions) {
-    auto application = question.take();
-    if (!application || application->bundleIdentifier() != bundleIdentifier) continue;
-    if (seen.insert(application->processIdentifier()).second) {
-      found.push_back(std::move(application));
-    }
+  for (auto& [program, area] : questions) {
+    const auto taken = program.take();
+    const auto place = area.take();
+    if (!taken) continue;
+    auto descriptions = descriptionsFor(taken->names, descriptions_);
+    auto identifier = descriptions.empty() ? taken->identifier
+                                           : std::optional(std::string(musicPlayer.identifier));
+    if (identifier != bundleIdentifier || !seen.insert(taken->process).second) continue;
+    found.push_back(std::make_shared<XApplication>(taken->process, std::move(identifier)));
+    if (descriptions.empty()) continue;
+    windows_->note({.process = taken->process,
+                    .descriptions = std::move(descriptions),
+                    .clientArea = place,
+                    .scale = session_->metrics().scale().value_or(1)});
   }
   return found;
+}
+
+std::vector<xcb_window_t> XWorkspace::listWindows() {
+  xcb_connection_t* const c = session_->connection();
+  const XAtoms& atoms = session_->atoms();
+  PropertyQuestion list(c, session_->root(), atoms.netClientList, listBytes);
+  PropertyQuestion stacking(c, session_->root(), atoms.netClientListStacking, listBytes);
+  PropertyQuestion active(c, session_->root(), atoms.netActiveWindow);
+  auto windows = list.takeNumbers();
+  if (const auto lowestFirst = stacking.takeNumbers(); !lowestFirst.empty()) {
+    windows.assign(lowestFirst.rbegin(), lowestFirst.rend());
+  }
+  const auto actives = active.takeNumbers();
+  std::ranges::stable_partition(
+      windows, [&](xcb_window_t window) { return !actives.empty() && window == actives[0]; });
+  return windows;
 }
 
 std::optional<double> XWorkspace::primaryScreenHeight() {
@@ -157,9 +165,12 @@ std::optional<double> XWorkspace::mainScreenScale() {
 }
 
 void XWorkspace::handleEvent(const xcb_generic_event_t& event) {
+  area_.handleEvent(event);
+  listing_.handleEvent(event);
   // Some window managers leave the last window's number behind when its program dies.
   if (eventType(event) == XCB_DESTROY_NOTIFY &&
       eventAs<xcb_destroy_notify_event_t>(event).window == activeWindow_) {
+    area_.follow(XCB_WINDOW_NONE);
     frontmostKnown_ = false;
     return;
   }
@@ -179,6 +190,9 @@ void XWorkspace::handleEvent(const xcb_generic_event_t& event) {
 
 void XWorkspace::sessionLost() {
   frontmost_.reset();
+  frontPlayer_.reset();
+  area_.forget();
+  listing_.forget();
   activeWindow_ = XCB_WINDOW_NONE;
   frontmostKnown_ = false;
 }
