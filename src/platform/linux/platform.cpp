@@ -2,12 +2,17 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/accessibility/linux_accessibility.h"
 #include "platform/linux/drawing/pango_painter.h"
+#include "platform/linux/glib/glib_ptr.h"
+#include "platform/linux/glib/quoted_text.h"
 #include "platform/linux/loop/glib_application.h"
 #include "platform/linux/player/mpris_scripting.h"
+#include "platform/linux/players/player_descriptions.h"
 #include "platform/linux/players/player_windows.h"
 #include "platform/linux/tray/notifier_item.h"
 #include "platform/linux/x11/x_panel.h"
@@ -26,6 +31,18 @@ void tellThatThereIsNoDisplay() {
                named ? "the one that DISPLAY names cannot be reached" : "DISPLAY is not set");
 }
 
+std::vector<PlayerDescriptionPtr> readPlayers() {
+  constexpr int longest = 1000;  // characters of a line
+  DescriptionList list = readDescriptions(descriptionFolders());
+  for (const DescriptionProblem& problem : list.problems) {
+    const std::string line = problem.line > 0 ? ":" + std::to_string(problem.line) : "";
+    const std::string told = problem.file + line + ": " + problem.text + "; " + problem.remedy;
+    const GCharPtr text(g_utf8_make_valid(told.c_str(), -1));  // a file's name may be any bytes
+    std::fprintf(stderr, "Vellora: %s\n", printable(text.get(), longest).c_str());
+  }
+  return std::move(list.descriptions);
+}
+
 // Connects to nothing until it is asked for what needs it.
 class LinuxPlatform final : public Platform {
  public:
@@ -36,8 +53,7 @@ class LinuxPlatform final : public Platform {
   std::shared_ptr<const Clock> makeClock() override { return std::make_shared<SystemClock>(); }
   std::shared_ptr<Accessibility> makeAccessibility() override { return makeLinuxAccessibility(); }
   std::unique_ptr<Workspace> makeWorkspace() override {
-    return std::make_unique<XWorkspace>(session(), std::vector<PlayerDescriptionPtr>(),
-                                        playerWindows_);
+    return std::make_unique<XWorkspace>(session(), readPlayers(), playerWindows_);
   }
   std::unique_ptr<MusicScripting> makeMusicScripting() override {
     return std::make_unique<MprisScripting>();
