@@ -68,6 +68,7 @@ class Program {
     pid_ = -1;
     return status;
   }
+  void terminate() const { kill(pid_, SIGTERM); }
   bool running() const {
     siginfo_t ended{};
     return waitid(P_PID, static_cast<id_t>(pid_), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&

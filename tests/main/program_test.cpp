@@ -1,10 +1,15 @@
 #include "main/program.h"
 
 #include <chrono>
+#include <stdexcept>
+#include <string>
 #include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace vellora {
 namespace {
@@ -90,6 +95,41 @@ TEST(ProgramTest, StartedWithoutStreamsItPrintsIntoNothing) {
   waitFor(folder / "status.json");
   EXPECT_TRUE(program.running());
   for (int stream = 0; stream <= 2; ++stream) EXPECT_EQ(program.descriptor(stream), "/dev/null");
+}
+
+// A session bus that takes connections and never answers.
+class HungBus {
+ public:
+  HungBus() : socket_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path().copy(address.sun_path, sizeof address.sun_path - 1);
+    const auto* const named = reinterpret_cast<const sockaddr*>(&address);
+    if (::bind(socket_, named, sizeof address) != 0 || ::listen(socket_, 100) != 0) {
+      throw std::runtime_error("cannot listen at " + path());
+    }
+  }
+  ~HungBus() { ::close(socket_); }
+  HungBus(const HungBus&) = delete;
+  HungBus& operator=(const HungBus&) = delete;
+
+  std::string variable() const { return "DBUS_SESSION_BUS_ADDRESS=unix:path=" + path(); }
+
+ private:
+  std::string path() const { return (folder_ / "bus").string(); }
+
+  TemporaryFolder folder_;
+  int socket_;
+};
+
+TEST(ProgramTest, ASessionBusThatNeverAnswersStopsNothing) {
+  const HungBus bus;
+  TemporaryFolder folder;
+  Program program({"--snapshot", (folder / "s.json").string()}, bus.variable());
+  waitFor(folder / "status.json");
+  EXPECT_THAT(folder.names(), ElementsAre("status.json"));
+  program.terminate();
+  program.wait();
 }
 
 TEST(ProgramTest, TheOverlaySaysThatThereIsNoDisplay) {

@@ -7,8 +7,10 @@ namespace vellora {
 using SessionBus = GObjectPtr<GDBusConnection>;
 
 // The process's one connection to the session bus (D-Bus Specification, "Message Bus"); null where
-// no bus answers. Looks only where DBUS_SESSION_BUS_ADDRESS and XDG_RUNTIME_DIR point and never
-// starts a bus. The program goes on when the bus goes away. Main thread.
+// no bus answers within a second; a bus that has not answered by then is waited for no longer, and
+// is there for later calls once it has. Looks only where DBUS_SESSION_BUS_ADDRESS and
+// XDG_RUNTIME_DIR point and never starts a bus. The program goes on when the bus goes away. Main
+// thread.
 SessionBus connectToSessionBus();
 
 }  // namespace vellora
