@@ -106,7 +106,8 @@ bool waitForOverlay(GDBusConnection* bus) {
 
 int open(const std::vector<std::string>& urls) {
   const auto bus = connectToSessionBus();
-  if (!bus) return fail(failed, "there is no session bus that answers, over which to reach Vellora");
+  if (!bus)
+    return fail(failed, "there is no session bus that answers, over which to reach Vellora");
   auto answer = callOpen(bus.get(), urls);
   if (answer.nobodyThere) {
     std::string reason;

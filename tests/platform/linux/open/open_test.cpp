@@ -189,7 +189,8 @@ TEST_F(OpenTest, SaysThatThereIsNoSessionBus) {
   g_unsetenv("DBUS_SESSION_BUS_ADDRESS");
   const auto outcome = runProgram({helper, url});
   EXPECT_EQ(outcome.status, 1);
-  EXPECT_EQ(outcome.errors, "vellora-open: there is no session bus that answers, over which to reach Vellora\n");
+  EXPECT_EQ(outcome.errors,
+            "vellora-open: there is no session bus that answers, over which to reach Vellora\n");
 }
 
 TEST_F(OpenTest, SaysOfWhatHasNoSchemeThatItIsNoUrlAndHandsNothingOver) {
