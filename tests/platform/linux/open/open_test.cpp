@@ -6,9 +6,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include "platform/linux/glib/private_bus.h"
+#include "platform/linux/glib/run_program.h"
 #include "platform/linux/open/open_interface.h"
 
 namespace vellora {
@@ -21,30 +21,6 @@ using ::testing::IsEmpty;
 
 const std::string url =
     "tessaly-overlay://x?snapshot=/Users/a%20b/%E6%96%87%2Fz/Vellora/snapshot.json&c=1+2#f";
-
-struct Outcome {
-  int status = -1;
-  std::string output;
-  std::string errors;
-};
-
-Outcome runProgram(std::vector<std::string> arguments) {
-  std::vector<char*> pointers;
-  for (auto& argument : arguments) pointers.push_back(argument.data());
-  pointers.push_back(nullptr);
-  gchar *output = nullptr, *errors = nullptr;
-  gint status = 0;
-  Outcome outcome;
-  if (g_spawn_sync(nullptr, pointers.data(), nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr,
-                   &output, &errors, &status, nullptr) == FALSE) {
-    return outcome;
-  }
-  const GCharPtr heldOutput(output), heldErrors(errors);
-  outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  outcome.output = output;
-  outcome.errors = errors;
-  return outcome;
-}
 
 // A folder of its own with the helper in it, on a session bus of its own.
 class OpenTest : public ::testing::Test {

@@ -1,8 +1,13 @@
 #include "platform/linux/players/role_names.h"
 
+#include <algorithm>
 #include <set>
+#include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
+
+#include "support/temporary_folder.h"
 
 namespace vellora {
 namespace {
@@ -47,6 +52,18 @@ TEST(RoleNamesTest, EachNumberHasANameOfItsOwn) {
   }
   EXPECT_EQ(roleName(131), "role 131");
   EXPECT_EQ(roleNumber("role 131"), std::nullopt);
+}
+
+TEST(RoleNamesTest, TheManualListsEach) {
+  std::string manual = readText(VELLORA_MANUAL);
+  std::ranges::replace(manual, '\n', ' ');
+  ASSERT_FALSE(manual.empty());
+  for (std::uint32_t number = 0; number <= 130; ++number) {
+    const std::string name = roleName(number);
+    EXPECT_TRUE(manual.find(' ' + name + ", ") != std::string::npos ||
+                manual.find(' ' + name + ". ") != std::string::npos)
+        << name;
+  }
 }
 
 TEST(RoleNamesTest, OtherSpellingsOfProgramsAreTaken) {
