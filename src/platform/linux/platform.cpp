@@ -2,14 +2,11 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 #include <utility>
 #include <vector>
 
 #include "platform/linux/accessibility/linux_accessibility.h"
 #include "platform/linux/drawing/pango_painter.h"
-#include "platform/linux/glib/glib_ptr.h"
-#include "platform/linux/glib/quoted_text.h"
 #include "platform/linux/loop/glib_application.h"
 #include "platform/linux/player/mpris_scripting.h"
 #include "platform/linux/players/player_descriptions.h"
@@ -32,13 +29,9 @@ void tellThatThereIsNoDisplay() {
 }
 
 std::vector<PlayerDescriptionPtr> readPlayers() {
-  constexpr int longest = 1000;  // characters of a line
   DescriptionList list = readDescriptions(descriptionFolders());
   for (const DescriptionProblem& problem : list.problems) {
-    const std::string line = problem.line > 0 ? ":" + std::to_string(problem.line) : "";
-    const std::string told = problem.file + line + ": " + problem.text + "; " + problem.remedy;
-    const GCharPtr text(g_utf8_make_valid(told.c_str(), -1));  // a file's name may be any bytes
-    std::fprintf(stderr, "Vellora: %s\n", printable(text.get(), longest).c_str());
+    std::fprintf(stderr, "Vellora: %s\n", lineOf(problem).c_str());
   }
   return std::move(list.descriptions);
 }

@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "base/files.h"
+#include "base/utf8.h"
+#include "platform/linux/glib/quoted_text.h"
 #include "platform/linux/players/player_descriptions.h"
 
 namespace vellora {
@@ -55,6 +57,13 @@ std::vector<fs::path> filesOf(const fs::path& folder) {
 }
 
 }  // namespace
+
+std::string lineOf(const DescriptionProblem& problem) {
+  constexpr int longest = 1000;  // characters
+  const std::string line = problem.line > 0 ? ':' + std::to_string(problem.line) : std::string();
+  return printable(wellFormed(problem.file) + line + ": " + problem.text + "; " + problem.remedy,
+                   longest);
+}
 
 ReadDescription readDescriptionFile(const fs::path& file) {
   if (const auto text = readWholeFile(file)) return readDescription(*text, file.string());

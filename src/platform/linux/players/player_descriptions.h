@@ -18,6 +18,9 @@ struct DescriptionProblem {
   std::string remedy;
 };
 
+// "FILE:LINE: TEXT; REMEDY" in printable UTF-8, without the line where there is none.
+std::string lineOf(const DescriptionProblem& problem);
+
 struct ReadDescription {
   PlayerDescriptionPtr description;  // null where there are problems
   std::vector<DescriptionProblem> problems;

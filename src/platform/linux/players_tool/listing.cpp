@@ -45,12 +45,6 @@ std::string counted(std::size_t count, const char* one, const char* several) {
 
 }  // namespace
 
-void tell(const DescriptionProblem& problem, std::ostream& output) {
-  output << shown(problem.file) << ':';
-  if (problem.line > 0) output << problem.line << ':';
-  output << ' ' << problem.text << "; " << problem.remedy << '\n';
-}
-
 bool listDescriptions(const std::vector<fs::path>& folders, std::ostream& output) {
   const auto files = descriptionFiles(folders);
   const DescriptionList list = readDescriptions(folders);
@@ -71,9 +65,7 @@ bool listDescriptions(const std::vector<fs::path>& folders, std::ostream& output
   }
   if (list.problems.empty()) return true;
   output << "\nNot read:\n";
-  for (const DescriptionProblem& problem : list.problems) {
-    tell(problem, output);
-  }
+  for (const DescriptionProblem& problem : list.problems) output << lineOf(problem) << '\n';
   for (const DescriptionFile& file : files) {
     const bool hiderFails = std::ranges::any_of(list.problems, [&file](const auto& problem) {
       return !file.hiddenBy.empty() && problem.file == file.hiddenBy;
@@ -91,7 +83,7 @@ bool checkDescriptions(const std::vector<fs::path>& files, const std::vector<fs:
   bool isClean = true;
   for (const fs::path& file : files) {
     const ReadDescription read = readDescriptionFile(file);
-    for (const DescriptionProblem& problem : read.problems) tell(problem, output);
+    for (const DescriptionProblem& problem : read.problems) output << lineOf(problem) << '\n';
     if (!read.description) {
       isClean = false;
       continue;

@@ -8,9 +8,6 @@
 
 namespace vellora {
 
-// "FILE:LINE: TEXT; REMEDY", a line.
-void tell(const DescriptionProblem& problem, std::ostream& output);
-
 // The descriptions of these folders in the order in which they are tried, what hides what, where
 // they are looked for, and the problems. False when there are problems.
 bool listDescriptions(const std::vector<std::filesystem::path>& folders, std::ostream& output);
