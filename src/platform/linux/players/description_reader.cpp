@@ -5,6 +5,7 @@
 
 #include "base/utf8.h"
 #include "platform/linux/glib/quoted_text.h"
+#include "platform/linux/players/browser_windows.h"
 #include "platform/linux/players/key_file_text.h"
 #include "platform/linux/players/nearest_word.h"
 #include "platform/linux/players/pattern_values.h"
@@ -113,7 +114,11 @@ class DescriptionReader {
     if (group.name == "Player") {
       readKeys(group, {Key{"Name", checkText, into(description_.name), false}});
     } else if (group.name == "Window") {
-      readKeys(group, {Key{"Class", checkWindowClass, into(description_.windowClasses)},
+      const auto keepWindow = [&classes = description_.windowClasses](const std::string& name) {
+        if (name != browsersWord) return classes.push_back(name);
+        classes.insert(classes.end(), browserWindowClasses().begin(), browserWindowClasses().end());
+      };
+      readKeys(group, {Key{"Class", checkWindowClass, keepWindow},
                        Key{"Document", checkDocument, into(description_.documents)}});
     } else {
       const auto known = std::ranges::find(patternGroups, group.name, &PatternGroup::name);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/linux/glib/quoted_text.h"
+#include "platform/linux/players/browser_windows.h"
 #include "platform/linux/players/role_names.h"
 
 namespace vellora {
@@ -58,6 +59,9 @@ std::optional<ValueProblem> checkId(const std::string& value) {
 }
 
 std::optional<ValueProblem> checkWindowClass(const std::string& value) {
+  if (value.starts_with('@') && value != browsersWord) {
+    return problem(value, "stands for no windows", "write @browsers, or the windows' own class");
+  }
   if (value.find_first_of("*?") == std::string::npos) return checkText(value);
   return problem(value, "has a wildcard, and a window's class is compared as it is",
                  "list the classes with ; between them");

@@ -27,6 +27,18 @@ std::vector<std::string> problemsOf(const std::string& text) {
   return lines;
 }
 
+TEST(DescriptionReaderTest, BrowsersStandForTheWindowsOfAllOfThem) {
+  const auto read =
+      readDescription("[Player]\nName=A\n[Window]\nClass=@browsers;feishin\n", "a.player");
+  ASSERT_TRUE(read.description);
+  EXPECT_THAT(read.description->windowClasses, testing::Contains("Chromium"));
+  EXPECT_THAT(read.description->windowClasses, testing::Contains("firefox-esr"));
+  EXPECT_EQ(read.description->windowClasses.back(), "feishin");
+  EXPECT_THAT(problemsOf("[Player]\nName=A\n[Window]\nClass=@browser\n"),
+              ElementsAre("4: \"@browser\" stands for no windows; write @browsers, or the windows' "
+                          "own class"));
+}
+
 TEST(DescriptionReaderTest, ReadsAllThatADescriptionMaySay) {
   const auto read = readDescription(
       "# A remark\n"

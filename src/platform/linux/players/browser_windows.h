@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace vellora {
+
+// What a description writes among its windows' classes for those of all browsers.
+inline constexpr std::string_view browsersWord = "@browsers";
+
+// The class parts of WM_CLASS of the browsers on the engines Chromium and Gecko, as far as they are
+// known. Sources: Debian's packages of Chromium and Firefox ESR as they run, and the StartupWMClass
+// of the desktop entries that the others publish.
+const std::vector<std::string_view>& browserWindowClasses();
+
+}  // namespace vellora
