@@ -44,7 +44,9 @@ class LinuxPlatform final : public Platform {
     return *application_;
   }
   std::shared_ptr<const Clock> makeClock() override { return std::make_shared<SystemClock>(); }
-  std::shared_ptr<Accessibility> makeAccessibility() override { return makeLinuxAccessibility(); }
+  std::shared_ptr<Accessibility> makeAccessibility() override {
+    return makeLinuxAccessibility(usualMemory, playerWindows_);
+  }
   std::unique_ptr<Workspace> makeWorkspace() override {
     return std::make_unique<XWorkspace>(session(), readPlayers(), playerWindows_);
   }

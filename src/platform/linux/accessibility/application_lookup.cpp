@@ -37,30 +37,6 @@ bool isActive(const AccessibleNode& window) {
 // and the frame that it belongs to is not.
 bool isPopup(const AccessibleNode& window) { return window.facts.role.value == AtspiRole::window; }
 
-std::optional<AccessibleReference> findRoot(BusConnection& bus, std::int32_t processIdentifier,
-                                            Steady::time_point deadline) {
-  AccessibleStore store;
-  AccessibleQueries queries(bus, store, mostPrograms);
-  const NodeIndex root = store.intern({registry, registryRoot}, std::nullopt);
-  queries.askChildren(root);
-  bus.exchange(deadline);
-  const auto programs = store[root].facts.children.value.value_or(std::vector<NodeIndex>());
-
-  std::vector<bool> isSought(programs.size());
-  for (std::size_t i = 0; i < programs.size(); ++i) {
-    BusMessagePtr call = bus.newCall(driver, driverPath, driver, "GetConnectionUnixProcessID");
-    if (call) sd_bus_message_append(call.get(), "s", store[programs[i]].reference.bus.c_str());
-    bus.send(std::move(call), [&isSought, i, processIdentifier](sd_bus_message* reply) {
-      const auto found = readNumber(reply);
-      isSought[i] = found && std::int64_t{*found} == processIdentifier;
-    });
-  }
-  bus.exchange(deadline);
-  const auto sought = std::ranges::find(isSought, true);
-  if (sought == isSought.end()) return std::nullopt;
-  return store[programs[static_cast<std::size_t>(sought - isSought.begin())]].reference;
-}
-
 std::optional<std::string> askToolkit(BusConnection& bus, const AccessibleReference& root,
                                       Steady::time_point deadline) {
   std::optional<std::string> toolkit;
@@ -112,6 +88,30 @@ std::vector<NodeIndex> listWindows(BusConnection& bus, ProgramMemory& memory,
 
 }  // namespace
 
+std::optional<AccessibleReference> findProgram(BusConnection& bus, std::int32_t processIdentifier,
+                                               Steady::time_point deadline) {
+  AccessibleStore store;
+  AccessibleQueries queries(bus, store, mostPrograms);
+  const NodeIndex root = store.intern({registry, registryRoot}, std::nullopt);
+  queries.askChildren(root);
+  bus.exchange(deadline);
+  const auto programs = store[root].facts.children.value.value_or(std::vector<NodeIndex>());
+
+  std::vector<bool> isSought(programs.size());
+  for (std::size_t i = 0; i < programs.size(); ++i) {
+    BusMessagePtr call = bus.newCall(driver, driverPath, driver, "GetConnectionUnixProcessID");
+    if (call) sd_bus_message_append(call.get(), "s", store[programs[i]].reference.bus.c_str());
+    bus.send(std::move(call), [&isSought, i, processIdentifier](sd_bus_message* reply) {
+      const auto found = readNumber(reply);
+      isSought[i] = found && std::int64_t{*found} == processIdentifier;
+    });
+  }
+  bus.exchange(deadline);
+  const auto sought = std::ranges::find(isSought, true);
+  if (sought == isSought.end()) return std::nullopt;
+  return store[programs[static_cast<std::size_t>(sought - isSought.begin())]].reference;
+}
+
 std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
                                    AccessibleQueries& queries, const LookupTimes& times) {
   const auto begin = Steady::now();
@@ -136,7 +136,7 @@ std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
   auto windows = memory.windows();
   if (!memory.program()) {
     const auto deadline = Steady::now() + times.listing;
-    auto root = findRoot(bus, memory.processIdentifier(), deadline);
+    auto root = findProgram(bus, memory.processIdentifier(), deadline);
     if (!root) return {};
     auto toolkit = askToolkit(bus, *root, deadline);
     memory.setProgram({std::move(*root), std::move(toolkit)});

@@ -30,6 +30,8 @@ std::string_view roleText(std::uint32_t role);
 // Numbers of AT-SPI's AtspiRole and AtspiStateType.
 namespace AtspiRole {
 inline constexpr std::uint32_t dialog = 16;
+inline constexpr std::uint32_t documentFrame = 82;
+inline constexpr std::uint32_t documentWeb = 95;
 inline constexpr std::uint32_t frame = 23;
 inline constexpr std::uint32_t label = 29;
 inline constexpr std::uint32_t pushButton = 43;
@@ -43,6 +45,7 @@ inline constexpr std::uint32_t listBox = 98;
 namespace AtspiState {
 inline constexpr unsigned active = 1;
 inline constexpr unsigned iconified = 15;
+inline constexpr unsigned showing = 25;
 }  // namespace AtspiState
 
 }  // namespace vellora

@@ -18,6 +18,10 @@ namespace vellora {
 
 using Steady = std::chrono::steady_clock;
 
+inline Steady::duration steady(double seconds) {
+  return std::chrono::duration_cast<Steady::duration>(std::chrono::duration<double>(seconds));
+}
+
 // Told once for each call: the reply, or null when there is none (an error, no answer in time, the
 // connection lost). May send further calls, nothing else.
 using ReplyHandler = std::function<void(sd_bus_message* reply)>;

@@ -1,11 +1,14 @@
 #include "platform/linux/accessibility/bus_elements.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "platform/linux/accessibility/attribute_mapping.h"
 #include "platform/linux/accessibility/bus_reading.h"
+#include "platform/linux/accessibility/described_elements.h"
+#include "platform/linux/accessibility/described_reading.h"
 
 namespace vellora {
 
@@ -89,15 +92,20 @@ class BusElement final : public AccessibilityElement {
 
 class BusApplicationElement final : public AccessibilityElement {
  public:
-  BusApplicationElement(std::shared_ptr<ConnectionSlot> connections, std::int32_t processIdentifier,
-                        const Player& player, const ReadingLimits& limits)
+  BusApplicationElement(std::shared_ptr<ConnectionSlot> connections,
+                        std::shared_ptr<const PlayerWindows> windows,
+                        std::int32_t processIdentifier, const Player& player,
+                        const ReadingLimits& limits)
       : connections_(std::move(connections)),
+        windows_(std::move(windows)),
         processIdentifier_(processIdentifier),
         player_(player),
         limits_(limits) {}
 
   AttributeValue attribute(std::string_view name) override {
     if (attributeSource(name) != AttributeSource::windows) return {};
+    const auto player = windows_ ? windows_->find(processIdentifier_) : std::nullopt;
+    if (player && std::ranges::any_of(player->descriptions, hasLyrics)) return described(*player);
     const auto reading = BusReading::begin(*connections_, processIdentifier_, player_, limits_);
     if (!reading) return {};
     AccessibilityElements list;
@@ -108,7 +116,23 @@ class BusApplicationElement final : public AccessibilityElement {
   }
 
  private:
+  static bool hasLyrics(const PlayerDescriptionPtr& description) {
+    return description->lyrics.has_value();
+  }
+
+  AttributeValue described(const PlayerWindow& window) {
+    const LentConnection connection = connections_->lend();
+    const auto timeout = steady(static_cast<double>(limits_.messagingTimeout));
+    const auto access = connection->prepare(processIdentifier_, timeout);
+    if (!access) return {};
+    const auto layout = readDescribed(access->bus, connection->mediaPlayers(), access->described,
+                                      window, connection->longestMemory(), limits_);
+    if (!layout) return {};
+    return AccessibilityElements{makeDescribedWindow(*layout, player_)};
+  }
+
   const std::shared_ptr<ConnectionSlot> connections_;
+  const std::shared_ptr<const PlayerWindows> windows_;
   const std::int32_t processIdentifier_;
   const Player player_;
   const ReadingLimits limits_;
@@ -117,10 +141,10 @@ class BusApplicationElement final : public AccessibilityElement {
 }  // namespace
 
 std::shared_ptr<AccessibilityElement> makeApplicationElement(
-    std::shared_ptr<ConnectionSlot> connections, std::int32_t processIdentifier,
-    const Player& player, const ReadingLimits& limits) {
-  return std::make_shared<BusApplicationElement>(std::move(connections), processIdentifier, player,
-                                                 limits);
+    std::shared_ptr<ConnectionSlot> connections, std::shared_ptr<const PlayerWindows> windows,
+    std::int32_t processIdentifier, const Player& player, const ReadingLimits& limits) {
+  return std::make_shared<BusApplicationElement>(std::move(connections), std::move(windows),
+                                                 processIdentifier, player, limits);
 }
 
 }  // namespace vellora

@@ -8,14 +8,6 @@
 
 namespace vellora {
 
-namespace {
-
-Steady::duration steady(double seconds) {
-  return std::chrono::duration_cast<Steady::duration>(std::chrono::duration<double>(seconds));
-}
-
-}  // namespace
-
 std::shared_ptr<BusReading> BusReading::begin(ConnectionSlot& slot, std::int32_t processIdentifier,
                                               const Player& player, const ReadingLimits& limits) {
   const auto listing = steady(static_cast<double>(limits.messagingTimeout));

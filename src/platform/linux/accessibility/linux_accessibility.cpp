@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <utility>
 
 #include "platform/linux/accessibility/bus_elements.h"
 #include "platform/linux/accessibility/reading_connection.h"
@@ -25,8 +26,9 @@ constexpr guint longestRest = 2;  // seconds
 
 class LinuxAccessibility final : public Accessibility {
  public:
-  explicit LinuxAccessibility(Steady::duration longestMemory)
-      : connections_(std::make_shared<ConnectionSlot>(longestMemory)),
+  LinuxAccessibility(Steady::duration longestMemory, std::shared_ptr<const PlayerWindows> windows)
+      : windows_(std::move(windows)),
+        connections_(std::make_shared<ConnectionSlot>(longestMemory)),
         // The source has a share of its own: it may be at work when this object goes on another
         // thread.
         resting_(
@@ -48,11 +50,12 @@ class LinuxAccessibility final : public Accessibility {
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
                                                            const Player& player,
                                                            const ReadingLimits& limits) override {
-    return makeApplicationElement(connections_, processIdentifier, player, limits);
+    return makeApplicationElement(connections_, windows_, processIdentifier, player, limits);
   }
 
  private:
   StatusWatch watch_;
+  const std::shared_ptr<const PlayerWindows> windows_;
   // Shared with the readings, which may outlive this object.
   const std::shared_ptr<ConnectionSlot> connections_;
   const GSourcePtr resting_;
@@ -60,8 +63,9 @@ class LinuxAccessibility final : public Accessibility {
 
 }  // namespace
 
-std::shared_ptr<Accessibility> makeLinuxAccessibility(Steady::duration longestMemory) {
-  return std::make_shared<LinuxAccessibility>(longestMemory);
+std::shared_ptr<Accessibility> makeLinuxAccessibility(
+    Steady::duration longestMemory, std::shared_ptr<const PlayerWindows> windows) {
+  return std::make_shared<LinuxAccessibility>(longestMemory, std::move(windows));
 }
 
 }  // namespace vellora

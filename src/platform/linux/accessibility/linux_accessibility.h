@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "platform/accessibility.h"
+#include "platform/linux/players/player_windows.h"
 
 namespace vellora {
 
@@ -20,7 +21,12 @@ namespace vellora {
 // closed after two to four seconds.
 //
 // `longestMemory` is how long a change that a program does not signal stays unseen at most.
+//
+// A program of `windows` whose descriptions say where its lyrics are answers as the player would.
+// Without `windows`, and without such a description, programs show themselves.
+inline constexpr std::chrono::steady_clock::duration usualMemory = std::chrono::seconds(1);
 std::shared_ptr<Accessibility> makeLinuxAccessibility(
-    std::chrono::steady_clock::duration longestMemory = std::chrono::seconds(1));
+    std::chrono::steady_clock::duration longestMemory = usualMemory,
+    std::shared_ptr<const PlayerWindows> windows = nullptr);
 
 }  // namespace vellora

@@ -10,6 +10,7 @@ std::optional<ReadingConnection::Access> ReadingConnection::prepare(std::int32_t
   if (!status.isUsable()) return std::nullopt;
   if (!bus_ || bus_->isBroken() || address_ != status.busAddress) {
     memory_.reset();
+    described_.reset();
     bus_ = BusConnection::open(status.busAddress);
     address_ = status.busAddress;
   }
@@ -17,8 +18,9 @@ std::optional<ReadingConnection::Access> ReadingConnection::prepare(std::int32_t
   bus_->setTimeout(timeout);
   if (!memory_ || memory_->processIdentifier() != processIdentifier) {
     memory_ = std::make_unique<ProgramMemory>(*bus_, processIdentifier, longestMemory_);
+    described_ = std::make_unique<DescribedMemory>(processIdentifier);
   }
-  return Access{*bus_, *memory_};
+  return Access{*bus_, *memory_, *described_};
 }
 
 void ConnectionReturner::operator()(ReadingConnection* connection) const {

@@ -7,6 +7,8 @@
 #include <string>
 
 #include "platform/linux/accessibility/bus_connection.h"
+#include "platform/linux/accessibility/described_memory.h"
+#include "platform/linux/accessibility/media_players.h"
 #include "platform/linux/accessibility/program_memory.h"
 #include "platform/linux/accessibility/status_watch.h"
 
@@ -23,18 +25,24 @@ class ReadingConnection {
   struct Access {
     BusConnection& bus;
     ProgramMemory& memory;
+    DescribedMemory& described;  // the same for a described player
   };
   // The bus is connected anew where that is needed; nothing when there is none or when
   // accessibility is switched off. Waits for the session's word on that where it was not given
   // since the last change, `timeout` at most, which is also the timeout of each call over the bus.
   std::optional<Access> prepare(std::int32_t processIdentifier, Steady::duration timeout);
 
+  MediaPlayers& mediaPlayers() { return mediaPlayers_; }
+  Steady::duration longestMemory() const { return longestMemory_; }
+
  private:
   Steady::duration longestMemory_;
   StatusWatch status_;
   std::unique_ptr<BusConnection> bus_;
-  std::string address_;                    // of bus_
-  std::unique_ptr<ProgramMemory> memory_;  // of what came over bus_
+  std::string address_;                         // of bus_
+  std::unique_ptr<ProgramMemory> memory_;       // of what came over bus_
+  std::unique_ptr<DescribedMemory> described_;  // the same
+  MediaPlayers mediaPlayers_;
 };
 
 class ConnectionSlot;

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "platform/linux/accessibility/bus_handles.h"
+#include "platform/linux/accessibility/fake_page.h"
 #include "platform/linux/accessibility/fake_session.h"
 
 namespace vellora {
@@ -144,6 +145,10 @@ class ProgramServer {
       pause(counts_.microsecondsBelowRoot);
     }
     if (is(call, "Change")) return change(call);
+    if (is(call, "Put")) return takeObject(call, program_);
+    if (is(call, "Play")) return takeMedia(bus_, call, program_);
+    if (is(call, "GetAttributes")) ++counts_.attributes;
+    if (is(call, "GetMatches")) ++counts_.matches;
     const FakeAccessible* found = object(call);
     if (is(call, "GetAll")) ++counts_.getAll;
     if (is(call, "Get")) ++counts_.get;
@@ -153,6 +158,7 @@ class ProgramServer {
     if (is(call, "GetState")) ++counts_.states;
     if (is(call, "GetExtents")) ++counts_.extents;
     if (is(call, "GetApplicationBusAddress")) ++counts_.busAddress;
+    if (isOfMedia(call)) return answerMedia(call, program_);
     if (found == nullptr) {
       return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_UNKNOWN_OBJECT, "it is gone");
     }
@@ -173,7 +179,7 @@ class ProgramServer {
       const auto& [x, y, width, height] = *found->extents;
       return sd_bus_reply_method_return(call, "(iiii)", x, y, width, height);
     }
-    return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_UNKNOWN_METHOD, "no such method");
+    return answerPage(bus_, call, program_, *found);
   }
 
   static void spin(int microseconds) {
@@ -217,6 +223,7 @@ class ProgramServer {
     const char* name = nullptr;
     must(sd_bus_message_read(call, "ss", &interface, &name), "Get");
     const std::string_view property = name;
+    if (property == "Parent") return answerParent(bus_, call, program_, object);
     if (property == "ChildCount") {
       return sd_bus_reply_method_return(call, "v", "i", childCount(object));
     }
@@ -346,28 +353,10 @@ FakeProgramProcess::FakeProgramProcess(const PrivateBus& bus, const FakeProgram&
     must(sd_bus_call_method(connection.get(), registryName, rootPath, "org.a11y.atspi.Socket",
                             "Embed", nullptr, nullptr, "(so)", self, rootPath),
          "Embed");
+    for (const auto& [name, media] : program.media) ownMedia(connection.get(), name);
     ready();
     serve(connection.get(), [this] { pause(counts_->microsecondsBetweenTurns); });
   });
-}
-
-void FakeProgramProcess::change(std::size_t object, const FakeAccessible& now, const char* property,
-                                std::uint32_t times) {
-  const BusPtr connection = openClient(bus_.address());
-  sd_bus_message* made = nullptr;
-  must(sd_bus_message_new_method_call(connection.get(), &made, busName(), rootPath,
-                                      "org.vellora.Test", "Change"),
-       "Change");
-  const BusMessagePtr call(made);
-  must(sd_bus_message_append(made, "tusssbsu", std::uint64_t{object}, now.role, now.name.c_str(),
-                             now.description.c_str(), now.identifier.c_str(),
-                             int{now.answersWrongTypes}, property, times),
-       "Change");
-  const std::vector<std::uint64_t> children(now.children.begin(), now.children.end());
-  must(sd_bus_message_append_array(made, 't', children.data(),
-                                   children.size() * sizeof(children[0])),
-       "Change");
-  must(sd_bus_call(connection.get(), made, 0, nullptr, nullptr), "Change");
 }
 
 FakeProgramProcess::~FakeProgramProcess() {

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -31,6 +32,22 @@ BusPtr connect(const PrivateBus& bus) {
     throw std::runtime_error("the private bus does not answer");
   }
   return result;
+}
+
+void must(int result, const char* what) {
+  if (result < 0) throw std::runtime_error(what);
+}
+
+// A connection, and a call to the program over it.
+std::pair<BusPtr, BusMessagePtr> callTo(const PrivateBus& bus, const FakeProgramProcess& program,
+                                        const char* member) {
+  BusPtr connection = connect(bus);
+  sd_bus_message* made = nullptr;
+  must(
+      sd_bus_message_new_method_call(connection.get(), &made, program.busName(),
+                                     "/org/a11y/atspi/accessible/root", "org.vellora.Test", member),
+      member);
+  return {std::move(connection), BusMessagePtr(made)};
 }
 
 }  // namespace
@@ -183,6 +200,51 @@ bool isEnabled(const PrivateBus& bus) {
   sd_bus_get_property_trivial(connection.get(), "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Status",
                               "IsEnabled", nullptr, 'b', &value);
   return value != 0;
+}
+
+void FakeProgramProcess::change(std::size_t object, const FakeAccessible& now, const char* property,
+                                std::uint32_t times) {
+  const auto [connection, call] = callTo(bus_, *this, "Change");
+  must(sd_bus_message_append(call.get(), "tusssbsu", std::uint64_t{object}, now.role,
+                             now.name.c_str(), now.description.c_str(), now.identifier.c_str(),
+                             int{now.answersWrongTypes}, property, times),
+       "Change");
+  const std::vector<std::uint64_t> children(now.children.begin(), now.children.end());
+  must(sd_bus_message_append_array(call.get(), 't', children.data(),
+                                   children.size() * sizeof(children[0])),
+       "Change");
+  must(sd_bus_call(connection.get(), call.get(), 0, nullptr, nullptr), "Change");
+}
+
+void FakeProgramProcess::put(std::size_t object, const FakeAccessible& now) {
+  const auto [connection, call] = callTo(bus_, *this, "Put");
+  const auto extents = now.extents.value_or(std::array<std::int32_t, 4>());
+  must(sd_bus_message_append(
+           call.get(), "tusssssssbbtbiiii", std::uint64_t{object}, now.role, now.name.c_str(),
+           now.description.c_str(), now.identifier.c_str(), now.classes.c_str(),
+           now.attributeId.c_str(), now.text.value_or("").c_str(), now.address.value_or("").c_str(),
+           int{now.text.has_value()}, int{now.address.has_value()}, now.states,
+           int{now.extents.has_value()}, extents[0], extents[1], extents[2], extents[3]),
+       "Put");
+  const std::vector<std::uint64_t> children(now.children.begin(), now.children.end());
+  must(sd_bus_message_append_array(call.get(), 't', children.data(),
+                                   children.size() * sizeof(std::uint64_t)),
+       "Put");
+  must(sd_bus_call(connection.get(), call.get(), 0, nullptr, nullptr), "Put");
+}
+
+void FakeProgramProcess::play(const std::string& name, const std::optional<FakeMedia>& now) {
+  const auto [connection, call] = callTo(bus_, *this, "Play");
+  const FakeMedia media = now.value_or(FakeMedia());
+  must(sd_bus_message_append(call.get(), "sbss", name.c_str(), int{now.has_value()},
+                             media.title.c_str(), media.status.c_str()),
+       "Play");
+  sd_bus_message_open_container(call.get(), 'a', "s");
+  for (const std::string& artist : media.artists) {
+    sd_bus_message_append(call.get(), "s", artist.c_str());
+  }
+  sd_bus_message_close_container(call.get());
+  must(sd_bus_call(connection.get(), call.get(), 0, nullptr, nullptr), "Play");
 }
 
 }  // namespace vellora

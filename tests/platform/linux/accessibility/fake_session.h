@@ -13,6 +13,8 @@
 
 #include <sys/types.h>
 
+#include "platform/linux/accessibility/fake_program.h"
+
 namespace vellora {
 
 // A process made by fork that is killed and reaped at the end.
@@ -68,43 +70,10 @@ std::unique_ptr<ChildProcess> startServices(const PrivateBus& bus, const FakeSer
 void setEnabled(const PrivateBus& bus, bool isEnabled);
 bool isEnabled(const PrivateBus& bus);
 
-// One object of a fake program. Children are places in the program's list of objects.
-struct FakeAccessible {
-  static constexpr std::size_t nullChild = SIZE_MAX;         // the reference to no object
-  static constexpr std::size_t goneChild = SIZE_MAX - 1;     // an object that is not there
-  static constexpr std::size_t foreignChild = SIZE_MAX - 2;  // of a program that is not there
-
-  std::uint32_t role = 39;  // panel
-  std::string name{};
-  std::string description{};
-  std::string identifier{};
-  std::vector<std::size_t> children{};
-  std::string busOfFirstChild{};  // where that is an object of another program
-  std::optional<std::array<std::int32_t, 4>> extents{};
-  std::uint64_t states = 0;
-  bool answersWrongTypes = false;
-  bool nameIsANumber = false;  // and all else is as it should be
-  std::optional<std::int32_t> claimedChildCount{};
-  // In place of `children`: this many, each an object of its own that is as the one named.
-  std::size_t copies = 0;
-  std::size_t copyOf = 0;
-};
-
-// A program with a tree; its first object is the root, whose children are the windows.
-struct FakeProgram {
-  std::vector<FakeAccessible> objects;
-  std::string toolkit = "gtk";
-  // Whether it is asked for its own bus in vain, and so has nobody whom it would signal changes.
-  bool tellsNobody = false;
-  int microsecondsPerCall = 0;
-  // After this many calls it stops itself or dies.
-  std::optional<int> stopsAfter;
-  std::optional<int> diesAfter;
-};
-
 // What the program was asked, counted in memory that it shares with the test.
 struct CallCounts {
   std::atomic<int> all, getAll, get, role, children, childAtIndex, states, extents, busAddress;
+  std::atomic<int> attributes, matches;
   char busName[32];  // its unique name, written before it is ready
   // How the program is slow from now on. It takes in what it is asked only so often, as one that
   // paints in between; and it takes that long over each question to an object below its root.
@@ -128,6 +97,10 @@ class FakeProgramProcess {
   static constexpr const char* childrenChanged = "children-changed";
   void change(std::size_t object, const FakeAccessible& now, const char* property = "",
               std::uint32_t times = 1);
+  // Has the object, or the next new one, be as `now` in every respect, without a signal.
+  void put(std::size_t object, const FakeAccessible& now);
+  // Has the media player of that name play that; without one it leaves.
+  void play(const std::string& name, const std::optional<FakeMedia>& now);
   CallCounts& counts() { return *counts_; }
 
  private:

@@ -1,0 +1,68 @@
+#include "platform/linux/accessibility/described_memory.h"
+
+#include <algorithm>
+
+namespace vellora {
+
+namespace {
+
+// Rows out of sight whose texts are asked again at a time.
+constexpr std::size_t textsAgain = 32;
+
+bool isInSight(const DescribedMemory& memory, std::size_t row) {
+  const auto& extents = memory.frames.at(row);
+  return extents && extents->y < memory.sight.y + memory.sight.height &&
+         extents->y + extents->height > memory.sight.y;
+}
+
+void forgetLists(ElementFacts& facts) {
+  for (ElementIndex element = 0; element < facts.size(); ++element) {
+    facts[element].children = {};
+    facts[element].matches.clear();
+    facts[element].states = {};
+    facts[element].address = {};
+  }
+}
+
+}  // namespace
+
+void forgetText(DescribedMemory& memory, ElementIndex element) {
+  ElementFact& fact = (*memory.facts)[element];
+  fact.name = {};
+  fact.text = {};
+  fact.children = {};
+}
+
+void forgetEverything(DescribedMemory& memory) {
+  memory.facts->forgetAll();
+  memory.isSearching = false;
+}
+
+void forgetRows(DescribedMemory& memory) {
+  if (!memory.last.view) return;
+  for (const ElementIndex element : memory.last.view->lookedThrough) {
+    (*memory.facts)[element].children = {};
+  }
+}
+
+void forgetChanging(DescribedMemory& memory) {
+  ElementFacts& facts = *memory.facts;
+  if (!memory.last.view) return forgetLists(facts);
+  const FoundView& view = *memory.last.view;
+  facts[memory.root].children = {};
+  if (memory.last.frame) facts[*memory.last.frame].matches.clear();
+  if (view.document) facts[*view.document].address = {};
+  facts[view.view].name = {};
+  facts[view.view].attributes = {};
+  forgetRows(memory);
+  for (const ElementIndex element : view.titleElements) forgetText(memory, element);
+  const std::size_t rows = view.rows.size();
+  for (std::size_t i = 0; i < rows; ++i) {
+    if (rows <= textsAgain || isInSight(memory, i)) forgetText(memory, view.rows[i].textElement);
+  }
+  for (std::size_t i = 0; rows > textsAgain && i < textsAgain; ++i) {
+    forgetText(memory, view.rows[memory.nextText++ % rows].textElement);
+  }
+}
+
+}  // namespace vellora

@@ -1,0 +1,184 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/linux/accessibility/described_fixture.h"
+
+namespace vellora {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using DescribedReading = DescribedFixture;
+
+TEST_F(DescribedReading, APageIsReadAsThePlayerShowsItself) {
+  makePage(5);
+  begin();
+  const MusicLayout layout = readPage();
+  EXPECT_EQ(layout.window, (Rect{100, 50, 1000, 700}));
+  EXPECT_EQ(layout.viewport, (Rect{300, 200, 400, 300}));
+  EXPECT_EQ(layout.title, "Song \u2014 One, Two");
+  EXPECT_THAT(texts(layout), ElementsAre("line 0", "line 1", "line 2", "line 3", "line 4"));
+  EXPECT_EQ(layout.rows[2].frame, (Rect{310, 400, 300, 40}));
+}
+
+TEST_F(DescribedReading, WithoutADescriptionThatSaysWhereTheLyricsAreAProgramShowsItself) {
+  start(programWithRows(3));
+  PlayerDescription plain;
+  plain.identifier = "plain";
+  describe(plain);
+  window.process = player->pid();
+  windows->bringToFront(window);
+  EXPECT_THAT(texts(readRows(3)), ElementsAre("row 0", "row 1", "row 2"));
+}
+
+TEST_F(DescribedReading, APageIsNotLookedThroughWithoutAMediaPlayer) {
+  makePage(3);
+  program.media.clear();
+  begin();
+  for (int i = 0; i < 3; ++i) {
+    const MusicLayout layout = readPage();
+    EXPECT_EQ(layout.window, (Rect{100, 50, 1000, 700}));
+    EXPECT_THAT(texts(layout), IsEmpty());
+  }
+  EXPECT_EQ(player->counts().attributes, 0);
+  EXPECT_EQ(player->counts().matches, 0);
+
+  player->play("late", FakeMedia{.title = "Song"});
+  EXPECT_TRUE(eventually([&] { return readTexts().size() == 3; }));
+  EXPECT_EQ(readPage().title, "Song");
+  player->play("late", std::nullopt);
+  EXPECT_TRUE(eventually([&] { return readTexts().empty(); }));
+}
+
+TEST_F(DescribedReading, AReadingAfterAnotherAsksOnlyWhatMoves) {
+  makePage(60);
+  begin();
+  readPage();
+  EXPECT_LE(questions(), 25);
+  scroll(30);
+  EXPECT_LE(questions(), 25);
+}
+
+TEST_F(DescribedReading, AfterScrollingAllRowsInSightAreInPlaceAtOnce) {
+  makePage(60);
+  begin();
+  readPage();
+  scroll(2050);
+  EXPECT_THAT(topsInSight(readPage()), ElementsAre(250, 350, 450));
+  scroll(-1999);
+  const MusicLayout layout = readPage();
+  EXPECT_THAT(topsInSight(layout), ElementsAre(249, 349, 449));
+  EXPECT_EQ(layout.rows.front().frame.y, 149);
+  EXPECT_EQ(layout.rows.back().frame.y, 149 + 5900);
+}
+
+TEST_F(DescribedReading, AnotherTabTakesTheRowsAwayAtOnce) {
+  makePage(4);
+  begin();
+  readPage();
+  change(document, [](FakeAccessible& page) { page.states = 0; });
+  EXPECT_THAT(readTexts(), IsEmpty());
+  change(document, [](FakeAccessible& page) { page.states = FakeState::showing; });
+  remember(std::chrono::milliseconds(1));
+  EXPECT_EQ(readTexts().size(), 4U);
+}
+
+TEST_F(DescribedReading, RowsThatAreMadeAnewAreReadAtOnce) {
+  makePage(3);
+  begin();
+  readPage();
+  std::vector<std::size_t> fresh;
+  for (int i = 0; i < 3; ++i) {
+    fresh.push_back(program.objects.size());
+    program.objects.push_back(pageRow("new " + std::to_string(i), 220 + 100 * i));
+    player->put(fresh.back(), program.objects.back());
+  }
+  for (const std::size_t old : rows) {
+    change(old, [](FakeAccessible& it) { it.extents.reset(); });
+  }
+  change(view, [&](FakeAccessible& it) { it.children = fresh; });
+  const MusicLayout layout = readPage();
+  EXPECT_THAT(texts(layout), ElementsAre("new 0", "new 1", "new 2"));
+  EXPECT_THAT(topsInSight(layout), ElementsAre(220, 320, 420));
+}
+
+TEST_F(DescribedReading, OneRowMoreIsReadAtOnce) {
+  makePage(3);
+  begin();
+  readPage();
+  const std::size_t fresh = program.objects.size();
+  program.objects.push_back(pageRow("last", 500));
+  player->put(fresh, program.objects.back());
+  change(view, [&](FakeAccessible& it) { it.children.push_back(fresh); });
+  EXPECT_THAT(readTexts(), ElementsAre("line 0", "line 1", "line 2", "last"));
+}
+
+TEST_F(DescribedReading, WithTheNextSongTheTextsAreReadAgain) {
+  makePage(2);
+  begin();
+  readPage();
+  change(rows[0], [](FakeAccessible& it) { it.name = "other words"; });
+  EXPECT_THAT(readTexts(), ElementsAre("line 0", "line 1"));
+  player->play("browser", FakeMedia{.title = "Next"});
+  EXPECT_TRUE(eventually([&] { return readPage().title == "Next"; }));
+  EXPECT_THAT(readTexts(), ElementsAre("other words", "line 1"));
+}
+
+TEST_F(DescribedReading, AChangedTextIsSeenWhenItIsNoLongerBelieved) {
+  remember(std::chrono::milliseconds(1));
+  makePage(40);
+  begin();
+  readPage();
+  change(rows[0], [](FakeAccessible& it) { it.name = "other words"; });
+  EXPECT_TRUE(eventually([&] { return readTexts().front() == "other words"; }));
+  change(rows[39], [](FakeAccessible& it) { it.name = "out of sight"; });
+  EXPECT_TRUE(eventually([&] { return readTexts().back() == "out of sight"; }));
+}
+
+TEST_F(DescribedReading, ATextOfSeveralElementsIsReadAsOne) {
+  makePage(3);
+  PlayerDescription bare = labelled();
+  bare.lyrics->row.roles = {FakeRole::section};
+  bare.lyrics->row.classes = {"line*"};
+  describe(bare);
+  for (const std::size_t one : rows) {
+    object(one).role = FakeRole::section;
+    object(one).name.clear();
+    object(one).classes = "bright line-big";
+  }
+  object(rows[0]).text = " first \u00a0\n words ";
+  object(rows[1]).text = "two \uFFFC, three \uFFFC";
+  add(program, rows[1], {.role = FakeRole::section, .text = "and"});
+  add(program, rows[1], {.role = FakeRole::text, .name = "four"});
+  const std::size_t inner = add(program, rows[2], {.role = FakeRole::section});
+  add(program, inner, {.role = FakeRole::text, .name = "five"});
+  add(program, rows[2], {.role = FakeRole::text, .name = "six"});
+  begin();
+  EXPECT_THAT(readTexts(), ElementsAre("first words", "two and, three four", "five six"));
+}
+
+TEST_F(DescribedReading, AHangingBrowserIsAskedOneQuestion) {
+  makePage(10);
+  begin();
+  readPage();
+  player->process().stop();
+  const int before = player->counts().all;
+  for (int i = 0; i < 5; ++i) EXPECT_FALSE(read({.seconds = 0.05}));
+  player->process().resume();
+  EXPECT_TRUE(eventually([&] { return read(patient)->rows.size() == 10; }));
+  EXPECT_LE(player->counts().all - before, 1 + 2 * 25);
+}
+
+TEST_F(DescribedReading, ABrowserThatIsGoneIsNotRead) {
+  makePage(3);
+  begin();
+  readPage();
+  player->process().kill();
+  EXPECT_FALSE(read(patient));
+}
+
+}  // namespace
+
+}  // namespace vellora
