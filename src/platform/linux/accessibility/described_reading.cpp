@@ -147,7 +147,7 @@ void DescribedReading::forgetOld() {
     return forgetEverything(memory_);
   }
   if (memory_.isSearching) return;
-  if (!view() && !memory_.last.isPageShown && memory_.last.frame) {
+  if (!view() && !memory_.last.page && memory_.last.frame) {
     // A browser that has just been asked for its content is about to show it.
     facts()[*memory_.last.frame].matches.clear();
     facts()[*memory_.last.frame].attributes = {};
@@ -310,10 +310,7 @@ DescribedLayout DescribedReading::layout() {
   if (!isThere(frame)) return result;
   const WindowPlacement placement(*frame, window_);
   result.window = placement.place(*frame);
-  if (track_) {
-    result.title = track_->title;
-    if (!track_->artist.empty()) result.title += titleSeparator + track_->artist;
-  }
+  if (track_) result.title = trackTitle(*track_);
   if (!view()) return result;
   result.hasView = true;
   if (!view()->description->lyrics->title.isEmpty()) result.title = view()->title;

@@ -87,6 +87,10 @@ void takeProperties(sd_bus_message* message, MediaTrack& track) {
 
 }  // namespace
 
+std::string trackTitle(const MediaTrack& track) {
+  return track.artist.empty() ? track.title : track.title + titleSeparator + track.artist;
+}
+
 std::optional<MediaTrack> MediaPlayers::playerOf(std::int32_t process,
                                                  Steady::time_point deadline) {
   if (!connect()) return std::nullopt;

@@ -11,12 +11,18 @@
 
 namespace vellora {
 
+// Between the title and the artist of what plays.
+inline constexpr const char* titleSeparator = " \u2014 ";
+
 // What a media player plays, as its metadata say. Empty where they do not.
 struct MediaTrack {
   bool isPlaying = false;
   std::string title;
   std::string artist;  // several with ", " between
 };
+
+// "TITLE — ARTIST"; the title alone where there is no artist.
+std::string trackTitle(const MediaTrack& track);
 
 // The media players of the session and what they play (MPRIS2: names org.mpris.MediaPlayer2.* and
 // their metadata), by the processes that own them, on a connection to the session bus of its own.

@@ -6,6 +6,7 @@
 
 #include "platform/linux/accessibility/attribute_mapping.h"
 #include "platform/linux/accessibility/element_search.h"
+#include "platform/linux/accessibility/media_players.h"
 #include "platform/linux/players/player_descriptions.h"
 
 namespace vellora {
@@ -88,8 +89,9 @@ bool ViewSearch::inPages(SearchResult& result) {
     const Answer<std::string>& address = facts_.address(document);
     isKnown = isKnown && address.isTold();
     if (!isKnown) continue;
-    result.isPageShown = true;
-    const std::string& page = address.value.value_or(std::string());
+    const std::string page = address.value.value_or(std::string());
+    if (!result.page) result.address = page;
+    if (!result.page) result.page = document;
     for (const auto& description : descriptionsForPage(page, window_.descriptions)) {
       if (!description->lyrics) continue;
       if (!look(document, description, result)) return false;

@@ -11,9 +11,6 @@
 
 namespace vellora {
 
-// Between the title and the artist of what plays.
-inline constexpr const char* titleSeparator = " \u2014 ";
-
 struct FoundRow {
   ElementIndex element;
   ElementIndex frameElement;
@@ -38,7 +35,8 @@ struct FoundView {
 struct SearchResult {
   bool isFinished = false;  // nothing more has to be asked
   std::optional<ElementIndex> frame;
-  bool isPageShown = false;  // a browser's page is in front
+  std::optional<ElementIndex> page;  // a browser's page in front
+  std::string address;               // its address
   std::optional<FoundView> view;
 };
 
