@@ -51,7 +51,7 @@ class LinuxPlatform final : public Platform {
     return std::make_unique<XWorkspace>(session(), readPlayers(), playerWindows_);
   }
   std::unique_ptr<MusicScripting> makeMusicScripting() override {
-    return std::make_unique<MprisScripting>();
+    return std::make_unique<MprisScripting>(playerWindows_);
   }
   std::unique_ptr<CaptionPainter> makeCaptionPainter() override {
     return std::make_unique<PangoPainter>();

@@ -25,7 +25,7 @@ ScriptOutcome refused(std::string description) {
 ScriptOutcome withoutPlayer(const ScriptRequest& request) {
   if (!request.command) return replied("");
   return refused("no player with the desktop entry " + std::string(musicPlayer.identifier) +
-                 " is running");
+                 " or a described window is running");
 }
 
 }  // namespace
@@ -36,7 +36,7 @@ ScriptOutcome MprisScripting::run(const ScriptRequest& request) {
     bus_ = connectToSessionBus();
     if (!bus_) return withoutPlayer(request);
     directory_ = std::make_unique<PlayerDirectory>(shareObject(bus_.get()),
-                                                   std::string(musicPlayer.identifier));
+                                                   std::string(musicPlayer.identifier), windows_);
     silent_ = std::make_unique<SilentPlayer>(shareObject(bus_.get()));
   }
   const auto found = directory_->find(deadline);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <string_view>
+#include <utility>
 
 #include "platform/linux/player/player_directory.h"
 #include "platform/linux/player/silent_player.h"
@@ -12,13 +12,19 @@ namespace vellora {
 // Carries out the requests over MPRIS (MPRIS D-Bus Interface Specification 2.2) with the meaning
 // and the replies of the scripts, giving up on a player 250 ms after a request began: then there is
 // an error's description and no reply, and so there is at once for further requests until that
-// player answers again. The player is the one whose DesktopEntry is "com.apple.Music". Where it
-// does not run, nothing plays, and a command fails: a player is never started for one. Main thread.
+// player answers again. The player is the one whose DesktopEntry is "com.apple.Music"; else one of
+// the process that a player's window is of. Where there is none, nothing plays, and a command
+// fails: a player is never started for one. Main thread.
 class MprisScripting : public MusicScripting {
  public:
+  // `windows` are those of players; null: none.
+  explicit MprisScripting(std::shared_ptr<const PlayerWindows> windows = nullptr)
+      : windows_(std::move(windows)) {}
+
   ScriptOutcome run(const ScriptRequest& request) override;
 
  private:
+  const std::shared_ptr<const PlayerWindows> windows_;
   SessionBus bus_;
   std::unique_ptr<PlayerDirectory> directory_;
   std::unique_ptr<SilentPlayer> silent_;

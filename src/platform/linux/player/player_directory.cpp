@@ -3,93 +3,139 @@
 #include <algorithm>
 #include <string_view>
 #include <utility>
-#include <vector>
+
+#include "platform/linux/players/process_family.h"
 
 namespace vellora {
 namespace {
 
+constexpr const char* playerNames = "org.mpris.MediaPlayer2";
 constexpr std::string_view playerPrefix = "org.mpris.MediaPlayer2.";
 
 // playerctl's daemon passes itself off as whichever player was active last, another one each time.
 constexpr std::string_view standIn = "org.mpris.MediaPlayer2.playerctld";
 
+bool hasArrived(const BusAnswerPtr& answer) { return answer && answer->arrived; }
+
 }  // namespace
 
-PlayerDirectory::PlayerDirectory(SessionBus bus, std::string desktopEntry)
-    : bus_(std::move(bus)), desktopEntry_(std::move(desktopEntry)), end_(g_cancellable_new()) {}
+PlayerDirectory::PlayerDirectory(SessionBus bus, std::string desktopEntry,
+                                 std::shared_ptr<const PlayerWindows> windows)
+    : questions_(std::move(bus)),
+      desktopEntry_(std::move(desktopEntry)),
+      windows_(windows ? std::move(windows) : std::make_shared<const PlayerWindows>()) {
+  // What is known of a bus name is known of its owner.
+  questions_.enter([this] {
+    ownersHeard_ = g_dbus_connection_signal_subscribe(
+        questions_.bus(), "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
+        "/org/freedesktop/DBus", playerNames, G_DBUS_SIGNAL_FLAGS_MATCH_ARG0_NAMESPACE,
+        [](GDBusConnection*, const gchar*, const gchar*, const gchar*, const gchar*,
+           GVariant* arguments, gpointer self) {
+          const gchar* name = nullptr;
+          g_variant_get_child(arguments, 0, "&s", &name);
+          static_cast<PlayerDirectory*>(self)->players_.erase(name);
+        },
+        this, nullptr);
+  });
+}
 
 PlayerDirectory::~PlayerDirectory() {
-  g_cancellable_cancel(end_.get());
-  room_.catchUp();  // each question still open ends here
+  g_dbus_connection_signal_unsubscribe(questions_.bus(), ownersHeard_);
+  questions_.catchUp();
 }
 
 PlayerDirectory::Found PlayerDirectory::find(const Deadline& deadline) {
-  room_.catchUp();
-  auto current = list(deadline);
-  if (!current) return {.busName = {}, .complete = false};
-  std::vector<std::shared_ptr<const Player>> asked;
-  for (auto& [name, player] : *current) {
-    const auto known = players_.find(name);
+  if (!list(deadline)) return {.busName = {}, .complete = false};
+  std::vector<BusAnswerPtr> asked;
+  for (auto& [name, player] : players_) {
     // One that refused may only have been starting.
-    if (known != players_.end() && (!known->second->answered || known->second->desktopEntry)) {
-      player = known->second;
-    } else {
-      asked.push_back(player = ask(name));
+    if (!player.desktopEntry || (player.desktopEntry->arrived && !textOf(*player.desktopEntry))) {
+      player.desktopEntry = questions_.askPlayer(name, playerNames, "DesktopEntry");
+      asked.push_back(player.desktopEntry);
     }
   }
-  players_ = std::move(*current);
-  const auto settled = [&] {
-    return match() || std::ranges::all_of(asked, [](const auto& p) { return p->answered; });
-  };
-  const bool complete = room_.waitUntil(settled, deadline);
-  return {.busName = match(), .complete = complete};
+  const auto settled = [&] { return matchByEntry() || std::ranges::all_of(asked, hasArrived); };
+  const bool complete = questions_.waitUntil(settled, deadline);
+  if (auto name = matchByEntry()) return {.busName = std::move(name), .complete = complete};
+  if (!complete) return {.busName = {}, .complete = false};
+  return matchByProcess(deadline);
 }
 
-std::optional<std::map<std::string, std::shared_ptr<PlayerDirectory::Player>>>
-PlayerDirectory::list(const Deadline& deadline) const {
+bool PlayerDirectory::list(const Deadline& deadline) {
   const GVariantPtr reply(g_dbus_connection_call_sync(
-      bus_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+      questions_.bus(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
       "ListNames", nullptr, G_VARIANT_TYPE("(as)"), G_DBUS_CALL_FLAGS_NONE,
       deadline.remainingMilliseconds(), nullptr, nullptr));
-  if (!reply) return std::nullopt;
-  std::map<std::string, std::shared_ptr<Player>> players;
+  if (!reply) return false;
+  questions_.catchUp();  // with the changes of owners before the list
+  std::map<std::string, Player> listed;
   const GVariantPtr names(g_variant_get_child_value(reply.get(), 0));
   for (gsize i = 0; i < g_variant_n_children(names.get()); ++i) {
     const GVariantPtr name(g_variant_get_child_value(names.get(), i));
     const std::string_view text(g_variant_get_string(name.get(), nullptr));
-    if (text.starts_with(playerPrefix) && text != standIn) players.emplace(text, nullptr);
+    if (!text.starts_with(playerPrefix) || text == standIn) continue;
+    const auto known = players_.find(std::string(text));
+    listed.emplace(text, known == players_.end() ? Player() : known->second);
   }
-  return players;
+  players_ = std::move(listed);
+  return true;
 }
 
-std::shared_ptr<PlayerDirectory::Player> PlayerDirectory::ask(const std::string& busName) const {
-  auto player = std::make_shared<Player>();
-  room_.enter([&] {
-    g_dbus_connection_call(
-        bus_.get(), busName.c_str(), "/org/mpris/MediaPlayer2", "org.freedesktop.DBus.Properties",
-        "Get", g_variant_new("(ss)", "org.mpris.MediaPlayer2", "DesktopEntry"),
-        G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, G_MAXINT, end_.get(),
-        &PlayerDirectory::answered, new std::shared_ptr<Player>(player));
+std::optional<std::string> PlayerDirectory::matchByEntry() const {
+  const auto found = std::ranges::find_if(players_, [this](const auto& entry) {
+    return textOf(*entry.second.desktopEntry) == desktopEntry_;
   });
-  return player;
-}
-
-std::optional<std::string> PlayerDirectory::match() const {
-  const auto found = std::ranges::find_if(
-      players_, [this](const auto& entry) { return entry.second->desktopEntry == desktopEntry_; });
   return found == players_.end() ? std::nullopt : std::optional(found->first);
 }
 
-void PlayerDirectory::answered(GObject* bus, GAsyncResult* result, gpointer data) noexcept {
-  const std::unique_ptr<std::shared_ptr<Player>> player(
-      static_cast<std::shared_ptr<Player>*>(data));
-  (*player)->answered = true;
-  const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
-  if (!reply) return;
-  const GVariantPtr boxed(g_variant_get_child_value(reply.get(), 0));
-  const GVariantPtr value(g_variant_get_variant(boxed.get()));
-  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_STRING) == FALSE) return;
-  (*player)->desktopEntry = g_variant_get_string(value.get(), nullptr);
+PlayerDirectory::Found PlayerDirectory::matchByProcess(const Deadline& deadline) {
+  const auto windows = windows_->all();
+  if (windows.empty()) return {};
+  for (auto& [name, player] : players_) {
+    if (!player.process) player.process = questions_.askDaemon("GetConnectionUnixProcessID", name);
+  }
+  const auto areKnown = [this] {
+    return std::ranges::all_of(players_,
+                               [](const auto& entry) { return hasArrived(entry.second.process); });
+  };
+  if (!questions_.waitUntil(areKnown, deadline)) return {.busName = {}, .complete = false};
+  for (const PlayerWindow& window : windows) {
+    const auto names = playersOf(window.process);
+    if (!names.empty()) return choose(names, deadline);
+  }
+  return {};
+}
+
+std::vector<std::string> PlayerDirectory::playersOf(std::int32_t process) const {
+  std::vector<std::string> names;
+  for (const auto& [name, player] : players_) {
+    const auto owner = numberOf(*player.process);
+    if (owner && belongTogether(static_cast<std::int32_t>(*owner), process)) names.push_back(name);
+  }
+  return names;
+}
+
+PlayerDirectory::Found PlayerDirectory::choose(const std::vector<std::string>& busNames,
+                                               const Deadline& deadline) {
+  if (busNames.size() == 1) return {.busName = busNames[0]};
+  std::vector<std::pair<std::string, BusAnswerPtr>> asked;
+  for (const std::string& name : busNames) {
+    BusAnswerPtr& status = players_[name].status;
+    if (status && !status->arrived) continue;  // it still owes an answer
+    status = questions_.askPlayer(name, "org.mpris.MediaPlayer2.Player", "PlaybackStatus");
+    asked.emplace_back(name, status);
+  }
+  if (asked.empty()) return {.busName = busNames[0]};
+  // Settles by the first that either plays or still has to say.
+  const auto first = [&asked] {
+    return std::ranges::find_if(asked, [](const auto& one) {
+      return !one.second->arrived || textOf(*one.second) == "Playing";
+    });
+  };
+  const bool complete = questions_.waitUntil(
+      [&] { return first() == asked.end() || first()->second->arrived; }, deadline);
+  const auto chosen = first();
+  return {.busName = chosen == asked.end() ? asked[0].first : chosen->first, .complete = complete};
 }
 
 }  // namespace vellora

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "platform/linux/glib/deadline.h"
-#include "platform/linux/glib/session_bus.h"
-#include "platform/linux/glib/waiting_room.h"
+#include "platform/linux/player/bus_questions.h"
+#include "platform/linux/players/player_windows.h"
 
 namespace vellora {
 
@@ -17,35 +18,41 @@ namespace vellora {
 // request that asked it, no later one; its answer counts when it comes. Main thread.
 class PlayerDirectory {
  public:
-  // `desktopEntry` is the application id, the base name of a desktop file without its suffix.
-  PlayerDirectory(SessionBus bus, std::string desktopEntry);
+  // `desktopEntry` is the application id, the base name of a desktop file without its suffix;
+  // `windows` are those of players; null: none.
+  PlayerDirectory(SessionBus bus, std::string desktopEntry,
+                  std::shared_ptr<const PlayerWindows> windows);
   ~PlayerDirectory();
   PlayerDirectory(const PlayerDirectory&) = delete;
   PlayerDirectory& operator=(const PlayerDirectory&) = delete;
 
   struct Found {
-    std::optional<std::string> busName;  // the first in the alphabet where several answer to it
-    bool complete = true;                // false: a player was asked now and did not answer in time
+    // The first in the alphabet with that desktop entry. Else one whose process belongs together
+    // with a window's, the window last in front first: of several the first that is playing, else
+    // the first.
+    std::optional<std::string> busName;
+    bool complete = true;  // false: a player was asked now and did not answer in time
   };
   Found find(const Deadline& deadline);
 
  private:
   struct Player {
-    bool answered = false;
-    std::optional<std::string> desktopEntry;
+    BusAnswerPtr desktopEntry;
+    BusAnswerPtr process;  // null: not asked yet
+    BusAnswerPtr status;   // the last; null: never asked
   };
 
-  std::optional<std::map<std::string, std::shared_ptr<Player>>> list(
-      const Deadline& deadline) const;
-  std::shared_ptr<Player> ask(const std::string& busName) const;
-  std::optional<std::string> match() const;
-  static void answered(GObject* bus, GAsyncResult* result, gpointer player) noexcept;
+  bool list(const Deadline& deadline);
+  std::optional<std::string> matchByEntry() const;
+  Found matchByProcess(const Deadline& deadline);
+  std::vector<std::string> playersOf(std::int32_t process) const;
+  Found choose(const std::vector<std::string>& busNames, const Deadline& deadline);
 
-  SessionBus bus_;
+  BusQuestions questions_;
   std::string desktopEntry_;
-  WaitingRoom room_;
-  GObjectPtr<GCancellable> end_;
-  std::map<std::string, std::shared_ptr<Player>> players_;
+  std::shared_ptr<const PlayerWindows> windows_;
+  guint ownersHeard_ = 0;
+  std::map<std::string, Player> players_;
 };
 
 }  // namespace vellora

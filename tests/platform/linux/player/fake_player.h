@@ -23,6 +23,8 @@ class FakePlayer {
   FakePlayer(const FakePlayer&) = delete;
   FakePlayer& operator=(const FakePlayer&) = delete;
 
+  pid_t process() const { return process_; }
+
   // What was called since the last look.
   std::vector<std::string> log();
 

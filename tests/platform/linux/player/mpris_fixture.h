@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -13,6 +14,7 @@
 #include "platform/linux/glib/private_bus.h"
 #include "platform/linux/player/fake_player.h"
 #include "platform/linux/player/mpris_scripting.h"
+#include "platform/linux/players/player_windows.h"
 
 namespace vellora {
 
@@ -49,7 +51,8 @@ class MprisTest : public ::testing::Test {
 
   std::string searchLocation = "music://catalogue.example/search?term=a%20b&c";
   PrivateBus bus;
-  MprisScripting scripting;
+  const std::shared_ptr<PlayerWindows> windows = std::make_shared<PlayerWindows>();
+  MprisScripting scripting{windows};
 };
 
 inline void expectReply(const ScriptOutcome& outcome, const std::string& reply) {
