@@ -26,7 +26,6 @@ void PlayerListing::forget() {
 }
 
 void PlayerListing::advance(std::optional<std::int32_t> front) {
-  if (descriptions_.empty()) return;
   if (list_ && list_->hasArrived()) {
     for (const xcb_window_t window : list_->takeNumbers()) {
       programs_.emplace_back(session_, window);

@@ -126,6 +126,9 @@ void XSession::dispatch() {
     if (listeners_[i] != nullptr) listeners_[i]->endTurn();
   }
   if (xcb_connection_has_error(connection_.get()) != 0) lose();
+  for (std::size_t i = 0; present_ && i < listeners_.size(); ++i) {
+    if (listeners_[i] != nullptr) listeners_[i]->lookForAnswers();
+  }
   dispatching_ = false;
   std::erase(listeners_, nullptr);
 }

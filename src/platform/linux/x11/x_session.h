@@ -32,6 +32,8 @@ class XEventListener {
   virtual void handleEvent(const xcb_generic_event_t& event) = 0;
   // After the events that were there have been handed out.
   virtual void endTurn() {}
+  // After that, and also when there were none: answers to questions may have come.
+  virtual void lookForAnswers() {}
   // The connection is gone for good; every window and other resource went with it.
   virtual void sessionLost() {}
 };

@@ -44,6 +44,7 @@ XWorkspace::XWorkspace(std::shared_ptr<XSession> session,
       listing_(*session_, descriptions_, *windows_),
       area_(*session_) {
   session_->addListener(*this);
+  if (session_->present()) lookForAnswers();
 }
 
 XWorkspace::~XWorkspace() { session_->removeListener(*this); }
@@ -53,8 +54,14 @@ std::shared_ptr<const RunningApplication> XWorkspace::frontmostApplication() {
   if (!session_->present()) return nullptr;
   if (!frontmostKnown_) readFrontmost();
   if (frontPlayer_) placeFrontPlayer();
-  listing_.advance(frontPlayer_ ? std::optional(frontPlayer_->process) : std::nullopt);
   return frontmost_;
+}
+
+// Who looks for players' windows need not be who asks which is in front.
+void XWorkspace::lookForAnswers() {
+  if (descriptions_.empty()) return;
+  if (!frontmostKnown_) readFrontmost();
+  listing_.advance(frontPlayer_ ? std::optional(frontPlayer_->process) : std::nullopt);
 }
 
 void XWorkspace::readFrontmost() {

@@ -18,7 +18,8 @@ namespace vellora {
 // The desktop by what the window manager and the windows say of themselves (EWMH 1.5, ICCCM 2.0). A
 // window's program is its _NET_WM_PID. Its bundle identifier is the player's where a description
 // names the window's class or application identifier; otherwise it is what bundleIdentifierOf
-// finds. Players' windows are kept in a directory for others, that in front with its place. A
+// finds. Players' windows are kept in a directory for others, also while nobody asks for anything,
+// and where the one in front is, when that is asked for. A
 // shaded window may keep the keyboard; like a hidden one it counts as minimised, so that nothing is
 // in front then. What is frontmost, and where it is, is asked once and again when the server says
 // that it changed. Main thread.
@@ -40,6 +41,7 @@ class XWorkspace final : public Workspace, private XEventListener {
 
  private:
   void handleEvent(const xcb_generic_event_t& event) override;
+  void lookForAnswers() override;
   void sessionLost() override;
   void readFrontmost();
   void setFrontmost(const WindowProgram& program);

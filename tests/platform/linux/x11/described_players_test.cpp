@@ -270,6 +270,29 @@ TEST_F(DescribedPlayersTest, PlayersThatWereNeverInFrontAreNotedAndThoseWithoutW
   EXPECT_TRUE(becomeKnown({}));
 }
 
+// What plays is asked for before anybody asks what is in front.
+TEST_F(DescribedPlayersTest, PlayersBecomeKnownWhileNobodyAsks) {
+  const auto first = makeProgram(7, "a\0Navigator\0"s);
+  const auto second = makeProgram(8, "a\0Jukebox\0"s);
+  list({first, second});
+  EXPECT_TRUE(runLoopUntil([&] { return known() == (Processes{7, 8}); }));
+  setActive(second);
+  EXPECT_TRUE(runLoopUntil([&] { return known() == (Processes{8, 7}); }));
+  list({first});
+  setActive(first);
+  EXPECT_TRUE(runLoopUntil([&] { return known() == Processes{7}; }));
+  runLoopDry();  // ends: it asks no more
+}
+
+TEST_F(DescribedPlayersTest, PlayersThatWereThereBeforeBecomeKnownWithoutAnEvent) {
+  const auto first = makeProgram(7, "a\0Navigator\0"s);
+  list({first});
+  const auto later = std::make_shared<PlayerWindows>();
+  const XWorkspace another(std::make_shared<XSession>(server.display().c_str()), descriptions,
+                           later);
+  EXPECT_TRUE(runLoopUntil([&] { return later->find(7).has_value(); }));
+}
+
 // A server that does not answer holds nobody up for a list that is nobody's hurry.
 TEST_F(DescribedPlayersTest, TheListIsNotWaitedFor) {
   const auto window = makeProgram(7, "a\0Navigator\0"s);
