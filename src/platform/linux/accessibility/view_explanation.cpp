@@ -127,8 +127,11 @@ class Explainer {
     } else {
       const ElementIndex below = isFound ? found.view->document.value_or(*top) : *top;
       takeCandidates(*description->lyrics, below, view);
-      if (!isFound)
-        view.whyNot = "Its view is not there, or one that is tried before it was found.";
+      const bool fitsOne =
+          std::ranges::any_of(view.candidates, [](const auto& one) { return one.whyNot.empty(); });
+      if (!isFound) {
+        view.whyNot = fitsOne ? "Another one comes before it." : "No element fits [Lyrics].";
+      }
     }
     if (isFound) takeView(*description->lyrics, *found.view, view);
     return view;
@@ -193,10 +196,8 @@ class Explainer {
     isAround_[element] = true;
     const std::size_t place = list.size();
     list.push_back(explained(element, depth));
-    const std::string own = facts_.text(element).value.value_or(std::string());
-    const bool isObject = own.find("\uFFFC") != std::string::npos;
-    if (!isObject) list.back().text = own;
-    bool hasText = !list.back().text.empty() || !list.back().name.empty();
+    list.back().text = textOf(facts_, element).value_or(std::string());
+    bool hasText = !list.back().text.empty();
     const ElementList children = facts_.children(element).value.value_or(ElementList());
     for (const ElementIndex child : children) {
       hasText = takeAround(child, depth + 1, list) || hasText;

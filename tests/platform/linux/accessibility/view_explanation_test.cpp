@@ -54,11 +54,12 @@ TEST_F(ViewExplanation, ElementsWithTextsAreListedForADescription) {
   object(inner).text = "bare words";
   begin();
   const auto elements = explain().elements;
-  const auto found = std::ranges::find(elements, "bare words", &ExplainedElement::text);
+  const auto found = std::ranges::find(elements, "song-line", &ExplainedElement::classes);
   ASSERT_NE(found, elements.end());
-  EXPECT_EQ(found->classes, "song-line");
+  EXPECT_EQ(found->text, "bare words");
   EXPECT_EQ(found->depth, 2);
   EXPECT_EQ(std::prev(found)->classes, "song-lines");
+  EXPECT_EQ(std::prev(found)->text, "bare words");  // with what is in it
 }
 
 TEST_F(ViewExplanation, APageThatPlaysNothingIsNotLookedThrough) {
