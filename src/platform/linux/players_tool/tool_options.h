@@ -10,9 +10,10 @@ enum PlayersToolStatus { allWell = 0, problemsFound = 1, wrongArguments = 2 };
 
 // What vellora-players is to do.
 struct PlayersToolOptions {
-  enum class Task { list, check };
+  enum class Task { list, check, show };
   Task task = Task::list;
   std::vector<std::string> files;  // to check
+  int wait = 0;                    // seconds before a window is shown
 };
 
 // What it says instead: its help, its version, or what is wrong with its arguments.

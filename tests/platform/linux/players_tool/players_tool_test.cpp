@@ -155,12 +155,19 @@ TEST_F(PlayersToolTest, WhatIsToldCannotSteerATerminal) {
 TEST_F(PlayersToolTest, RefusesArgumentsThatItDoesNotKnow) {
   using Row = std::pair<std::vector<std::string>, std::string>;
   for (const auto& [arguments, reason] : {
-           Row{{}, "say list or check"},
+           Row{{}, "say list, check or show"},
            Row{{"lsit"}, "unknown command \"lsit\""},
            Row{{"--lsit"}, "unknown option \"--lsit\""},
            Row{{"list", "--all"}, "unknown option \"--all\""},
            Row{{"list", "more"}, "one word too many: \"more\""},
            Row{{"check"}, "check which file?"},
+           Row{{"show", "more"}, "one word too many: \"more\""},
+           Row{{"show", "--wait"}, "--wait wants whole seconds, 0 to 600"},
+           Row{{"show", "--wait", "soon"}, "--wait wants whole seconds, 0 to 600"},
+           Row{{"show", "--wait", "-1"}, "--wait wants whole seconds, 0 to 600"},
+           Row{{"show", "--wait", "601"}, "--wait wants whole seconds, 0 to 600"},
+           Row{{"show", "--wait", "1.5"}, "--wait wants whole seconds, 0 to 600"},
+           Row{{"list", "--wait", "1"}, "unknown option \"--wait\""},
            Row{{"check", "--quick", "a"}, "unknown option \"--quick\""},
        }) {
     const auto outcome = run(arguments);
@@ -169,6 +176,15 @@ TEST_F(PlayersToolTest, RefusesArgumentsThatItDoesNotKnow) {
     EXPECT_EQ(outcome.errors,
               "vellora-players: " + reason + "\nRun with --help for more information.\n");
   }
+}
+
+TEST_F(PlayersToolTest, SaysThatThereIsNoDisplayToShowAWindowOf) {
+  g_setenv("DISPLAY", ":no-display", TRUE);
+  const auto outcome = run({"show", "--wait", "0"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.output, "");
+  EXPECT_EQ(outcome.errors,
+            "vellora-players: there is no X display (DISPLAY) that can be reached\n");
 }
 
 TEST_F(PlayersToolTest, TakesAFileThatBeginsWithADashAfterTwo) {
@@ -184,6 +200,8 @@ TEST_F(PlayersToolTest, ExplainsItself) {
     EXPECT_THAT(outcome.output, HasSubstr("Usage: vellora-players list\n"));
     EXPECT_EQ(outcome.errors, "");
   }
+  EXPECT_THAT(run({"show", "--help"}).output,
+              HasSubstr("Usage: vellora-players show [--wait SECONDS]\n"));
   EXPECT_EQ(run({"--version"}).output, "vellora-players " VELLORA_VERSION "\n");
 }
 

@@ -6,10 +6,13 @@ _vellora_players()
     command=
     ((COMP_CWORD > 1)) && command=${COMP_WORDS[1]}
     COMPREPLY=()
-    if [[ $current == -* ]]; then
+    [[ ${COMP_WORDS[COMP_CWORD - 1]} == --wait ]] && return
+    if [[ $command == show ]]; then
+        COMPREPLY=($(compgen -W '--help --version --wait' -- "$current"))
+    elif [[ $current == -* ]]; then
         COMPREPLY=($(compgen -W '--help --version' -- "$current"))
     elif [[ -z $command ]]; then
-        COMPREPLY=($(compgen -W 'list check' -- "$current"))
+        COMPREPLY=($(compgen -W 'list check show' -- "$current"))
     elif [[ $command == check ]]; then
         compopt -o filenames 2>/dev/null
         COMPREPLY=($(compgen -f -X '!*.player' -- "$current") $(compgen -d -- "$current"))
