@@ -76,13 +76,26 @@ std::optional<std::uint64_t> readStates(sd_bus_message* reply) {
   return states;
 }
 
-std::optional<AccessibleExtents> readExtents(sd_bus_message* reply) {
+namespace {
+
+std::optional<AccessibleExtents> readExtents(sd_bus_message* reply, const char* signature) {
   AccessibleExtents extents;
-  if (reply == nullptr || sd_bus_message_read(reply, "(iiii)", &extents.x, &extents.y,
+  if (reply == nullptr || sd_bus_message_read(reply, signature, &extents.x, &extents.y,
                                               &extents.width, &extents.height) <= 0) {
     return std::nullopt;
   }
   return extents;
+}
+
+}  // namespace
+
+std::optional<AccessibleExtents> readExtents(sd_bus_message* reply) {
+  return readExtents(reply, "(iiii)");
+}
+
+std::optional<AccessibleExtents> readRangeExtents(sd_bus_message* reply) {
+  const auto extents = readExtents(reply, "iiii");
+  return extents && extents->width > 0 && extents->height > 0 ? extents : std::nullopt;
 }
 
 std::optional<std::string> readTextProperty(sd_bus_message* reply) {

@@ -30,6 +30,7 @@ void forgetText(DescribedMemory& memory, ElementIndex element) {
   ElementFact& fact = (*memory.facts)[element];
   fact.name = {};
   fact.text = {};
+  fact.characterCount = {};
   fact.children = {};
 }
 

@@ -182,7 +182,7 @@ void DescribedReading::askMoving() {
     facts().name(element);
   }
   const auto planned = memory_.frames.wanted(memory_.sight);
-  for (const std::size_t row : planned) facts().extents(view()->rows[row].frameElement);
+  for (const std::size_t row : planned) askFrame(facts(), view()->rows[row]);
   facts().exchange();
 
   const bool isViewGone = place.isTold() && !isThere(place.value);
@@ -206,7 +206,7 @@ void DescribedReading::askMoving() {
 // has moved by itself may have another text.
 void DescribedReading::tellRows(const std::vector<std::size_t>& rows) {
   for (const std::size_t row : rows) {
-    const auto& extents = facts()[view()->rows[row].frameElement].extents;
+    const auto& extents = knownFrame(facts(), view()->rows[row]);
     if (!extents.isTold()) continue;
     if (!extents.value && memory_.frames.at(row)) forgetRows(memory_);
     memory_.frames.tell(row, extents.value);
@@ -283,7 +283,7 @@ void DescribedReading::askRows() {
   for (int i = 0; i < mostVolleys; ++i) {
     const auto wanted = memory_.frames.wanted(memory_.sight);
     if (wanted.empty()) break;
-    for (const std::size_t row : wanted) facts().extents(view()->rows[row].frameElement);
+    for (const std::size_t row : wanted) askFrame(facts(), view()->rows[row]);
     if (!facts().exchange()) break;
     tellRows(wanted);
   }

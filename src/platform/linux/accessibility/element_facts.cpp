@@ -12,6 +12,7 @@ namespace vellora {
 namespace {
 
 constexpr const char* accessible = "org.a11y.atspi.Accessible";
+constexpr const char* textInterface = "org.a11y.atspi.Text";
 constexpr const char* properties = "org.freedesktop.DBus.Properties";
 
 constexpr std::uint32_t screenCoordinates = 0;  // AtspiCoordType
@@ -54,9 +55,13 @@ BusMessagePtr ElementFacts::call(ElementIndex element, const char* interface, co
   return bus_.newCall(reference.bus, reference.path, interface, member);
 }
 
-BusMessagePtr ElementFacts::callGet(ElementIndex element, const char* property) {
+BusMessagePtr ElementFacts::callGet(ElementIndex element, const char* property,
+                                    const char* interface) {
   BusMessagePtr question = call(element, properties, "Get");
-  if (question) sd_bus_message_append(question.get(), "ss", accessible, property);
+  if (question) {
+    sd_bus_message_append(question.get(), "ss", interface != nullptr ? interface : accessible,
+                          property);
+  }
   return question;
 }
 
@@ -96,7 +101,7 @@ const Answer<std::string>& ElementFacts::name(ElementIndex element) {
 const Answer<std::string>& ElementFacts::text(ElementIndex element) {
   Answer<std::string>& answer = elements_[element].text;
   if (answer.isUnasked() && mayAsk()) {
-    BusMessagePtr question = call(element, "org.a11y.atspi.Text", "GetText");
+    BusMessagePtr question = call(element, textInterface, "GetText");
     if (question) sd_bus_message_append(question.get(), "ii", 0, -1);
     ask(element, answer, std::move(question), readText);
   }
@@ -190,6 +195,25 @@ const Answer<AccessibleExtents>& ElementFacts::extents(ElementIndex element) {
   return answer;
 }
 
+const Answer<std::int32_t>& ElementFacts::characterCount(ElementIndex element) {
+  Answer<std::int32_t>& answer = elements_[element].characterCount;
+  if (answer.isUnasked() && mayAsk()) {
+    ask(element, answer, callGet(element, "CharacterCount", textInterface), readCountProperty);
+  }
+  return answer;
+}
+
+const Answer<AccessibleExtents>& ElementFacts::textExtents(ElementIndex element,
+                                                           std::int32_t count) {
+  Answer<AccessibleExtents>& answer = elements_[element].textExtents;
+  if (answer.isUnasked() && mayAsk()) {
+    BusMessagePtr question = call(element, textInterface, "GetRangeExtents");
+    if (question) sd_bus_message_append(question.get(), "iiu", 0, count, screenCoordinates);
+    ask(element, answer, std::move(question), readRangeExtents);
+  }
+  return answer;
+}
+
 bool ElementFacts::exchange() {
   if (std::exchange(linedUp_, 0) == 0) return false;
   bus_.exchange(deadline_);
@@ -199,6 +223,7 @@ bool ElementFacts::exchange() {
 void ElementFacts::forgetMoment(const ElementList& states) {
   for (ElementFact& element : elements_) {
     element.extents = {};
+    element.textExtents = {};
     element.childCount = {};
   }
   for (const ElementIndex element : states) elements_[element].states = {};

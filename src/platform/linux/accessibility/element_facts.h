@@ -32,6 +32,8 @@ struct ElementFact {
   std::map<std::vector<std::uint32_t>, Answer<ElementList>> matches;  // by roles
   Answer<std::uint64_t> states;
   Answer<AccessibleExtents> extents;
+  Answer<std::int32_t> characterCount;
+  Answer<AccessibleExtents> textExtents;
 };
 
 // The elements of one program, and the questions to them. Each getter gives what is known; what was
@@ -65,6 +67,9 @@ class ElementFacts {
   const Answer<ElementList>& matches(ElementIndex top, const std::vector<std::uint32_t>& roles);
   const Answer<std::uint64_t>& states(ElementIndex element);
   const Answer<AccessibleExtents>& extents(ElementIndex element);
+  const Answer<std::int32_t>& characterCount(ElementIndex element);  // of org.a11y.atspi.Text
+  // The box of the text's characters, so many: a text answers for no more than it has.
+  const Answer<AccessibleExtents>& textExtents(ElementIndex element, std::int32_t count);
 
   // Until when what is asked from here on may take. After that nothing is.
   void setDeadline(Steady::time_point deadline) { deadline_ = deadline; }
@@ -83,7 +88,8 @@ class ElementFacts {
   bool mayAsk() const;
   bool isCutShort(const std::string& peer) const;
   BusMessagePtr call(ElementIndex element, const char* interface, const char* member);
-  BusMessagePtr callGet(ElementIndex element, const char* property);
+  BusMessagePtr callGet(ElementIndex element, const char* property,
+                        const char* interface = nullptr);
   template <class Value, class Read>
   void ask(ElementIndex element, Answer<Value>& answer, BusMessagePtr call, Read read);
   template <class Value, class Read>

@@ -94,7 +94,10 @@ class Explainer {
   }
 
   std::optional<Rect> frameOf(ElementIndex element) {
-    const auto& extents = facts_.extents(element).value;
+    return placed(facts_.extents(element).value);
+  }
+
+  std::optional<Rect> placed(const std::optional<AccessibleExtents>& extents) const {
     if (!extents || !placement_ || extents->width <= 0 || extents->height <= 0) return std::nullopt;
     return placement_->place(*extents);
   }
@@ -168,7 +171,7 @@ class Explainer {
       ExplainedCandidate row{explained(element, 0), {}};
       if (taken != found.rows.end()) {
         row.element.text = taken->text;
-        row.element.frame = frameOf(taken->frameElement);
+        row.element.frame = placed(askFrame(facts_, *taken).value);
         if (!row.element.frame) row.whyNot = "it has no frame";
       } else {
         row.whyNot = lyrics.rowText.isEmpty() && lyrics.rowFrame.isEmpty()

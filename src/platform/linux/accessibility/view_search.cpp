@@ -157,6 +157,16 @@ bool ViewSearch::takeRows(const LyricsPattern& lyrics, FoundView& view) {
   return isWalked && isKnown;
 }
 
+const Answer<AccessibleExtents>& knownFrame(const ElementFacts& facts, const FoundRow& row) {
+  const ElementFact& element = facts[row.frameElement];
+  return row.frameCharacters > 0 ? element.textExtents : element.extents;
+}
+
+const Answer<AccessibleExtents>& askFrame(ElementFacts& facts, const FoundRow& row) {
+  if (row.frameCharacters > 0) return facts.textExtents(row.frameElement, row.frameCharacters);
+  return facts.extents(row.frameElement);
+}
+
 // A row without the elements that the description names in it, or without a text, is none.
 bool ViewSearch::takeRow(const LyricsPattern& lyrics, ElementIndex element, FoundView& view) {
   const auto inside = [&](const ElementPattern& pattern) -> Sought {
@@ -173,12 +183,19 @@ bool ViewSearch::takeRow(const LyricsPattern& lyrics, ElementIndex element, Foun
     return Sought(found);
   };
   const Sought textElement = inside(lyrics.rowText);
-  const Sought frameElement = inside(lyrics.rowFrame);
+  const Sought frameElement = lyrics.isFrameOfText ? textElement : inside(lyrics.rowFrame);
   if (!textElement || !frameElement) return false;
   if (!*textElement || !*frameElement) return true;
   const auto text = textOf(facts_, **textElement);
   if (!text) return false;
-  if (!text->empty()) view.rows.push_back({element, **frameElement, **textElement, *text});
+  if (text->empty()) return true;
+  std::int32_t characters = 0;
+  if (lyrics.isFrameOfText) {
+    const auto& count = facts_.characterCount(**textElement);
+    if (!count.isTold()) return false;
+    characters = count.value.value_or(0);
+  }
+  view.rows.push_back({element, **frameElement, characters, **textElement, *text});
   return true;
 }
 

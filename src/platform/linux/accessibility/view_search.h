@@ -14,9 +14,14 @@ namespace vellora {
 struct FoundRow {
   ElementIndex element;
   ElementIndex frameElement;
+  std::int32_t frameCharacters = 0;  // the frame is that of so many; 0: the element's
   ElementIndex textElement;
   std::string text;  // without white space at its ends; never empty
 };
+
+// Where a row is: has it asked, or as far as it is known.
+const Answer<AccessibleExtents>& askFrame(ElementFacts& facts, const FoundRow& row);
+const Answer<AccessibleExtents>& knownFrame(const ElementFacts& facts, const FoundRow& row);
 
 // A description's view in a window. Every fact in it was told.
 struct FoundView {

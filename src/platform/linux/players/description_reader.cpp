@@ -127,11 +127,17 @@ class DescriptionReader {
       const auto keepRole = [&pattern](const std::string& role) {
         pattern.roles.push_back(roleNumber(role).value());
       };
-      readKeys(
-          group,
-          {Key{"Role", checkRole, keepRole}, Key{"Name", checkText, into(pattern.names)},
-           Key{"Class", checkClass, into(pattern.classes)}, Key{"Id", checkId, into(pattern.ids)}});
-      if (group.entries.empty()) tellEmptyPattern(group);
+      std::vector keys{
+          Key{"Role", checkRole, keepRole}, Key{"Name", checkText, into(pattern.names)},
+          Key{"Class", checkClass, into(pattern.classes)}, Key{"Id", checkId, into(pattern.ids)}};
+      if (group.name == "Row") {
+        keys.push_back({"Frame", checkFrame,
+                        [this](const std::string& of) { lyrics_.isFrameOfText = of == "text"; },
+                        false});
+      }
+      readKeys(group, keys);
+      const auto isOfPattern = [](const KeyFileEntry& entry) { return entry.key != "Frame"; };
+      if (std::ranges::none_of(group.entries, isOfPattern)) tellEmptyPattern(group);
     }
   }
 
@@ -222,6 +228,10 @@ class DescriptionReader {
       if (find("Title") == nullptr && find("Artist") != nullptr) {
         tell(find("Artist")->line, "no [Title] beside [Artist]",
              "say which element has the title, or take [Artist] out");
+      }
+      if (lyrics_.isFrameOfText && find("RowFrame") != nullptr) {
+        tell(find("RowFrame")->line, "[RowFrame] beside Frame=text in [Row]",
+             "take one of them out; Frame=text takes the text that [RowText] names");
       }
       description_.lyrics = std::move(lyrics_);
       return;

@@ -58,6 +58,12 @@ std::optional<ValueProblem> checkId(const std::string& value) {
   return checkWord(value, '#', "id");
 }
 
+std::optional<ValueProblem> checkFrame(const std::string& value) {
+  if (value == "element" || value == "text") return std::nullopt;
+  return problem(value, "is no frame of a row",
+                 "write text for the box of its characters, or element");
+}
+
 std::optional<ValueProblem> checkWindowClass(const std::string& value) {
   if (value.starts_with('@') && value != browsersWord) {
     return problem(value, "stands for no windows", "write @browsers, or the windows' own class");

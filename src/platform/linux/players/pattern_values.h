@@ -19,6 +19,8 @@ std::optional<ValueProblem> checkRole(const std::string& value);
 // A glob for a word of the attribute "class".
 std::optional<ValueProblem> checkClass(const std::string& value);
 std::optional<ValueProblem> checkId(const std::string& value);
+// What a row's frame is of: "element" or "text".
+std::optional<ValueProblem> checkFrame(const std::string& value);
 std::optional<ValueProblem> checkWindowClass(const std::string& value);
 // A glob for a page's address.
 std::optional<ValueProblem> checkDocument(const std::string& value);

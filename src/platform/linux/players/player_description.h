@@ -19,6 +19,8 @@ struct LyricsPattern {
   ElementPattern row;       // below the view; what is inside a row is no other row
   ElementPattern rowText;   // below the row, the element that has its text; empty: the row
   ElementPattern rowFrame;  // below the row, the element that has its frame; empty: the row
+  // A row's frame is the box of its text's characters instead, without the room around them.
+  bool isFrameOfText = false;
   // The elements that name what plays; empty: the metadata of the process's MPRIS player do.
   ElementPattern title;
   ElementPattern artist;  // empty: the title's element names both, or only the title is known

@@ -23,6 +23,42 @@ TEST_F(DescribedReading, APageIsReadAsThePlayerShowsItself) {
   EXPECT_EQ(layout.rows[2].frame, (Rect{310, 400, 300, 40}));
 }
 
+// Rows are bare elements, 40 high, whose words have a box of their own inside.
+class DescribedFrameOfText : public DescribedReading {
+ protected:
+  void makePageOfTexts() {
+    makePage(6);
+    for (const std::size_t one : rows) {
+      object(one).text = "Zeile äöü " + object(one).name;
+      object(one).name.clear();
+    }
+    PlayerDescription description = labelled();
+    description.lyrics->isFrameOfText = true;
+    describe(description);
+    begin();
+  }
+};
+
+TEST_F(DescribedFrameOfText, IsWhereTheRowsAre) {
+  makePageOfTexts();
+  EXPECT_EQ(readPage().rows.at(2).frame, (Rect{318, 408, 284, 24}));
+  scroll(30);
+  EXPECT_LE(questions(), 25);
+  EXPECT_EQ(readPage().rows.at(2).frame, (Rect{318, 378, 284, 24}));
+}
+
+TEST_F(DescribedFrameOfText, FollowsATextThatBecomesLonger) {
+  makePageOfTexts();
+  readPage();
+  change(rows[1], [](FakeAccessible& row) { *row.text += " and more"; });
+  player->play("browser", FakeMedia{.title = "Another song"});
+  EXPECT_TRUE(eventually([&] {
+    const MusicLayout layout = readPage();
+    return layout.rows.size() == 6 && layout.rows[1].text == "Zeile äöü line 1 and more" &&
+           layout.rows[1].frame == (Rect{318, 308, 284, 24});
+  }));
+}
+
 TEST_F(DescribedReading, WithoutADescriptionThatSaysWhereTheLyricsAreAProgramShowsItself) {
   start(programWithRows(3));
   PlayerDescription plain;

@@ -1,5 +1,8 @@
 #include "platform/linux/accessibility/fake_page.h"
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <set>
 #include <stdexcept>
 
@@ -71,6 +74,11 @@ int answerMatches(sd_bus* bus, sd_bus_message* call, const FakeProgram& program,
   return sd_bus_send(nullptr, reply.get(), nullptr);
 }
 
+// The characters' box of an element's text: 8 points inside its own.
+std::array<std::int32_t, 4> boxOfText(const std::array<std::int32_t, 4>& element) {
+  return {element[0] + 8, element[1] + 8, element[2] - 16, element[3] - 16};
+}
+
 void appendMedia(sd_bus_message* message, const FakeMedia& media) {
   sd_bus_message_open_container(message, 'a', "{sv}");
   sd_bus_message_append(message, "{sv}", "PlaybackStatus", "s", media.status.c_str());
@@ -105,6 +113,11 @@ const FakeMedia* mediaOf(sd_bus_message* call, const FakeProgram& program) {
 
 }  // namespace
 
+std::int32_t charactersOf(const std::string& text) {
+  const auto begins = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
+  return static_cast<std::int32_t>(std::ranges::count_if(text, begins));
+}
+
 int answerPage(sd_bus* bus, sd_bus_message* call, const FakeProgram& program,
                const FakeAccessible& object) {
   const auto is = [call](const char* interface, const char* member) {
@@ -112,6 +125,15 @@ int answerPage(sd_bus* bus, sd_bus_message* call, const FakeProgram& program,
   };
   if (is("org.a11y.atspi.Text", "GetText") && object.text) {
     return sd_bus_reply_method_return(call, "s", object.text->c_str());
+  }
+  if (is("org.a11y.atspi.Text", "GetRangeExtents") && object.text && object.extents) {
+    std::int32_t begin = 0;
+    std::int32_t end = 0;
+    if (sd_bus_message_read(call, "ii", &begin, &end) < 0) return -EINVAL;
+    const bool isAll = begin == 0 && end == charactersOf(*object.text);
+    const auto [x, y, width, height] =
+        isAll ? boxOfText(*object.extents) : std::array<std::int32_t, 4>{0, 0, 0, 0};
+    return sd_bus_reply_method_return(call, "iiii", x, y, width, height);
   }
   if (is("org.a11y.atspi.Document", "GetAttributes") && object.address) {
     return sd_bus_reply_method_return(call, "a{ss}", 2, "MimeType", "text/html", "DocURL",

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include <systemd/sd-bus.h>
@@ -15,6 +16,9 @@ namespace vellora {
 // A call to an object below the program's root, of one of the interfaces that a page has.
 int answerPage(sd_bus* bus, sd_bus_message* call, const FakeProgram& program,
                const FakeAccessible& object);
+
+// How many characters a text has for org.a11y.atspi.Text.
+std::int32_t charactersOf(const std::string& text);
 
 // The property Parent of org.a11y.atspi.Accessible: in whose list the object is.
 int answerParent(sd_bus* bus, sd_bus_message* call, const FakeProgram& program,

@@ -227,6 +227,9 @@ class ProgramServer {
     if (property == "ChildCount") {
       return sd_bus_reply_method_return(call, "v", "i", childCount(object));
     }
+    if (property == "CharacterCount" && object.text) {
+      return sd_bus_reply_method_return(call, "v", "i", charactersOf(*object.text));
+    }
     if (property == "Name" && object.nameIsANumber) {
       return sd_bus_reply_method_return(call, "v", "i", 1);
     }

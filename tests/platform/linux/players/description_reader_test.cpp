@@ -82,6 +82,31 @@ TEST(DescriptionReaderTest, ReadsAllThatADescriptionMaySay) {
   EXPECT_EQ(lyrics.artist, pattern({}, {}, {"a\\b"}, {}));
 }
 
+TEST(DescriptionReaderTest, ARowsFrameMayBeThatOfItsText) {
+  const auto isFrameOfText = [](const std::string& line) {
+    return readDescription(page + "[Row]\nRole=link\n" + line, "x")
+        .description->lyrics->isFrameOfText;
+  };
+  EXPECT_TRUE(isFrameOfText("Frame=text\n"));
+  EXPECT_FALSE(isFrameOfText("Frame=element\n"));
+  EXPECT_FALSE(isFrameOfText(""));
+
+  EXPECT_THAT(
+      problemsOf(page + "[Row]\nFrame=box\nRole=link\n[RowText]\nRole=link\nFrame=text\n"),
+      ElementsAre("8: \"box\" is no frame of a row; write text for the box of its "
+                  "characters, or element",
+                  "12: unknown key \"Frame\" in [RowText]; its keys are Role, Name, Class and "
+                  "Id"));
+  EXPECT_THAT(
+      problemsOf(page + "[Row]\nFrame=text\n"),
+      ElementsAre("7: nothing in [Row], so that every element would fit; write Role=, Name=, "
+                  "Class= or Id= below it"));
+  EXPECT_THAT(
+      problemsOf(page + "[Row]\nRole=link\nFrame=text\n[RowFrame]\nRole=link\n"),
+      ElementsAre("10: [RowFrame] beside Frame=text in [Row]; take one of them out; Frame=text "
+                  "takes the text that [RowText] names"));
+}
+
 TEST(DescriptionReaderTest, WithoutLyricsTheWindowIsReadAsItIs) {
   const auto read = readDescription(head, "x.player");
   ASSERT_THAT(read.problems, IsEmpty());
@@ -92,9 +117,10 @@ TEST(DescriptionReaderTest, WithoutLyricsTheWindowIsReadAsItIs) {
 TEST(DescriptionReaderTest, TellsUnknownGroupsAndKeysWithThoseThereAre) {
   EXPECT_THAT(
       problemsOf(page + "[Row]\nRole=link\nColour=red\nrole=link\n"),
-      ElementsAre("9: unknown key \"Colour\" in [Row]; its keys are Role, Name, Class and Id",
-                  "10: unknown key \"role\" in [Row]; what is meant may be Role; its keys "
-                  "are Role, Name, Class and Id"));
+      ElementsAre(
+          "9: unknown key \"Colour\" in [Row]; its keys are Role, Name, Class, Id and Frame",
+          "10: unknown key \"role\" in [Row]; what is meant may be Role; its keys "
+          "are Role, Name, Class, Id and Frame"));
   EXPECT_THAT(problemsOf("[Player]\nName=A\nName[de]=B\n[Window]\nClass=B\nDokument=*\n"),
               ElementsAre("3: unknown key \"Name[de]\" in [Player]; its key is Name",
                           "6: unknown key \"Dokument\" in [Window]; what is meant may be Document; "
