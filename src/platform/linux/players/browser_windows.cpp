@@ -1,5 +1,8 @@
 #include "platform/linux/players/browser_windows.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace vellora {
 
 const std::vector<std::string_view>& browserWindowClasses() {
@@ -36,6 +39,18 @@ const std::vector<std::string_view>& browserWindowClasses() {
       "IceCat",
   };
   return classes;
+}
+
+std::vector<std::string> inShort(const std::vector<std::string>& windowClasses) {
+  const auto& browsers = browserWindowClasses();
+  const bool hasAll = std::ranges::all_of(
+      browsers, [&](auto name) { return std::ranges::count(windowClasses, name) > 0; });
+  if (!hasAll) return windowClasses;
+  std::vector<std::string> names{std::string(browsersWord)};
+  std::ranges::copy_if(windowClasses, std::back_inserter(names), [&](const std::string& name) {
+    return std::ranges::count(browsers, name) == 0;
+  });
+  return names;
 }
 
 }  // namespace vellora

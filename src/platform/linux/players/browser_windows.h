@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -12,5 +13,8 @@ inline constexpr std::string_view browsersWord = "@browsers";
 // known. Sources: Debian's packages of Chromium and Firefox ESR as they run, and the StartupWMClass
 // of the desktop entries that the others publish.
 const std::vector<std::string_view>& browserWindowClasses();
+
+// The classes as a description may say them: browsersWord in the place of all browsers'.
+std::vector<std::string> inShort(const std::vector<std::string>& windowClasses);
 
 }  // namespace vellora

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace vellora {
@@ -19,18 +18,28 @@ std::string lettersOf(std::string_view word) {
   return letters;
 }
 
+// Of each beginning of `one` (rows) from each beginning of `other`.
 std::size_t distance(std::string_view one, std::string_view other) {
-  std::vector<std::size_t> row;  // of each beginning of `other` from the beginning of `one`
-  for (std::size_t j = 0; j <= other.size(); ++j) row.push_back(j);
-  for (std::size_t i = 0; i < one.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < other.size(); ++j) {
-      const std::size_t replaced = diagonal + (one[i] == other[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+  const std::size_t width = other.size() + 1;
+  std::vector<std::size_t> table((one.size() + 1) * width);
+  const auto at = [&](std::size_t i, std::size_t j) -> std::size_t& {
+    return table[i * width + j];
+  };
+  for (std::size_t i = 0; i <= one.size(); ++i) {
+    for (std::size_t j = 0; j <= other.size(); ++j) {
+      if (i == 0 || j == 0) {
+        at(i, j) = i + j;
+        continue;
+      }
+      const bool isSame = one[i - 1] == other[j - 1];
+      at(i, j) =
+          std::min({at(i - 1, j - 1) + (isSame ? 0 : 1), at(i - 1, j) + 1, at(i, j - 1) + 1});
+      if (i > 1 && j > 1 && one[i - 1] == other[j - 2] && one[i - 2] == other[j - 1]) {
+        at(i, j) = std::min(at(i, j), at(i - 2, j - 2) + 1);
+      }
     }
   }
-  return row.back();
+  return table.back();
 }
 
 }  // namespace

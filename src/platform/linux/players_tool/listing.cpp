@@ -6,6 +6,7 @@
 
 #include "base/utf8.h"
 #include "platform/linux/glib/quoted_text.h"
+#include "platform/linux/players/browser_windows.h"
 
 namespace vellora {
 
@@ -34,7 +35,7 @@ void writeList(const char* label, const std::vector<std::string>& words, std::os
 }
 
 void describe(const PlayerDescription& description, std::ostream& output) {
-  writeList("windows", description.windowClasses, output);
+  writeList("windows", inShort(description.windowClasses), output);
   if (description.isPage()) writeList("pages", description.documents, output);
   writeList("lyrics", {description.lyrics ? "as described" : "read as they are"}, output);
 }

@@ -10,6 +10,7 @@
 
 #include "base/utf8.h"
 #include "platform/linux/glib/quoted_text.h"
+#include "platform/linux/players/browser_windows.h"
 #include "platform/linux/players/role_names.h"
 
 namespace vellora {
@@ -277,9 +278,10 @@ std::string draftDescription(const RowCandidate& candidate, const WindowNames& w
                              const std::string& address) {
   const std::string name =
       inText(window.classPart.empty() ? window.applicationId : window.classPart);
+  const bool isBrowser = std::ranges::count(browserWindowClasses(), name) > 0;
   const std::string place = address.empty() ? std::string() : inText(placeOf(address));
-  std::string text =
-      "[Player]\nName=" + hostOf(place, name) + "\n\n[Window]\n" + line("Class", {name});
+  std::string text = "[Player]\nName=" + hostOf(place, name) + "\n\n[Window]\n" +
+                     line("Class", {isBrowser ? std::string(browsersWord) : name});
   if (!place.empty()) text += line("Document", {place + '*'});
   return text + "\n[Lyrics]\n" + patternLines(candidate.view) + "\n[Row]\n" +
          patternLines(candidate.row);

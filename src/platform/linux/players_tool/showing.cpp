@@ -61,7 +61,11 @@ class Report {
     if (!found_.whyNot.empty()) output_ << found_.whyNot << '\n';
     writeDescriptions();
     if (const ExplainedView* const view = counting(found_)) writeView(*view);
-    if (!found_.elements.empty()) writeCandidates();
+    if (isReadAsItIs()) {
+      output_ << "\nWhat is read in it, \"vellora --diagnose\" tells.\n";
+    } else if (!found_.elements.empty()) {
+      writeCandidates();
+    }
   }
 
  private:
@@ -77,6 +81,12 @@ class Report {
     if (!found_.page.empty()) {
       output_ << "Page: " << printable(wellFormed(found_.page), 200) << '\n';
     }
+  }
+
+  bool isReadAsItIs() const {
+    return counting(found_) == nullptr &&
+           std::ranges::any_of(window_.player.descriptions,
+                               [](const auto& description) { return !description->lyrics; });
   }
 
   void writeDescriptions() {

@@ -126,11 +126,14 @@ TEST(DescriptionReaderTest, TellsUnknownGroupsAndKeysWithThoseThereAre) {
                           "6: unknown key \"Dokument\" in [Window]; what is meant may be Document; "
                           "its keys are Class and Document"));
   EXPECT_THAT(
-      problemsOf(page + "[Row]\nRole=link\n[Row text]\nRole=link\n[Footer]\n"),
+      problemsOf(page + "[Row]\nRole=link\n[Row text]\nRole=link\n[Titel]\nId=a\n[Footer]\n"),
       ElementsAre("9: unknown group [Row text]; what is meant may be RowText; the groups are "
                   "Player, Window, Container, Lyrics, Viewport, Row, RowText, RowFrame, "
                   "Title and Artist",
-                  "11: unknown group [Footer]; the groups are Player, Window, Container, "
+                  "11: unknown group [Titel]; what is meant may be Title; the groups are "
+                  "Player, Window, Container, Lyrics, Viewport, Row, RowText, RowFrame, "
+                  "Title and Artist",
+                  "13: unknown group [Footer]; the groups are Player, Window, Container, "
                   "Lyrics, Viewport, Row, RowText, RowFrame, Title and Artist"));
 }
 

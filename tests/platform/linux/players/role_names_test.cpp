@@ -82,6 +82,7 @@ TEST(RoleNamesTest, GuessesWhatIsMeant) {
   EXPECT_EQ(likelyRoleName("Push-Button"), "push button");
   EXPECT_EQ(likelyRoleName("pusch button"), "push button");
   EXPECT_EQ(likelyRoleName("landmrak"), "landmark");
+  EXPECT_EQ(likelyRoleName("lsit"), "list");
   EXPECT_EQ(likelyRoleName("lyrics"), "");
   EXPECT_EQ(likelyRoleName(""), "");
   EXPECT_EQ(likelyRoleName(std::string(100'000, 'x')), "");

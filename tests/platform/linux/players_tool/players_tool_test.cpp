@@ -18,7 +18,7 @@ using ::testing::StartsWith;
 
 const std::string described = "[Player]\nName=Mine\n[Window]\nClass=Mine\n";
 const std::string page =
-    "[Player]\nName=A page\n[Window]\nClass=Chromium;firefox-esr\n"
+    "[Player]\nName=A page\n[Window]\nClass=@browsers;feishin\n"
     "Document=https://music.example.org/*\n[Lyrics]\nClass=lyrics\n[Row]\nClass=line\n";
 
 // The installed program in a folder of its own, with descriptions of its own beside it.
@@ -62,7 +62,7 @@ TEST_F(PlayersToolTest, ListsDescriptionsWithTheirWindowsAndFilesAndWhatTheyHide
                 "\n"
                 "\n"
                 "page: A page\n"
-                "    windows Chromium, firefox-esr\n"
+                "    windows @browsers, feishin\n"
                 "    pages   https://music.example.org/*\n"
                 "    lyrics  as described\n"
                 "    file    " +
@@ -116,7 +116,7 @@ TEST_F(PlayersToolTest, ChecksFilesAndSaysWhereAGoodOneBelongs) {
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.output, good.string() +
                                 ": no problems: A page\n"
-                                "    windows Chromium, firefox-esr\n"
+                                "    windows @browsers, feishin\n"
                                 "    pages   https://music.example.org/*\n"
                                 "    lyrics  as described\n"
                                 "    put it  at " +

@@ -120,6 +120,18 @@ TEST_F(ShowingTest, TellsWhatStandsInTheWay) {
   EXPECT_FALSE(hasRows(found));
 }
 
+TEST_F(ShowingTest, LeavesAWindowThatIsReadAsItIsToTheDiagnosis) {
+  describe("mine", "It says nothing about the lyrics.");
+  auto plain = std::make_shared<PlayerDescription>(*window.player.descriptions[0]);
+  plain->lyrics.reset();
+  window.player.descriptions[0] = plain;
+  found.elements = elementList({{.depth = 0, .role = "link", .text = "One"}});
+  const std::string text = show();
+  EXPECT_THAT(text, HasSubstr("\nmine: It says nothing about the lyrics.\n"
+                              "\nWhat is read in it, \"vellora --diagnose\" tells.\n"));
+  EXPECT_THAT(text, Not(HasSubstr("could be rows")));
+}
+
 TEST_F(ShowingTest, TellsOfAViewWithoutRows) {
   describe("mine", "");
   found.views[0].candidates = {candidate({.role = "list", .name = "Lyrics"})};
@@ -152,7 +164,7 @@ TEST_F(ShowingTest, ShowsWhatCouldBeRowsAndADescriptionToBeginWith) {
                                 "Name=music.example.org\n"
                                 "\n"
                                 "[Window]\n"
-                                "Class=Chromium\n"
+                                "Class=@browsers\n"
                                 "Document=https://music.example.org/*\n"
                                 "\n"
                                 "[Lyrics]\n"
