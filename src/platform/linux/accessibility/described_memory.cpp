@@ -36,7 +36,21 @@ void forgetText(DescribedMemory& memory, ElementIndex element) {
 
 void forgetEverything(DescribedMemory& memory) {
   memory.facts->forgetAll();
+  memory.frames.forget();
   memory.isSearching = false;
+}
+
+void forgetPages(DescribedMemory& memory) {
+  if (!memory.last.frame) return;
+  ElementFacts& facts = *memory.facts;
+  auto& lists = facts[*memory.last.frame].matches;
+  // Without collections the pages were found by a walk through all that is in them.
+  const bool isWalked =
+      std::ranges::any_of(lists, [](const auto& list) { return !list.second.value; });
+  if (memory.last.documents.empty() || isWalked) forgetLists(facts);
+  for (const ElementIndex document : memory.last.documents) facts[document].states = {};
+  lists.clear();
+  facts[*memory.last.frame].attributes = {};
 }
 
 void forgetRows(DescribedMemory& memory) {

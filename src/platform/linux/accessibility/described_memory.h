@@ -27,6 +27,7 @@ struct DescribedMemory {
   Steady::time_point lookedAnew{};   // when everything was
 
   SearchResult last;                      // of the last search that came to its end
+  Steady::time_point pageShown{};         // since when last.page is another than before
   bool wasActive = false;                 // last.frame
   std::vector<std::int32_t> childCounts;  // of the first of last.view's lookedThrough
   RowFrames frames;                       // of last.view's rows
@@ -40,6 +41,9 @@ void forgetText(DescribedMemory& memory, ElementIndex element);
 
 // Has everything be looked for anew.
 void forgetEverything(DescribedMemory& memory);
+
+// Has the pages in the window be asked for again: where none shows, one is about to.
+void forgetPages(DescribedMemory& memory);
 
 // Has the list of the view's rows be asked again.
 void forgetRows(DescribedMemory& memory);

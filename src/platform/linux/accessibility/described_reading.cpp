@@ -7,7 +7,7 @@
 
 #include "platform/linux/accessibility/application_lookup.h"
 #include "platform/linux/accessibility/attribute_mapping.h"
-#include "platform/linux/accessibility/window_placement.h"
+#include "platform/linux/accessibility/content_placement.h"
 
 namespace vellora {
 
@@ -15,6 +15,10 @@ namespace {
 
 // Everything is looked for anew after so many times as long as what often changes is believed.
 constexpr int memoriesOfASearch = 5;
+
+// A page that has just come may not be complete yet: so long it is looked through more often.
+constexpr Steady::duration youth = std::chrono::seconds(3);
+constexpr Steady::duration memoryInYouth = std::chrono::milliseconds(250);
 
 // A search that takes longer than this begins again.
 constexpr Steady::duration longestSearch = std::chrono::seconds(10);
@@ -147,16 +151,14 @@ void DescribedReading::forgetOld() {
     return forgetEverything(memory_);
   }
   if (memory_.isSearching) return;
-  if (!view() && !memory_.last.page && memory_.last.frame) {
-    // A browser that has just been asked for its content is about to show it.
-    facts()[*memory_.last.frame].matches.clear();
-    facts()[*memory_.last.frame].attributes = {};
-  }
+  if (!view() && !memory_.last.page) forgetPages(memory_);
   if (isOtherSong && view()) {
     // Another song's lines, perhaps in the same elements.
     for (const FoundRow& row : view()->rows) forgetText(memory_, row.textElement);
   }
-  if (isOtherSong || begin_ - memory_.lookedAgain >= longestMemory_) {
+  const bool isYoung = !view() && begin_ - memory_.pageShown < youth;
+  const auto longest = isYoung ? std::min(memoryInYouth, longestMemory_) : longestMemory_;
+  if (isOtherSong || begin_ - memory_.lookedAgain >= longest) {
     memory_.lookedAgain = begin_;
     forgetChanging(memory_);
   }
@@ -258,6 +260,9 @@ void DescribedReading::take(SearchResult result) {
     }
   }
   memory_.frames.arrange(old);
+  if (result.page != memory_.last.page || result.address != memory_.last.address) {
+    memory_.pageShown = begin_;
+  }
   memory_.last = std::move(result);
   if (memory_.last.frame) {
     memory_.wasActive = has(facts().states(*memory_.last.frame), AtspiState::active);
@@ -308,8 +313,10 @@ DescribedLayout DescribedReading::layout() {
   result.isIconified = has(facts()[*memory_.last.frame].states, AtspiState::iconified);
   const auto& frame = facts()[*memory_.last.frame].extents.value;
   if (!isThere(frame)) return result;
-  const WindowPlacement placement(*frame, window_);
-  result.window = placement.place(*frame);
+  const auto page = view() && view()->document ? facts()[*view()->document].extents.value
+                                               : std::optional<AccessibleExtents>();
+  const ContentPlacement placement(*frame, page, window_);
+  result.window = placement.window();
   if (track_) result.title = trackTitle(*track_);
   if (!view()) return result;
   result.hasView = true;

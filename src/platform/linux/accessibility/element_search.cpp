@@ -203,6 +203,22 @@ Sought findFirst(ElementFacts& facts, ElementIndex top, const std::vector<std::u
   return Sought(found);
 }
 
+std::optional<ElementList> findAll(ElementFacts& facts, ElementIndex top,
+                                   const std::vector<std::uint32_t>& roles) {
+  const Answer<ElementList>& matches = facts.matches(top, roles);
+  if (!matches.isTold()) return std::nullopt;
+  if (matches.value) return matches.value;
+  ElementList found;
+  const bool isComplete = walk(facts, top, [&](ElementIndex element) {
+    const Answer<std::uint32_t>& role = facts.role(element);
+    if (!role.isTold()) return WalkStep::unknown;
+    if (role.value && std::ranges::count(roles, *role.value) > 0) found.push_back(element);
+    return WalkStep::into;
+  });
+  if (!isComplete) return std::nullopt;
+  return found;
+}
+
 Sought climb(ElementFacts& facts, const ElementPattern& pattern, ElementIndex element,
              ElementIndex top) {
   for (int i = 0; i < deepest; ++i) {

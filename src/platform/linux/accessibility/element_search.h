@@ -35,6 +35,10 @@ bool walk(ElementFacts& facts, ElementIndex top,
 Sought findFirst(ElementFacts& facts, ElementIndex top, const std::vector<std::uint32_t>& roles,
                  const std::function<std::optional<bool>(ElementIndex element)>& isSought);
 
+// The elements below `top` of one of the roles, in the tree's order.
+std::optional<ElementList> findAll(ElementFacts& facts, ElementIndex top,
+                                   const std::vector<std::uint32_t>& roles);
+
 // The nearest that fits, from `element` itself upwards, but no further than `top`, itself included.
 Sought climb(ElementFacts& facts, const ElementPattern& pattern, ElementIndex element,
              ElementIndex top);

@@ -96,7 +96,7 @@ std::optional<MediaTrack> MediaPlayers::playerOf(std::int32_t process,
   if (!connect()) return std::nullopt;
   session_->pump();
   session_->setTimeout(deadline - Steady::now());
-  if (!isListed_) session_->wait(deadline);
+  session_->wait(deadline);
   for (auto& [name, service] : services_) {
     if (belongsTo(process, service) && !service.isFollowed) follow(name);
   }
@@ -120,7 +120,6 @@ bool MediaPlayers::belongsTo(std::int32_t process, Service& service) {
 bool MediaPlayers::connect() {
   if (session_ && !session_->isBroken()) return true;
   services_.clear();
-  isListed_ = false;
   session_ = BusConnection::openSession();
   if (!session_) return false;
   // Signals tell of players that come after this.
@@ -138,7 +137,6 @@ bool MediaPlayers::connect() {
 void MediaPlayers::askNames() {
   session_->send(
       session_->newCall(driver, driverPath, driver, "ListNames"), [this](sd_bus_message* reply) {
-        isListed_ = reply != nullptr;
         if (reply == nullptr || sd_bus_message_enter_container(reply, 'a', "s") <= 0) return;
         const char* text = nullptr;
         while (sd_bus_message_read(reply, "s", &text) > 0) {

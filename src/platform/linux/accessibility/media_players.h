@@ -52,7 +52,6 @@ class MediaPlayers {
   void noteChanges(sd_bus_message* signal);
 
   std::map<std::string, Service> services_;  // by well-known name
-  bool isListed_ = false;
   std::unique_ptr<BusConnection> session_;  // last: its calls name the members above
 };
 

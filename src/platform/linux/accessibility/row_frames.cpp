@@ -40,6 +40,10 @@ void RowFrames::begin() {
   }
 }
 
+void RowFrames::forget() {
+  for (Row& row : rows_) row = {};
+}
+
 bool RowFrames::isDownwards() const {
   const Row* last = nullptr;
   for (const Row& row : rows_) {

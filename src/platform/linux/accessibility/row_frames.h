@@ -16,6 +16,9 @@ class RowFrames {
   // As many rows as before keep their places, as their old numbers say; nothing: a new row.
   void arrange(const std::vector<std::optional<std::size_t>>& oldNumbers);
 
+  // Has all places be asked again.
+  void forget();
+
   // Begins a reading: all places are those of the last one.
   void begin();
 

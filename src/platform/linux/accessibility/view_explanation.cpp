@@ -7,10 +7,10 @@
 
 #include "platform/linux/accessibility/application_lookup.h"
 #include "platform/linux/accessibility/attribute_mapping.h"
+#include "platform/linux/accessibility/content_placement.h"
 #include "platform/linux/accessibility/element_search.h"
 #include "platform/linux/accessibility/reading_connection.h"
 #include "platform/linux/accessibility/view_search.h"
-#include "platform/linux/accessibility/window_placement.h"
 #include "platform/linux/players/player_descriptions.h"
 
 namespace vellora {
@@ -55,10 +55,12 @@ class Explainer {
       result.whyNot = "The program shows no window on the accessibility bus.";
       return result;
     }
-    if (const auto& extents = facts_.extents(*found.frame).value) {
-      placement_.emplace(*extents, window_);
-    }
+    const auto page = found.page ? facts_.extents(*found.page).value : std::nullopt;
     result.frame = explained(*found.frame, 0);
+    if (const auto& extents = facts_.extents(*found.frame).value) {
+      placement_.emplace(*extents, page, window_);
+      result.frame->frame = placement_->window();
+    }
     result.page = found.address;
     for (const PlayerDescriptionPtr& description : window_.descriptions) {
       result.views.push_back(explained(description, found));
@@ -213,7 +215,7 @@ class Explainer {
   const ElementIndex root_;
   const PlayerWindow& window_;
   const std::optional<MediaTrack>& track_;
-  std::optional<WindowPlacement> placement_;
+  std::optional<ContentPlacement> placement_;
   std::vector<bool> isAround_;
 };
 

@@ -77,12 +77,13 @@ bool ViewSearch::inPages(SearchResult& result) {
   if (!mayLook) return true;
   // Chromium gives its content to whoever asks its window for these.
   if (!facts_.attributes(*result.frame).isTold()) return false;
-  const Answer<ElementList>& all =
-      facts_.matches(*result.frame, {AtspiRole::documentFrame, AtspiRole::documentWeb});
-  if (!all.isTold()) return false;
-  const ElementList documents = firstOf(all, mostDocuments);
+  auto documents =
+      findAll(facts_, *result.frame, {AtspiRole::documentFrame, AtspiRole::documentWeb});
+  if (!documents) return false;
+  documents->resize(std::min(documents->size(), mostDocuments));
+  result.documents = std::move(*documents);
   bool isKnown = true;
-  for (const ElementIndex document : documents) {
+  for (const ElementIndex document : result.documents) {
     const Answer<std::uint64_t>& states = facts_.states(document);
     isKnown = isKnown && states.isTold();
     if (!has(states, AtspiState::showing)) continue;

@@ -40,6 +40,7 @@ struct FoundView {
 struct SearchResult {
   bool isFinished = false;  // nothing more has to be asked
   std::optional<ElementIndex> frame;
+  ElementList documents;             // pages of a browser's window, hidden ones too
   std::optional<ElementIndex> page;  // a browser's page in front
   std::string address;               // its address
   std::optional<FoundView> view;

@@ -195,6 +195,43 @@ TEST_F(DescribedReading, ATextOfSeveralElementsIsReadAsOne) {
   EXPECT_THAT(readTexts(), ElementsAre("first words", "two and, three four", "five six"));
 }
 
+// A screen of two device pixels a point, and the window at device pixels (200, 100).
+TEST_F(DescribedReading, APageToldInDevicePixelsIsPlacedInPoints) {
+  makePage(2);
+  window.clientArea = Rect{200, 100, 2000, 1400};
+  window.scale = 2;
+  object(document).extents = Extents{200, 300, 2000, 1200};
+  object(view).extents = Extents{600, 400, 800, 600};
+  object(rows[0]).extents = Extents{620, 420, 600, 80};
+  begin();
+  const MusicLayout layout = readPage();
+  EXPECT_EQ(layout.window, (Rect{100, 50, 1000, 700}));
+  EXPECT_EQ(layout.viewport, (Rect{300, 200, 400, 300}));
+  EXPECT_EQ(layout.rows[1].frame, (Rect{310, 210, 300, 40}));
+}
+
+TEST_F(DescribedReading, APageToldInLogicalPixelsStaysWhereItIs) {
+  makePage(2);
+  window.clientArea = Rect{200, 100, 2000, 1400};
+  window.scale = 2;
+  begin();
+  const MusicLayout layout = readPage();
+  EXPECT_EQ(layout.window, (Rect{100, 50, 1000, 700}));
+  EXPECT_EQ(layout.viewport, (Rect{300, 200, 400, 300}));
+  EXPECT_EQ(layout.rows[1].frame, (Rect{310, 300, 300, 40}));
+}
+
+TEST_F(DescribedReading, ABrowserWithAScaleOfItsOwnIsWhereTheWindowSystemSaysItIs) {
+  makePage(1);
+  window.clientArea = Rect{200, 100, 2000, 1400};
+  object(document).extents = Extents{200, 300, 2000, 1200};
+  object(view).extents = Extents{600, 400, 800, 600};
+  begin();
+  const MusicLayout layout = readPage();
+  EXPECT_EQ(layout.window, (Rect{200, 100, 2000, 1400}));
+  EXPECT_EQ(layout.viewport, (Rect{600, 400, 800, 600}));
+}
+
 TEST_F(DescribedReading, AHangingBrowserIsAskedOneQuestion) {
   makePage(10);
   begin();
