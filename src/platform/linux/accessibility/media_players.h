@@ -52,7 +52,7 @@ class MediaPlayers {
   void noteChanges(sd_bus_message* signal);
 
   std::map<std::string, Service> services_;  // by well-known name
-  std::unique_ptr<BusConnection> session_;  // last: its calls name the members above
+  std::unique_ptr<BusConnection> session_;   // last: its calls name the members above
 };
 
 }  // namespace vellora
