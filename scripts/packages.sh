@@ -23,6 +23,7 @@ packages_session=(
 )
 
 packages_test=(
+  libgtk-4-dev
   libvterm-dev zsh fish i3lock dunst
   libgtest-dev libgmock-dev googletest python3 python3-jsonschema
   clang-19 libc++-19-dev libc++abi-19-dev clang-format-14 clang-tidy-14

@@ -14,8 +14,9 @@ namespace vellora {
 struct PlayerWindow {
   std::int32_t process = 0;
   std::vector<PlayerDescriptionPtr> descriptions;  // in the order in which they are to be tried
-  // Of the client area, without what a window manager puts around it, in device pixels from the top
-  // left of the screen; nothing where the window system does not tell.
+  // Of the client area, without what a window manager puts around it and without the shadow that
+  // the program does, in device pixels from the top left of the screen; nothing where the window
+  // system does not tell.
   std::optional<Rect> clientArea;
   double scale = 1;  // device pixels a point
 };

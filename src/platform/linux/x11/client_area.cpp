@@ -14,16 +14,23 @@ constexpr std::size_t mostFrames = 16;
 ClientAreaQuestion::ClientAreaQuestion(const XSession& session, xcb_window_t window)
     : connection_(session.connection()),
       geometry_(xcb_get_geometry(connection_, window)),
-      origin_(xcb_translate_coordinates(connection_, window, session.root(), 0, 0)) {}
+      origin_(xcb_translate_coordinates(connection_, window, session.root(), 0, 0)),
+      shadow_(connection_, window, session.atoms().gtkFrameExtents) {}
 
 std::optional<Rect> ClientAreaQuestion::take() {
   const XcbReply<xcb_get_geometry_reply_t> geometry(
       xcb_get_geometry_reply(connection_, geometry_, nullptr));
   const XcbReply<xcb_translate_coordinates_reply_t> origin(
       xcb_translate_coordinates_reply(connection_, origin_, nullptr));
+  const auto shadow = shadow_.takeNumbers();
   if (!geometry || !origin) return std::nullopt;
-  return Rect{static_cast<double>(origin->dst_x), static_cast<double>(origin->dst_y),
-              static_cast<double>(geometry->width), static_cast<double>(geometry->height)};
+  const Rect window{static_cast<double>(origin->dst_x), static_cast<double>(origin->dst_y),
+                    static_cast<double>(geometry->width), static_cast<double>(geometry->height)};
+  if (shadow.size() != 4) return window;
+  const double left = shadow[0], right = shadow[1], top = shadow[2], bottom = shadow[3];
+  if (left + right >= window.width || top + bottom >= window.height) return window;
+  return Rect{window.x + left, window.y + top, window.width - left - right,
+              window.height - top - bottom};
 }
 
 void ClientArea::follow(xcb_window_t window) {
@@ -46,6 +53,12 @@ void ClientArea::handleEvent(const xcb_generic_event_t& event) {
     case XCB_CONFIGURE_NOTIFY:
       if (isFollowed(eventAs<xcb_configure_notify_event_t>(event).window)) areaKnown_ = false;
       return;
+    case XCB_PROPERTY_NOTIFY: {
+      const auto& notice = eventAs<xcb_property_notify_event_t>(event);
+      const bool isShadow = notice.atom == session_.atoms().gtkFrameExtents;
+      if (isShadow && notice.window == window_) areaKnown_ = false;
+      return;
+    }
     case XCB_REPARENT_NOTIFY:
       if (isFollowed(eventAs<xcb_reparent_notify_event_t>(event).window)) framesKnown_ = false;
       return;

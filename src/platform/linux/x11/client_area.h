@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/rect.h"
+#include "platform/linux/x11/x_property.h"
 #include "platform/linux/x11/x_session.h"
 
 namespace vellora {
@@ -14,20 +15,22 @@ class ClientAreaQuestion {
  public:
   ClientAreaQuestion(const XSession& session, xcb_window_t window);
 
-  // In device pixels from the top left of the screen, without border; nothing when the window is
-  // gone. Once.
+  // In device pixels from the top left of the screen, without border, and without the shadow that
+  // the program itself draws around its window (_GTK_FRAME_EXTENTS, which GNOME's window managers
+  // and toolkits agree on); nothing when the window is gone. Once.
   std::optional<Rect> take();
 
  private:
   xcb_connection_t* connection_;
   xcb_get_geometry_cookie_t geometry_;
   xcb_translate_coordinates_cookie_t origin_;
+  PropertyQuestion shadow_;
 };
 
 // Where the client area of one window is, through all moves: of a window that a window manager put
 // into a frame, the frame's moves count too, whether or not the window is told of them (ICCCM
 // 4.1.5). Nothing is asked while nothing moves. The caller has the session tell the window's own
-// StructureNotify events; those of its frames this class asks for. Main thread.
+// StructureNotify and PropertyChange events; those of its frames this class asks for. Main thread.
 class ClientArea {
  public:
   explicit ClientArea(XSession& session) : session_(session) {}

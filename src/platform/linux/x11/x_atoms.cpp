@@ -29,6 +29,7 @@ XAtoms internAtoms(xcb_connection_t* connection, int screenNumber) {
       {&atoms.netWmWindowTypeNotification, "_NET_WM_WINDOW_TYPE_NOTIFICATION"},
       {&atoms.netWmBypassCompositor, "_NET_WM_BYPASS_COMPOSITOR"},
       {&atoms.gtkApplicationId, "_GTK_APPLICATION_ID"},
+      {&atoms.gtkFrameExtents, "_GTK_FRAME_EXTENTS"},
       {&atoms.comptonShadow, "_COMPTON_SHADOW"},
       {&atoms.utf8String, "UTF8_STRING"},
       {&atoms.xsettings, "_XSETTINGS_SETTINGS"},

@@ -25,6 +25,7 @@ struct XAtoms {
   xcb_atom_t netWmWindowTypeNotification = XCB_ATOM_NONE;
   xcb_atom_t netWmBypassCompositor = XCB_ATOM_NONE;
   xcb_atom_t gtkApplicationId = XCB_ATOM_NONE;
+  xcb_atom_t gtkFrameExtents = XCB_ATOM_NONE;
   xcb_atom_t comptonShadow = XCB_ATOM_NONE;
   xcb_atom_t utf8String = XCB_ATOM_NONE;
   xcb_atom_t xsettings = XCB_ATOM_NONE;

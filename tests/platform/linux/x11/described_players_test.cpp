@@ -197,6 +197,21 @@ TEST_F(DescribedPlayersTest, TheAreaFollowsTheFramesAroundAWindow) {
   EXPECT_EQ(frontArea(), Rect({0, 0, 300, 200}));
 }
 
+TEST_F(DescribedPlayersTest, TheAreaLeavesAShadowOutThatTheProgramDraws) {
+  const auto window = makeProgram(7, "a\0Navigator\0"s, {10, 20, 300, 200});
+  setActive(window);
+  EXPECT_EQ(frontArea(), Rect({10, 20, 300, 200}));
+  client.setWindows(window, "_GTK_FRAME_EXTENTS", {26, 27, 23, 29});  // left, right, top, bottom
+  EXPECT_EQ(frontArea(), Rect({36, 43, 247, 148}));
+  for (const auto& nonsense : {std::vector<std::uint32_t>{26, 27, 23},
+                               {150, 150, 0, 0},
+                               {0, 0, 100, 100},
+                               {0xffffffff, 0xffffffff, 1, 1}}) {
+    client.setWindows(window, "_GTK_FRAME_EXTENTS", nonsense);
+    EXPECT_EQ(frontArea(), Rect({10, 20, 300, 200}));
+  }
+}
+
 TEST_F(DescribedPlayersTest, AWindowManagersFrameIsNotPartOfTheArea) {
   ChildProgram manager({"openbox", "--sm-disable"}, server.display());
   ASSERT_TRUE(runLoopUntil(
