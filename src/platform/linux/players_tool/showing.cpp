@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <limits>
 #include <map>
 #include <string>
 
@@ -50,6 +52,11 @@ const ExplainedView* counting(const WindowExplanation& found) {
 }
 
 bool isTaken(const ExplainedCandidate& candidate) { return candidate.whyNot.empty(); }
+
+// GTK 3 gives the least number for where an element is that is not shown.
+bool isInSight(const ExplainedElement& element) {
+  return element.frame && element.frame->y > std::numeric_limits<std::int32_t>::min() / 2.0;
+}
 
 class Report {
  public:
@@ -155,8 +162,8 @@ class Report {
   }
 
   void writeRow(std::size_t number, const ExplainedElement& row, const ExplainedElement* next) {
-    output_ << "    " << number << "  " << (row.frame ? placeOf(*row.frame) : "no place");
-    if (row.frame && next != nullptr && next->frame) {
+    output_ << "    " << number << "  " << (isInSight(row) ? placeOf(*row.frame) : "out of sight");
+    if (isInSight(row) && next != nullptr && isInSight(*next)) {
       output_ << "  room " << rounded(next->frame->y - row.frame->y - row.frame->height);
     }
     output_ << "  " << shown(row.text) << '\n';

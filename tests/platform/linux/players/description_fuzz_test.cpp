@@ -81,7 +81,8 @@ PlayerDescription randomDescription(Dice& dice) {
   lyrics.viewport = randomPattern(dice, true);
   lyrics.row = randomPattern(dice, false);
   lyrics.rowText = randomPattern(dice, true);
-  lyrics.rowFrame = randomPattern(dice, true);
+  lyrics.isFrameOfText = dice.once(2);
+  if (!lyrics.isFrameOfText) lyrics.rowFrame = randomPattern(dice, true);
   lyrics.title = randomPattern(dice, true);
   if (!lyrics.title.isEmpty()) lyrics.artist = randomPattern(dice, true);
   return description;
@@ -90,7 +91,8 @@ PlayerDescription randomDescription(Dice& dice) {
 bool equal(const LyricsPattern& one, const LyricsPattern& other) {
   return one.container == other.container && one.view == other.view &&
          one.viewport == other.viewport && one.row == other.row && one.rowText == other.rowText &&
-         one.rowFrame == other.rowFrame && one.title == other.title && one.artist == other.artist;
+         one.rowFrame == other.rowFrame && one.isFrameOfText == other.isFrameOfText &&
+         one.title == other.title && one.artist == other.artist;
 }
 
 // What is accepted is what GKeyFile reads in the text, too: nothing is merged, nothing left out.

@@ -58,8 +58,9 @@ inline std::string written(const PlayerDescription& description) {
   const LyricsPattern& lyrics = *description.lyrics;
   return text + written("Container", lyrics.container) + written("Lyrics", lyrics.view) +
          written("Viewport", lyrics.viewport) + written("Row", lyrics.row) +
-         written("RowText", lyrics.rowText) + written("RowFrame", lyrics.rowFrame) +
-         written("Title", lyrics.title) + written("Artist", lyrics.artist);
+         (lyrics.isFrameOfText ? "Frame=text\n" : "") + written("RowText", lyrics.rowText) +
+         written("RowFrame", lyrics.rowFrame) + written("Title", lyrics.title) +
+         written("Artist", lyrics.artist);
 }
 
 }  // namespace vellora

@@ -91,6 +91,19 @@ TEST_F(ShowingTest, TellsWhichDescriptionCountsAndWhatItFindsRowByRow) {
   EXPECT_TRUE(hasRows(found));
 }
 
+TEST_F(ShowingTest, TellsOfRowsThatAreNowhereOnTheScreen) {
+  describe("mine", "");
+  ExplainedView& view = found.views[0];
+  view.rows = {candidate({.role = "link", .text = "First line", .top = 120}),
+               candidate({.role = "link", .text = "Second line"}),
+               candidate({.role = "link", .text = "Third line"})};
+  view.rows[1].element.frame->y = -2147483648.0;
+  view.rows[2].element.frame.reset();
+  EXPECT_THAT(show(), HasSubstr("    1  10,120 400x20  \"First line\"\n"
+                                "    2  out of sight  \"Second line\"\n"
+                                "    3  out of sight  \"Third line\"\n"));
+}
+
 TEST_F(ShowingTest, TellsOfEachThatDoesNotCountWhatItLooksAtAndWhyNot) {
   describe("mine", "No element fits [Lyrics].");
   found.views[0].candidates = {
