@@ -193,10 +193,12 @@ TEST_F(ShowingTest, ShowsWhatCouldBeRowsAndADescriptionToBeginWith) {
 
 TEST_F(ShowingTest, MakesNoDraftWhereRowsAreFound) {
   describe("mine", "");
+  found.elements = elementList({{.depth = 0, .role = "section", .id = "words"},
+                                {.depth = 1, .role = "link", .text = "One"},
+                                {.depth = 1, .role = "link", .text = "Two"},
+                                {.depth = 1, .role = "link", .text = "Three"}});
+  EXPECT_THAT(show(), HasSubstr("[Player]"));
   found.views[0].rows = {candidate({.role = "link", .text = "First line"})};
-  found.elements = elementList({{.depth = 0, .role = "link", .text = "One"},
-                                {.depth = 0, .role = "link", .text = "Two"},
-                                {.depth = 0, .role = "link", .text = "Three"}});
   const std::string text = show();
   EXPECT_THAT(text, HasSubstr("these could be rows"));
   EXPECT_THAT(text, Not(HasSubstr("[Player]")));
