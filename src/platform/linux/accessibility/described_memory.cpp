@@ -28,6 +28,7 @@ void forgetLists(ElementFacts& facts) {
 
 void forgetText(DescribedMemory& memory, ElementIndex element) {
   ElementFact& fact = (*memory.facts)[element];
+  fact.wantedText = fact.text.isTold() || (fact.wantedText && fact.name.isUnasked());
   fact.name = {};
   fact.text = {};
   fact.characterCount = {};
@@ -65,7 +66,6 @@ void forgetChanging(DescribedMemory& memory) {
   if (!memory.last.view) return forgetLists(facts);
   const FoundView& view = *memory.last.view;
   facts[memory.root].children = {};
-  if (memory.last.frame) facts[*memory.last.frame].matches.clear();
   if (view.document) facts[*view.document].address = {};
   facts[view.view].name = {};
   facts[view.view].attributes = {};
@@ -78,6 +78,26 @@ void forgetChanging(DescribedMemory& memory) {
   for (std::size_t i = 0; rows > textsAgain && i < textsAgain; ++i) {
     forgetText(memory, view.rows[memory.nextText++ % rows].textElement);
   }
+}
+
+void askChanging(DescribedMemory& memory) {
+  if (!memory.last.view) return;
+  ElementFacts& facts = *memory.facts;
+  const FoundView& view = *memory.last.view;
+  const auto askText = [&facts](ElementIndex element) {
+    if (!facts[element].name.isUnasked()) return;
+    facts.name(element);
+    if (facts[element].wantedText) facts.text(element);
+  };
+  facts.children(memory.root);
+  if (view.document) facts.address(*view.document);
+  if (!facts[view.view].role.isUnasked()) {  // not everything was forgotten
+    if (facts[view.view].name.isUnasked()) facts.name(view.view);
+    if (facts[view.view].attributes.isUnasked()) facts.attributes(view.view);
+    for (const ElementIndex element : view.lookedThrough) facts.children(element);
+    for (const FoundRow& row : view.rows) askText(row.textElement);
+  }
+  for (const ElementIndex element : view.titleElements) askText(element);
 }
 
 }  // namespace vellora

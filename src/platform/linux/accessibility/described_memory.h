@@ -53,4 +53,7 @@ void forgetRows(DescribedMemory& memory);
 // others; where none is known which elements there are.
 void forgetChanging(DescribedMemory& memory);
 
+// Lines up the questions to what was so forgotten, to have them answered in one volley.
+void askChanging(DescribedMemory& memory);
+
 }  // namespace vellora

@@ -179,10 +179,8 @@ void DescribedReading::askMoving() {
   for (std::size_t i = 0; i < memory_.childCounts.size(); ++i) {
     facts().childCount(view()->lookedThrough[i]);
   }
-  for (const ElementIndex element : view()->titleElements) {
-    forgetText(memory_, element);
-    facts().name(element);
-  }
+  for (const ElementIndex element : view()->titleElements) forgetText(memory_, element);
+  askChanging(memory_);
   const auto planned = memory_.frames.wanted(memory_.sight);
   for (const std::size_t row : planned) askFrame(facts(), view()->rows[row]);
   facts().exchange();

@@ -23,6 +23,7 @@ struct ElementFact {
   Answer<std::uint32_t> role;
   Answer<std::string> name;
   Answer<std::string> text;  // of org.a11y.atspi.Text
+  bool wantedText = false;   // the name was not enough when it was forgotten
   Answer<ElementAttributes> attributes;
   Answer<std::string> accessibleId;
   Answer<std::string> address;  // of org.a11y.atspi.Document

@@ -1,3 +1,5 @@
+#include <optional>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -242,6 +244,85 @@ TEST_F(DescribedReading, AHangingBrowserIsAskedOneQuestion) {
   player->process().resume();
   EXPECT_TRUE(eventually([&] { return read(patient)->rows.size() == 10; }));
   EXPECT_LE(player->counts().all - before, 1 + 2 * 25);
+}
+
+TEST_F(DescribedReading, ABrowserThatAnswersWrongTypesHasNoRows) {
+  makePage(3);
+  for (const std::size_t one : {view, rows[0], rows[1], rows[2]}) {
+    object(one).answersWrongTypes = true;
+  }
+  begin();
+  const MusicLayout layout = readPage();
+  EXPECT_EQ(layout.window, (Rect{100, 50, 1000, 700}));
+  EXPECT_THAT(texts(layout), IsEmpty());
+}
+
+TEST_F(DescribedReading, APageThatLeadsBackIntoItselfIsReadToItsEnd) {
+  makePage(3);
+  program.hasCollection = false;
+  object(rows[2]).role = FakeRole::section;
+  object(rows[2]).children = {document, view, frame};
+  begin();
+  EXPECT_THAT(readTexts(), ElementsAre("line 0", "line 1"));
+}
+
+TEST_F(DescribedReading, WhatOneReadingHasNoTimeForTheNextOnesGoOnWith) {
+  makePage(40);
+  begin();
+  player->counts().microsecondsBelowRoot = 2000;
+  std::optional<MusicLayout> layout;
+  EXPECT_TRUE(eventually([&] {
+    layout = read({.seconds = 0.05, .messagingTimeout = 1000});
+    return layout && layout->rows.size() == 40;
+  }));
+}
+
+TEST_F(DescribedReading, InALargePageTheRowsAreFoundWithoutAWalk) {
+  makePage(10);
+  for (int i = 0; i < 2000; ++i) add(program, document, {.role = FakeRole::section});
+  begin();
+  EXPECT_EQ(readTexts().size(), 10U);
+  EXPECT_LE(player->counts().all, 150);
+  EXPECT_LE(questions(), 25);
+}
+
+TEST_F(DescribedReading, TheTitleIsThatOfTheElementWhichThePatternNames) {
+  makePage(2);
+  PlayerDescription titled = labelled();
+  titled.lyrics->title.ids = {"song"};
+  titled.lyrics->artist.classes = {"by"};
+  describe(titled);
+  const std::size_t title = add(program, document, {.role = FakeRole::section});
+  object(title).attributeId = "song";
+  object(title).text = "Page's song";
+  const std::size_t artist = add(program, document, {.role = FakeRole::section, .name = "Her"});
+  object(artist).classes = "by";
+  begin();
+  EXPECT_EQ(readPage().title, "Page's song \u2014 Her");
+  change(rows[0], [](FakeAccessible& it) { it.name = "other words"; });
+  change(title, [](FakeAccessible& it) { it.text = "Next"; });
+  const MusicLayout layout = readPage();
+  EXPECT_EQ(layout.title, "Next \u2014 Her");
+  EXPECT_THAT(texts(layout), ElementsAre("other words", "line 1"));
+}
+
+TEST_F(DescribedReading, TheViewportIsTheElementAroundTheViewThatThePatternNames) {
+  makePage(2);
+  PlayerDescription scrolled = labelled();
+  scrolled.lyrics->container.classes = {"player"};
+  scrolled.lyrics->viewport.classes = {"scroller"};
+  describe(scrolled);
+  const std::size_t outer = add(program, document, {.role = FakeRole::section});
+  object(outer).classes = "player";
+  const std::size_t scroller = add(program, outer, {.role = FakeRole::section});
+  object(scroller).classes = "scroller";
+  object(scroller).extents = Extents{300, 600, 400, 400};
+  const std::size_t inner = add(program, scroller, object(view));
+  begin();
+  const MusicLayout layout = readPage();
+  EXPECT_EQ(layout.viewport, (Rect{300, 600, 400, 150}));  // the page ends at 750
+  EXPECT_EQ(object(inner).children, rows);
+  EXPECT_THAT(texts(layout), ElementsAre("line 0", "line 1"));
 }
 
 TEST_F(DescribedReading, ABrowserThatIsGoneIsNotRead) {
