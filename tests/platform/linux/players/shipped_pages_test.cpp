@@ -16,7 +16,6 @@ constexpr std::uint32_t section = 85;
 constexpr std::uint32_t paragraph = 73;
 constexpr std::uint32_t pushButton = 43;
 constexpr std::uint32_t article = 109;
-constexpr std::uint32_t landmark = 110;
 
 ElementTraits element(std::uint32_t role, const std::string& classes) {
   return {.role = role, .name = {}, .classes = classes, .id = {}};
@@ -33,7 +32,7 @@ struct Page {
 const Page pages[] = {
     {.identifier = "am-lyrics",
      .address = "https://music.example.org/album/1",
-     .view = element(landmark, "lyrics-container blur-inactive-enabled"),
+     .view = element(section, "lyrics-container blur-inactive-enabled"),
      .row = element(pushButton, "lyrics-line singer-left active lyrics-activest")},
     {.identifier = "applemusic-like-lyrics",
      .address = "http://localhost:5173/",
@@ -55,6 +54,10 @@ const Page pages[] = {
      .address = "http://homeassistant.local:8095/#/home",
      .view = element(section, "synced-container"),
      .row = element(section, "lyrics-line active")},
+    {.identifier = "youtube-music",
+     .address = "https://music.youtube.com/watch?v=1",
+     .view = {.role = section, .name = {}, .classes = {}, .id = "synced-lyrics-container"},
+     .row = element(section, "text-lyrics")},
 };
 
 class ShippedPagesTest : public ::testing::Test {
