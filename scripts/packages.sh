@@ -4,7 +4,7 @@
 packages_build=(
   g++ cmake ninja-build pkg-config
   libcairo2-dev libfontconfig-dev libpango1.0-dev libglib2.0-dev
-  libxcb1-dev libxcb-composite0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-randr0-dev libxcb-icccm4-dev libxcb-ewmh-dev
+  libxcb1-dev libxcb-composite0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-randr0-dev libxcb-res0-dev libxcb-icccm4-dev libxcb-ewmh-dev
   libsystemd-dev libdbusmenu-glib-dev libicu-dev
   nlohmann-json3-dev libfmt-dev libfast-float-dev
   libgtk-3-dev
@@ -23,7 +23,7 @@ packages_session=(
 )
 
 packages_test=(
-  libgtk-4-dev
+  libgtk-4-dev bubblewrap xdg-dbus-proxy
   libvterm-dev zsh fish i3lock dunst
   libgtest-dev libgmock-dev googletest python3 python3-jsonschema
   clang-19 libc++-19-dev libc++abi-19-dev clang-format-14 clang-tidy-14

@@ -9,6 +9,7 @@
 
 #include "platform/linux/accessibility/accessible_replies.h"
 #include "platform/linux/accessibility/attribute_mapping.h"
+#include "platform/linux/players/process_family.h"
 
 namespace vellora {
 
@@ -73,6 +74,18 @@ void awaitProgram(BusConnection& bus, const AccessibleReference& window,
   bus.exchange(deadline);
 }
 
+// A program in a container may have its connection by way of another process there, a proxy. That a
+// process started another is no sign: a terminal is not what runs in it.
+std::vector<std::int64_t>::iterator findInContainer(std::vector<std::int64_t>& processes,
+                                                    std::int32_t process) {
+  const std::string container = containerOf(process);
+  if (container.empty()) return processes.end();
+  return std::ranges::find_if(processes, [&container](std::int64_t other) {
+    return other > 0 && other <= INT32_MAX &&
+           containerOf(static_cast<std::int32_t>(other)) == container;
+  });
+}
+
 std::vector<NodeIndex> listWindows(BusConnection& bus, ProgramMemory& memory,
                                    AccessibleQueries& queries, const LookupTimes& times) {
   const auto deadline = Steady::now() + times.listing;
@@ -97,19 +110,19 @@ std::optional<AccessibleReference> findProgram(BusConnection& bus, std::int32_t 
   bus.exchange(deadline);
   const auto programs = store[root].facts.children.value.value_or(std::vector<NodeIndex>());
 
-  std::vector<bool> isSought(programs.size());
+  std::vector<std::int64_t> processes(programs.size(), -1);
   for (std::size_t i = 0; i < programs.size(); ++i) {
     BusMessagePtr call = bus.newCall(driver, driverPath, driver, "GetConnectionUnixProcessID");
     if (call) sd_bus_message_append(call.get(), "s", store[programs[i]].reference.bus.c_str());
-    bus.send(std::move(call), [&isSought, i, processIdentifier](sd_bus_message* reply) {
-      const auto found = readNumber(reply);
-      isSought[i] = found && std::int64_t{*found} == processIdentifier;
+    bus.send(std::move(call), [&processes, i](sd_bus_message* reply) {
+      if (const auto found = readNumber(reply)) processes[i] = *found;
     });
   }
   bus.exchange(deadline);
-  const auto sought = std::ranges::find(isSought, true);
-  if (sought == isSought.end()) return std::nullopt;
-  return store[programs[static_cast<std::size_t>(sought - isSought.begin())]].reference;
+  auto sought = std::ranges::find(processes, std::int64_t{processIdentifier});
+  if (sought == processes.end()) sought = findInContainer(processes, processIdentifier);
+  if (sought == processes.end()) return std::nullopt;
+  return store[programs[static_cast<std::size_t>(sought - processes.begin())]].reference;
 }
 
 std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,

@@ -83,20 +83,21 @@ std::string snapOf(const Folder& proc, std::int32_t process) {
   return confined.empty() ? snapIn(read(proc, process, "cgroup")) : confined;
 }
 
-bool areSame(const std::string& a, const std::string& b) { return !a.empty() && a == b; }
-
 }  // namespace
 
 bool belongTogether(std::int32_t a, std::int32_t b, const Folder& proc) {
   if (a <= 0 || b <= 0) return false;
-  if (a == b) return true;
-  return isAncestor(proc, a, b) || isAncestor(proc, b, a) || shareContainer(a, b, proc);
+  if (a == b || isAncestor(proc, a, b) || isAncestor(proc, b, a)) return true;
+  const std::string container = containerOf(a, proc);
+  return !container.empty() && container == containerOf(b, proc);
 }
 
-bool shareContainer(std::int32_t a, std::int32_t b, const Folder& proc) {
-  if (a <= 0 || b <= 0) return false;
-  return areSame(flatpakOf(proc, a), flatpakOf(proc, b)) ||
-         areSame(snapOf(proc, a), snapOf(proc, b));
+std::string containerOf(std::int32_t process, const Folder& proc) {
+  if (process <= 0) return "";
+  auto flatpak = flatpakOf(proc, process);
+  if (!flatpak.empty()) return flatpak;
+  const auto snap = snapOf(proc, process);
+  return snap.empty() ? "" : "snap " + snap;
 }
 
 }  // namespace vellora

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
 
 namespace vellora {
 
@@ -12,9 +13,10 @@ namespace vellora {
 // information is mounted. Reads a few small files. Any thread.
 bool belongTogether(std::int32_t a, std::int32_t b, const std::filesystem::path& proc = "/proc");
 
-// Whether they run in the same container: in the same instance of a Flatpak application (the file
-// /.flatpak-info in the root of each; where that names no instance, the same application), or in
-// the same snap (as AppArmor or the control groups name it).
-bool shareContainer(std::int32_t a, std::int32_t b, const std::filesystem::path& proc = "/proc");
+// The container that a process runs in: an instance of a Flatpak application (by the file
+// /.flatpak-info in its root; where that names no instance, the application), or a snap (as
+// AppArmor or the control groups name it). Two processes are in the same one where the texts are
+// equal; empty outside of all.
+std::string containerOf(std::int32_t process, const std::filesystem::path& proc = "/proc");
 
 }  // namespace vellora

@@ -24,22 +24,27 @@ std::string_view classPartOf(std::string_view wmClass) {
 
 WindowProgramQuestion::WindowProgramQuestion(const XSession& session, xcb_window_t window)
     : process_(session.connection(), window, session.atoms().netWmPid),
+      client_(session, window),
       machine_(session.connection(), window, XCB_ATOM_WM_CLIENT_MACHINE),
       gtkApplicationId_(session.connection(), window, session.atoms().gtkApplicationId),
       wmClass_(session.connection(), window, XCB_ATOM_WM_CLASS) {}
 
 std::optional<WindowProgram> WindowProgramQuestion::take() {
   const auto processes = process_.takeNumbers();
+  const auto client = client_.take();
   const auto machineName = machine_.takeBytes();
   const auto gtkId = gtkApplicationId_.takeBytes().value_or("");
   const auto classes = wmClass_.takeBytes().value_or("");
-  if (processes.empty() || processes[0] == 0 || processes[0] > INT32_MAX) return std::nullopt;
+  if (!processes.empty() && processes[0] > INT32_MAX) return std::nullopt;
+  const auto named = processes.empty() ? 0 : static_cast<std::int32_t>(processes[0]);
+  const std::int32_t process = processHere(named, client);
+  if (process == 0) return std::nullopt;
   // A process number means nothing on another host.
   if (machineName && untilZero(*machineName) != hostName() &&
       untilZero(*machineName) != "localhost") {
     return std::nullopt;
   }
-  return WindowProgram{.process = static_cast<std::int32_t>(processes[0]),
+  return WindowProgram{.process = process,
                        .names = {.classPart = std::string(classPartOf(classes)),
                                  .applicationId = std::string(untilZero(gtkId))},
                        .identifier = bundleIdentifierOf(gtkId, classes)};

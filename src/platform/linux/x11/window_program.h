@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/linux/players/player_descriptions.h"
+#include "platform/linux/x11/window_process.h"
 #include "platform/linux/x11/x_property.h"
 #include "platform/linux/x11/x_session.h"
 
@@ -18,8 +19,8 @@ struct WindowProgram {
   std::optional<std::string> identifier;  // as bundleIdentifierOf finds it
 };
 
-// What a window says of its program, asked but not yet taken: its process is _NET_WM_PID, unless
-// WM_CLIENT_MACHINE names another host. Main thread.
+// What a window says of its program, asked but not yet taken: its process is _NET_WM_PID, as
+// processHere has it, unless WM_CLIENT_MACHINE names another host. Main thread.
 class WindowProgramQuestion {
  public:
   WindowProgramQuestion(const XSession& session, xcb_window_t window);
@@ -33,6 +34,7 @@ class WindowProgramQuestion {
 
  private:
   PropertyQuestion process_;
+  WindowProcessQuestion client_;
   PropertyQuestion machine_;
   PropertyQuestion gtkApplicationId_;
   PropertyQuestion wmClass_;  // the last that is asked

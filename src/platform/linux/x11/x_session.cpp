@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <xcb/randr.h>
+#include <xcb/res.h>
 #include <xcb/shape.h>
 #include <xcb/xfixes.h>
 
@@ -66,10 +67,18 @@ void XSession::learnExtensions() {
   xcb_prefetch_extension_data(c, &xcb_xfixes_id);
   xcb_prefetch_extension_data(c, &xcb_randr_id);
   xcb_prefetch_extension_data(c, &xcb_shape_id);
+  xcb_prefetch_extension_data(c, &xcb_res_id);
   const auto* const fixes = xcb_get_extension_data(c, &xcb_xfixes_id);
   const auto* const randr = xcb_get_extension_data(c, &xcb_randr_id);
   const auto* const shape = xcb_get_extension_data(c, &xcb_shape_id);
   hasShape_ = shape != nullptr && shape->present != 0;
+  const auto* const resources = xcb_get_extension_data(c, &xcb_res_id);
+  if (resources != nullptr && resources->present != 0) {
+    const XcbReply<xcb_res_query_version_reply_t> version(
+        xcb_res_query_version_reply(c, xcb_res_query_version(c, 1, 2), nullptr));
+    tellsProcesses_ = version && std::pair(version->server_major, version->server_minor) >=
+                                     std::pair<std::uint16_t, std::uint16_t>(1, 2);
+  }
   // Both want to be told the version before anything else is asked of them.
   if (fixes != nullptr && fixes->present != 0) {
     const XcbReply<xcb_xfixes_query_version_reply_t> version(

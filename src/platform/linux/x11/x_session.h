@@ -60,6 +60,8 @@ class XSession {
   std::optional<std::uint8_t> fixesFirstEvent() const { return fixesFirstEvent_; }
   std::optional<std::uint8_t> randrFirstEvent() const { return randrFirstEvent_; }
   bool hasShape() const { return hasShape_; }
+  // Whether the server tells which processes its clients are (X-Resource extension 1.2).
+  bool tellsProcesses() const { return tellsProcesses_; }
 
   // Cairo keeps a connection's state in a device, which pictures drawn anywhere on it still refer
   // to later: the session ends it before the connection.
@@ -95,6 +97,7 @@ class XSession {
   std::optional<std::uint8_t> fixesFirstEvent_;
   std::optional<std::uint8_t> randrFirstEvent_;
   bool hasShape_ = false;
+  bool tellsProcesses_ = false;
   std::unique_ptr<ScreenMetrics> metrics_;
   std::unique_ptr<XEventSource> source_;
   std::vector<XEventListener*> listeners_;  // null where one was removed during a turn

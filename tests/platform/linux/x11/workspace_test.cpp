@@ -12,9 +12,11 @@
 #include <unistd.h>
 
 #include "platform/linux/x11/screen_metrics.h"
+#include "platform/linux/x11/window_process.h"
 #include "platform/linux/x11/x_session.h"
 #include "platform/linux/x11/x_workspace.h"
 #include "platform/linux/x11/xsettings.h"
+#include "support/temporary_folder.h"
 #include "support/x_client.h"
 #include "support/x_server.h"
 
@@ -259,6 +261,37 @@ TEST(WorkspaceWithoutDisplayTest, AServerThatNeverAnswersIsGivenUp) {
       std::make_shared<XSession>(std::string(":").append(std::to_string(number)).c_str()));
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
   close(listener);
+}
+
+// The kernel's word on processes in a namespace of their own.
+TEST(ProcessHereTest, IsTheClientsWhereThatHasTheNumberInItsOwnNamespace) {
+  const TemporaryFolder proc;
+  const auto write = [&](std::int32_t process, const std::string& numbers) {
+    std::filesystem::create_directories(proc / std::to_string(process));
+    proc.write(std::to_string(process) + "/status",
+               "Name:\tplayer\nPid:\t" + std::to_string(process) + "\n" + numbers);
+  };
+  write(900, "NSpid:\t900\t2\n");
+  write(901, "NSpid:\t901\t55\t2\nNSpgid:\t901\t55\t3\n");
+  write(902, "NSpid:\t2\n");
+  write(903, "");
+  EXPECT_EQ(processHere(2, 900, proc.path()), 900);
+  EXPECT_EQ(processHere(2, 901, proc.path()), 901);
+  EXPECT_EQ(processHere(55, 901, proc.path()), 55) << "a namespace on the way";
+  EXPECT_EQ(processHere(3, 900, proc.path()), 3) << "a program that speaks for another";
+  EXPECT_EQ(processHere(2, 902, proc.path()), 2) << "no namespace of its own";
+  EXPECT_EQ(processHere(2, 903, proc.path()), 2);
+  EXPECT_EQ(processHere(2, 904, proc.path()), 2) << "ended";
+  EXPECT_EQ(processHere(2, std::nullopt, proc.path()), 2);
+  EXPECT_EQ(processHere(0, 900, proc.path()), 900) << "it keeps its number to itself";
+  EXPECT_EQ(processHere(0, 902, proc.path()), 0);
+}
+
+TEST_F(WorkspaceTest, TheServerTellsWhichProcessAWindowsClientIs) {
+  const auto window = makeProgram(1, "a\0com.apple.Music\0"s);
+  EXPECT_EQ(WindowProcessQuestion(*session, window).take(), ::getpid());
+  client.destroyWindow(window);
+  WindowProcessQuestion(*session, window).take();  // whatever it is, it ends
 }
 
 TEST(XsettingsTest, AnIntegerIsFoundAmongOtherSettingsInEitherByteOrder) {
