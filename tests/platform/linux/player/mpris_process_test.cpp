@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -31,7 +32,9 @@ FakePlayer::Setup nameless(const std::string& name, std::size_t track) {
 class PlainProcess {
  public:
   PlainProcess() : process_(::fork()) {
-    if (process_ == 0) ::pause();
+    if (process_ != 0) return;
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    ::pause();
   }
   ~PlainProcess() {
     ::kill(process_, SIGKILL);

@@ -7,6 +7,7 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,8 +25,12 @@ class Sleeper {
     if (::pipe(ends) != 0) std::abort();
     process_ = ::fork();
     if (process_ == 0) {
+      ::prctl(PR_SET_PDEATHSIG, SIGKILL);
       const pid_t child = ::fork();
-      if (child == 0) ::pause();
+      if (child == 0) {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        ::pause();
+      }
       [[maybe_unused]] const auto written = ::write(ends[1], &child, sizeof child);
       ::pause();
     }
