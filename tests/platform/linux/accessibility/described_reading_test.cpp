@@ -153,15 +153,29 @@ TEST_F(DescribedReading, OneRowMoreIsReadAtOnce) {
   EXPECT_THAT(readTexts(), ElementsAre("line 0", "line 1", "line 2", "last"));
 }
 
-TEST_F(DescribedReading, WithTheNextSongTheTextsAreReadAgain) {
-  makePage(2);
+TEST_F(DescribedReading, ARowThatGrowsIsSeenWithThoseThatItMoves) {
+  makePage(60);
   begin();
   readPage();
-  change(rows[0], [](FakeAccessible& it) { it.name = "other words"; });
-  EXPECT_THAT(readTexts(), ElementsAre("line 0", "line 1"));
+  change(rows[1], [](FakeAccessible& it) { (*it.extents)[3] += 20; });
+  for (std::size_t i = 2; i < rows.size(); ++i) {
+    change(rows[i], [](FakeAccessible& it) { (*it.extents)[1] += 20; });
+  }
+  const MusicLayout layout = readPage();
+  EXPECT_THAT(topsInSight(layout), ElementsAre(200, 300, 420));
+  EXPECT_EQ(layout.rows[1].frame.height, 60);
+  EXPECT_EQ(layout.rows[59].frame.y, 200 + 5900 + 20);
+}
+
+TEST_F(DescribedReading, WithTheNextSongTheTextsAreReadAgain) {
+  makePage(80);
+  begin();
+  readPage();
+  change(rows[79], [](FakeAccessible& it) { it.name = "other words"; });
+  EXPECT_EQ(readTexts().back(), "line 79");
   player->play("browser", FakeMedia{.title = "Next"});
   EXPECT_TRUE(eventually([&] { return readPage().title == "Next"; }));
-  EXPECT_THAT(readTexts(), ElementsAre("other words", "line 1"));
+  EXPECT_EQ(readTexts().back(), "other words");
 }
 
 TEST_F(DescribedReading, AChangedTextIsSeenWhenItIsNoLongerBelieved) {
@@ -242,8 +256,10 @@ TEST_F(DescribedReading, AHangingBrowserIsAskedOneQuestion) {
   const int before = player->counts().all;
   for (int i = 0; i < 5; ++i) EXPECT_FALSE(read({.seconds = 0.05}));
   player->process().resume();
-  EXPECT_TRUE(eventually([&] { return read(patient)->rows.size() == 10; }));
-  EXPECT_LE(player->counts().all - before, 1 + 2 * 25);
+  EXPECT_TRUE(eventually([&] { return player->counts().all > before; }));
+  bus.connections();  // a round trip, so that all were answered that came before
+  EXPECT_EQ(player->counts().all, before + 1);
+  EXPECT_EQ(readTexts().size(), 10U);
 }
 
 TEST_F(DescribedReading, ABrowserThatAnswersWrongTypesHasNoRows) {
