@@ -30,6 +30,10 @@ packages_test=(
   appstream mandoc dpkg-dev lintian systemd
 )
 
+# Real browsers, for their tests and for ./run --browser, and a sound server that needs no device: a
+# page's player shows itself only where its sound can be played. About 200 MB to download.
+packages_browsers=(chromium firefox-esr pulseaudio)
+
 packages_bench=(libbenchmark-dev libopencv-dev libatspi2.0-dev libx11-dev libxdamage-dev strace)
 
 # For scripts/try_packages, which says so when it is missing.

@@ -12,6 +12,7 @@
 #include "exchange/records/json.h"
 #include "witness/accessible_rows.h"
 #include "witness/captions_seen.h"
+#include "witness/page_rows.h"
 #include "witness/screen.h"
 
 namespace {
@@ -21,15 +22,19 @@ using namespace vellora::witness;
 
 constexpr std::string_view usage =
     "usage: vellora-demo-witness --snapshot FILE [--screenshot FILE.png] [--wait SECONDS]\n"
+    "                            [--browser PROCESS --class WINDOW_CLASS]\n"
     "\n"
     "Reads the player's lyric rows over the accessibility bus, takes a picture of the screen and\n"
     "one of the player's window alone (this needs a compositor), and compares the two in the band\n"
     "under each row. Tries again until all is right or SECONDS (default 8) have passed.\n"
+    "The player is the stand-in player or, in a browser, its page.\n"
     "Exit status: 0 captions stand where they belong, 1 they do not, 2 it could not be seen.\n";
 
 constexpr const char* application = "com.apple.Music";
 
 struct Options {
+  unsigned browser = 0;  // its process; 0: the stand-in player
+  std::string windowClass = application;
   std::string snapshot;
   std::string screenshot;
   double wait = 8;
@@ -41,12 +46,19 @@ struct Sight {
   Picture screen;
 };
 
+std::optional<SeenPlayer> read(const Options& options) {
+  if (options.browser == 0) return readPlayer(application);
+  PageQuery query;
+  query.process = options.browser;
+  return readPage(query);
+}
+
 // One consistent look: the rows must stand still while the pictures are taken.
 std::optional<Sight> look(const Screen& screen, const Options& options, std::string& problem) {
-  const std::optional<SeenPlayer> before = readPlayer(application);
+  const std::optional<SeenPlayer> before = read(options);
   std::optional<Picture> whole = screen.whole();
-  const std::optional<WindowPicture> alone = screen.windowAlone(application);
-  const std::optional<SeenPlayer> after = readPlayer(application);
+  const std::optional<WindowPicture> alone = screen.windowAlone(options.windowClass);
+  const std::optional<SeenPlayer> after = read(options);
   const std::optional<std::string> file = readWholeFile(options.snapshot);
   const std::optional<OverlaySnapshot> snapshot =
       file ? decode<OverlaySnapshot>(*file) : std::nullopt;
@@ -66,7 +78,9 @@ std::optional<Sight> look(const Screen& screen, const Options& options, std::str
 }
 
 void describe(const Sight& sight) {
-  std::printf("  the player shows: %s\n", sight.player.title.c_str());
+  if (!sight.player.title.empty()) {
+    std::printf("  the player shows: %s\n", sight.player.title.c_str());
+  }
   for (const RowVerdict& row : sight.verdict.rows) {
     const char* say = row.undecided      ? "no room to say"
                       : row.beyondScreen ? "beyond the screen"
@@ -101,6 +115,10 @@ int main(int argc, char** argv) {
       options.snapshot = value;
     } else if (flag == "--screenshot") {
       options.screenshot = value;
+    } else if (flag == "--browser") {
+      options.browser = static_cast<unsigned>(std::atoi(value));
+    } else if (flag == "--class") {
+      options.windowClass = value;
     } else if (flag == "--wait") {
       options.wait = std::atof(value);
     } else {

@@ -79,7 +79,7 @@ void Desk::startPlayer(std::vector<std::string> options) {
   player = std::make_unique<Process>(std::move(options), folder / "player.log", environment);
   ASSERT_TRUE(waitFor([&] { return seenPlayer() && !seenPlayer()->rows.empty(); }))
       << "the player's rows did not come onto the accessibility bus";
-  ASSERT_TRUE(waitFor([&] { return screen->windowAlone(application).has_value(); }))
+  ASSERT_TRUE(waitFor([&] { return screen->windowAlone(windowClass()).has_value(); }))
       << "the player's window did not come onto the screen";
 }
 
@@ -187,10 +187,12 @@ std::optional<witness::SeenPlayer> Desk::seenPlayer() const {
   return witness::readPlayer(application);
 }
 
+std::string Desk::windowClass() const { return application; }
+
 std::optional<witness::CaptionsVerdict> Desk::look() const {
   const auto before = seenPlayer();
   const auto whole = screen->whole();
-  const auto alone = screen->windowAlone(application);
+  const auto alone = screen->windowAlone(windowClass());
   const auto after = seenPlayer();
   const auto given = snapshot();
   if (!given || !before || !whole || !alone || !after || *before != *after) return std::nullopt;
@@ -205,7 +207,7 @@ bool Desk::captionsRight() const {
 bool Desk::nothingOverPlayer() const {
   const auto before = seenPlayer();
   const auto whole = screen->whole();
-  const auto alone = screen->windowAlone(application);
+  const auto alone = screen->windowAlone(windowClass());
   if (!before || !whole || !alone) return false;
   const Rect viewport = witness::scaled(before->viewport, witness::pixelsPerPoint(*before, *alone));
   return witness::difference(*whole, *alone, viewport).changed == 0;

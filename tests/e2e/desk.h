@@ -52,12 +52,15 @@ class Desk : public testing::Test {
   bool statusIs(const std::string& message) const;
   bool following() const;  // "Following Music • …"
 
+  // The player as the witness sees it, and the class of its window: the stand-in player's.
+  virtual std::optional<witness::SeenPlayer> seenPlayer() const;
+  virtual std::string windowClass() const;
+
   // What stands on the screen now, by the witness; nothing while the rows move.
   std::optional<witness::CaptionsVerdict> look() const;
   bool captionsRight() const;
   // No pixel of the player's window differs from its own picture.
   bool nothingOverPlayer() const;
-  std::optional<witness::SeenPlayer> seenPlayer() const;
 
   static double now();
   std::filesystem::path folder;    // of the test
