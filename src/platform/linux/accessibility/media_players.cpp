@@ -17,6 +17,9 @@ constexpr const char* playerPath = "/org/mpris/MediaPlayer2";
 constexpr const char* playerInterface = "org.mpris.MediaPlayer2.Player";
 constexpr const char* properties = "org.freedesktop.DBus.Properties";
 
+// Answers may come between two readings: what was asked in one is taken in by a later one.
+constexpr Steady::duration patience = std::chrono::seconds(1);
+
 constexpr const char* ownersRule =
     "type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
     "member='NameOwnerChanged',arg0namespace='org.mpris.MediaPlayer2'";
@@ -95,9 +98,10 @@ std::optional<MediaTrack> MediaPlayers::playerOf(std::int32_t process,
                                                  Steady::time_point deadline) {
   if (!connect()) return std::nullopt;
   session_->pump();
-  session_->setTimeout(deadline - Steady::now());
+  if (!isListed_) askNames();
   session_->wait(deadline);
   for (auto& [name, service] : services_) {
+    if (!service.isAsked && !service.process) askProcess(name);
     if (belongsTo(process, service) && !service.isFollowed) follow(name);
   }
   session_->wait(deadline);
@@ -122,6 +126,7 @@ bool MediaPlayers::connect() {
   services_.clear();
   session_ = BusConnection::openSession();
   if (!session_) return false;
+  session_->setTimeout(patience);
   // Signals tell of players that come after this.
   session_->subscribe(ownersRule, [this](sd_bus_message* signal) {
     const char* name = nullptr;
@@ -130,26 +135,35 @@ bool MediaPlayers::connect() {
     if (sd_bus_message_read(signal, "sss", &name, &before, &owner) > 0) noteOwner(name, owner);
   });
   session_->subscribe(changesRule, [this](sd_bus_message* signal) { noteChanges(signal); });
-  askNames();
+  isListed_ = false;
   return true;
 }
 
 void MediaPlayers::askNames() {
+  isListed_ = true;  // or about to be
   session_->send(
       session_->newCall(driver, driverPath, driver, "ListNames"), [this](sd_bus_message* reply) {
-        if (reply == nullptr || sd_bus_message_enter_container(reply, 'a', "s") <= 0) return;
+        isListed_ = reply != nullptr && sd_bus_message_enter_container(reply, 'a', "s") > 0;
+        if (!isListed_) return;
         const char* text = nullptr;
         while (sd_bus_message_read(reply, "s", &text) > 0) {
           const std::string name = text;
-          if (!name.starts_with(prefix) || services_.contains(name)) continue;
-          services_[name] = {};
-          BusMessagePtr call = session_->newCall(driver, driverPath, driver, "GetNameOwner");
-          if (call) sd_bus_message_append(call.get(), "s", text);
-          session_->send(std::move(call), [this, name](sd_bus_message* answer) {
-            if (const auto owner = readText(answer)) noteOwner(name, *owner);
-          });
+          if (name.starts_with(prefix) && !services_.contains(name)) askOwner(name);
         }
       });
+}
+
+void MediaPlayers::askOwner(const std::string& name) {
+  BusMessagePtr call = session_->newCall(driver, driverPath, driver, "GetNameOwner");
+  if (call) sd_bus_message_append(call.get(), "s", name.c_str());
+  session_->send(std::move(call), [this, name](sd_bus_message* reply) {
+    const auto owner = readText(reply);
+    if (!owner) {
+      isListed_ = false;
+    } else if (!services_.contains(name)) {
+      noteOwner(name, *owner);
+    }
+  });
 }
 
 void MediaPlayers::noteOwner(const std::string& name, const std::string& owner) {
@@ -163,11 +177,13 @@ void MediaPlayers::noteOwner(const std::string& name, const std::string& owner) 
 
 void MediaPlayers::askProcess(const std::string& name) {
   const std::string owner = services_[name].owner;
+  services_[name].isAsked = true;
   BusMessagePtr call = session_->newCall(driver, driverPath, driver, "GetConnectionUnixProcessID");
   if (call) sd_bus_message_append(call.get(), "s", owner.c_str());
   session_->send(std::move(call), [this, name, owner](sd_bus_message* reply) {
     const auto known = services_.find(name);
     if (known == services_.end() || known->second.owner != owner) return;
+    known->second.isAsked = false;
     if (const auto process = readNumber(reply)) {
       known->second.process = static_cast<std::int32_t>(*process);
     }

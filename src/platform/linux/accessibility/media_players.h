@@ -38,6 +38,7 @@ class MediaPlayers {
   struct Service {
     std::string owner;  // unique name
     std::optional<std::int32_t> process;
+    bool isAsked = false;                  // for its process, and has not answered
     std::map<std::int32_t, bool> belongs;  // to these other processes
     bool isFollowed = false;               // its metadata were asked for
     MediaTrack track;
@@ -46,13 +47,15 @@ class MediaPlayers {
   static bool belongsTo(std::int32_t process, Service& service);
   bool connect();
   void askNames();
+  void askOwner(const std::string& name);
   void noteOwner(const std::string& name, const std::string& owner);
   void askProcess(const std::string& name);
   void follow(const std::string& name);
   void noteChanges(sd_bus_message* signal);
 
   std::map<std::string, Service> services_;  // by well-known name
-  std::unique_ptr<BusConnection> session_;   // last: its calls name the members above
+  bool isListed_ = false;
+  std::unique_ptr<BusConnection> session_;  // last: its calls name the members above
 };
 
 }  // namespace vellora

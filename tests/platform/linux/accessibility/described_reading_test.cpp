@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/linux/accessibility/described_fixture.h"
+#include "platform/linux/accessibility/media_players.h"
 
 namespace vellora {
 
@@ -69,6 +70,22 @@ TEST_F(DescribedReading, WithoutADescriptionThatSaysWhereTheLyricsAreAProgramSho
   window.process = player->pid();
   windows->bringToFront(window);
   EXPECT_THAT(texts(readRows(3)), ElementsAre("row 0", "row 1", "row 2"));
+}
+
+TEST_F(DescribedReading, AMediaPlayerIsFoundThoughNoReadingHasTimeForItsAnswers) {
+  makePage(3);
+  begin();
+  MediaPlayers players;
+  const auto title = [&] {
+    const auto over = std::chrono::steady_clock::now() - std::chrono::seconds(1);
+    const auto track = players.playerOf(player->pid(), over);
+    return track ? track->title : std::string();
+  };
+  EXPECT_TRUE(eventually([&] { return title() == "Song"; }));
+  player->play("browser", std::nullopt);
+  EXPECT_TRUE(eventually([&] { return title().empty(); }));
+  player->play("browser", FakeMedia{.title = "Song again"});
+  EXPECT_TRUE(eventually([&] { return title() == "Song again"; }));
 }
 
 TEST_F(DescribedReading, APageIsNotLookedThroughWithoutAMediaPlayer) {
