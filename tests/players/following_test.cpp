@@ -91,6 +91,9 @@ TEST_P(FollowingABrowser, OnlyWhileItIsInFront) {
   player->signal(SIGKILL);
   EXPECT_TRUE(waitFor([&] { return statusIs(notInFront); }, 30));
   EXPECT_TRUE(overlay->running());
+
+  ASSERT_NO_FATAL_FAILURE(open({"labelled.html?song=1&at=11.1&paused"}));
+  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }, 60)) << whatIsSeen();
 }
 
 TEST_P(FollowingABrowser, AtTwiceTheScale) {

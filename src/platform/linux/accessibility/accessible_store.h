@@ -48,6 +48,10 @@ struct AccessibleExtents {
   std::int32_t y = 0;
   std::int32_t width = 0;
   std::int32_t height = 0;
+
+  // Programs tell any numbers, and the sum of two may be larger than either can be.
+  std::int64_t right() const { return std::int64_t{x} + width; }
+  std::int64_t bottom() const { return std::int64_t{y} + height; }
 };
 
 // What an object shows until it signals a change.

@@ -11,8 +11,7 @@ constexpr std::size_t textsAgain = 32;
 
 bool isInSight(const DescribedMemory& memory, std::size_t row) {
   const auto& extents = memory.frames.at(row);
-  return extents && extents->y < memory.sight.y + memory.sight.height &&
-         extents->y + extents->height > memory.sight.y;
+  return extents && extents->y < memory.sight.bottom() && extents->bottom() > memory.sight.y;
 }
 
 void forgetLists(ElementFacts& facts) {

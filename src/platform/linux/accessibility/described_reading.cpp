@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <utility>
 
@@ -47,9 +48,12 @@ bool isThere(const std::optional<AccessibleExtents>& extents) {
 AccessibleExtents intersection(const AccessibleExtents& a, const AccessibleExtents& b) {
   const std::int32_t x = std::max(a.x, b.x);
   const std::int32_t y = std::max(a.y, b.y);
-  const std::int32_t right = std::min(a.x + a.width, b.x + b.width);
-  const std::int32_t bottom = std::min(a.y + a.height, b.y + b.height);
-  return {x, y, std::max(right - x, 0), std::max(bottom - y, 0)};
+  const std::int64_t width = std::min(a.right(), b.right()) - x;
+  const std::int64_t height = std::min(a.bottom(), b.bottom()) - y;
+  const auto side = [](std::int64_t length) {
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(length, 0, INT32_MAX));
+  };
+  return {x, y, side(width), side(height)};
 }
 
 class DescribedReading {

@@ -8,10 +8,6 @@ namespace vellora {
 
 namespace {
 
-std::int64_t bottom(const AccessibleExtents& extents) {
-  return std::int64_t{extents.y} + extents.height;
-}
-
 AccessibleExtents moved(AccessibleExtents extents, const AccessibleExtents& from,
                         const AccessibleExtents& to) {
   const auto shift = [](std::int32_t value, std::int32_t before, std::int32_t after) {
@@ -61,8 +57,8 @@ std::vector<std::size_t> RowFrames::wanted(const AccessibleExtents& viewport) co
   if (isDownwards()) {
     for (std::size_t i = 0; i < end; ++i) {
       if (!rows_[i].now) continue;
-      if (bottom(*rows_[i].now) <= viewport.y) begin = i;
-      if (rows_[i].now->y >= bottom(viewport)) end = i + 1;
+      if (rows_[i].now->bottom() <= viewport.y) begin = i;
+      if (rows_[i].now->y >= viewport.bottom()) end = i + 1;
     }
   }
   std::vector<std::size_t> result;
