@@ -86,9 +86,9 @@ TEST(Lrc, AMistakeIsToldWithFileLineAndWhatToDo) {
 
 TEST(Lrc, AStampedLineTimesItselfIsBounded) {
   std::string stamps;
-  for (int i = 0; i < 100000; ++i) stamps += "[00:01.00]";
+  for (int i = 0; i < 10000; ++i) stamps += "[00:01.00]";
   std::string text;
-  for (int i = 0; i < 10; ++i) text += stamps + std::string(5000, 'x') + "\n";
+  for (int i = 0; i < 100; ++i) text += stamps + std::string(5000, 'x') + "\n";
   const LyricFile file = readLrc("a.lrc", text);
   EXPECT_EQ(file.lines.size(), mostLines);
   EXPECT_TRUE(anyError(file.problems));
