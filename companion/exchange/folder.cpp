@@ -42,12 +42,9 @@ std::optional<fs::path> defaultExchangeFolder(const Environment& environment) {
 }
 
 std::optional<std::string> ExchangeFolder::make() const {
-  std::error_code error;
-  if (fs::is_directory(path_, error)) return std::nullopt;
-  fs::create_directories(path_, error);
-  if (error) return path_.string() + " cannot be made: " + error.message();
-  fs::permissions(path_, fs::perms::owner_all, error);
-  return std::nullopt;
+  const std::error_code error = makePrivateFolder(path_);
+  if (!error) return std::nullopt;
+  return path_.string() + " cannot be made: " + error.message();
 }
 
 std::optional<NowPlayingTrack> ExchangeFolder::nowPlaying() const {

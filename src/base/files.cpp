@@ -178,6 +178,19 @@ void removeAbandonedFiles(const std::filesystem::path& folder) {
   }
 }
 
+std::error_code makePrivateFolder(const std::filesystem::path& path) {
+  // A slash at the end does not make an empty last component.
+  const std::filesystem::path folder = path.has_filename() ? path : path.parent_path();
+  std::error_code error;
+  if (!isUsable(folder)) return std::make_error_code(std::errc::invalid_argument);
+  if (std::filesystem::is_directory(folder, error)) return {};
+  if (folder.has_parent_path()) std::filesystem::create_directories(folder.parent_path(), error);
+  if (::mkdir(folder.c_str(), 0700) == 0) return {};
+  error = std::error_code(errno, std::generic_category());
+  std::error_code ignored;
+  return std::filesystem::is_directory(folder, ignored) ? std::error_code() : error;
+}
+
 bool fileExists(const std::filesystem::path& path) {
   struct stat status {};
   return isUsable(path) && ::stat(path.c_str(), &status) == 0;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace vellora {
 
@@ -25,6 +26,11 @@ bool writeFileAtomically(const std::filesystem::path& path, std::string_view byt
 // temporary files of processes that are not there any more, once they are a minute old. Looks at no
 // more than the first thousand entries. Failures are ignored. Any thread.
 void removeAbandonedFiles(const std::filesystem::path& folder);
+
+// Makes the folder where it is missing, from its first moment for the user alone, and the folders
+// above it as ordinary ones. One that is there stays as it is. The error, where there is none
+// afterwards. Any thread.
+std::error_code makePrivateFolder(const std::filesystem::path& path);
 
 // Whether anything exists at `path`, symbolic links followed.
 bool fileExists(const std::filesystem::path& path);

@@ -276,6 +276,38 @@ TEST_F(FilesTest, ReaderBesideAWriterSeesOnlyWholeFiles) {
   writer.join();
 }
 
+TEST_F(FilesTest, PrivateFolderIsForTheUserAloneAndThoseAboveItAreOrdinary) {
+  const mode_t mask = ::umask(022);
+  for (const fs::path& path :
+       {folder / "a" / "b" / "private", folder / "a" / "c" / "private" / ""}) {
+    EXPECT_FALSE(makePrivateFolder(path));
+    struct stat status {};
+    ASSERT_EQ(::stat(path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0700U) << path;
+  }
+  ::umask(mask);
+  struct stat above {};
+  ASSERT_EQ(::stat((folder / "a" / "b").c_str(), &above), 0);
+  EXPECT_EQ(above.st_mode & 07777, 0755U);
+}
+
+TEST_F(FilesTest, FolderThatIsThereStaysAsItIsAndNothingElseIsTakenForOne) {
+  fs::create_directory(folder / "d");
+  fs::create_symlink("d", folder / "link");
+  ::chmod((folder / "d").c_str(), 0750);
+  EXPECT_FALSE(makePrivateFolder(folder / "d"));
+  EXPECT_FALSE(makePrivateFolder(folder / "link"));
+  struct stat status {};
+  ASSERT_EQ(::stat((folder / "d").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0750U);
+  put(folder / "a", "x");
+  EXPECT_EQ(makePrivateFolder(folder / "a"), std::errc::file_exists);
+  EXPECT_EQ(makePrivateFolder(folder / "a" / "b"), std::errc::not_a_directory);
+  EXPECT_TRUE(makePrivateFolder(""));
+  EXPECT_TRUE(makePrivateFolder(folder.native() + std::string("/a\0b", 4)));
+  EXPECT_EQ(names(), (std::set<std::string>{"a", "d", "link"}));
+}
+
 TEST_F(FilesTest, ExistenceFollowsLinks) {
   put(folder / "a", "");
   fs::create_symlink("a", folder / "link");
