@@ -37,23 +37,31 @@ void setPosition(PlayerRequest& request, const std::string& trackId, std::int64_
                g_variant_new("(ox)", trackId.c_str(), static_cast<gint64>(microseconds)));
 }
 
-// Hands the location to the desktop without waiting for what comes of it; whether there is anything
-// to open it is not told.
-void openLocation(const std::string& location) {
+// Whether the desktop has a program for the location's scheme. Without one the desktop's opener
+// would hand it to a browser, which asks a search engine.
+bool isHandled(const std::string& location) {
+  const GCharPtr scheme(g_uri_parse_scheme(location.c_str()));
+  return scheme && GObjectPtr<GAppInfo>(g_app_info_get_default_for_uri_scheme(scheme.get()));
+}
+
+// Hands the location to the desktop without waiting for what comes of it. False where that cannot
+// be begun; that nothing is there to open it is no failure.
+bool openLocation(const std::string& location) {
+  if (!isHandled(location)) return true;
   std::string program = "xdg-open";
   std::string argument = location;
   char* arguments[] = {program.data(), argument.data(), nullptr};
-  g_spawn_async(
-      nullptr, arguments, nullptr,
-      GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL | G_SPAWN_STDERR_TO_DEV_NULL),
-      nullptr, nullptr, nullptr, nullptr);
+  return g_spawn_async(nullptr, arguments, nullptr,
+                       GSpawnFlags(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
+                                   G_SPAWN_STDERR_TO_DEV_NULL),
+                       nullptr, nullptr, nullptr, nullptr) != FALSE;
 }
 
 std::string play(PlayerRequest& request, const PlayerCommand& command) {
   const auto found = findTrack(request, command.command.title, command.command.artist);
   if (request.failed()) return {};
   if (!found) {
-    openLocation(command.searchLocation);
+    if (!openLocation(command.searchLocation)) request.fail("xdg-open cannot be started");
     return "searched";
   }
   TrackChange change(request);

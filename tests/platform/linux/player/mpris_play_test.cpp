@@ -70,6 +70,29 @@ TEST_F(MprisPlayTest, PlayFailsWhenTheTrackDoesNotChangeInTime) {
   EXPECT_LT(std::chrono::steady_clock::now() - started, longest);
 }
 
+// Data folders of the user in which one program handles URLs of the scheme "music". GLib looks for
+// them once in a process.
+class MusicHandler : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    char pattern[] = "/tmp/vellora-handler-XXXXXX";
+    folder_ = ::mkdtemp(pattern);
+    const auto applications = folder_ / "applications";
+    std::filesystem::create_directory(applications);
+    std::ofstream(applications / "catalogue.desktop")
+        << "[Desktop Entry]\nType=Application\nName=Catalogue\nExec=true %u\n";
+    std::ofstream(applications / "mimeinfo.cache")
+        << "[MIME Cache]\nx-scheme-handler/music=catalogue.desktop;\n";
+    g_setenv("XDG_DATA_HOME", folder_.c_str(), TRUE);
+  }
+  void TearDown() override { std::filesystem::remove_all(folder_); }
+
+ private:
+  std::filesystem::path folder_;
+};
+[[maybe_unused]] const auto* const musicHandler =
+    ::testing::AddGlobalTestEnvironment(new MusicHandler);
+
 // Whatever stands for xdg-open in PATH; it leaves what it was given in a file.
 class SearchTest : public MprisTest {
  protected:
@@ -131,10 +154,23 @@ TEST_F(SearchTest, SlowHandlerIsNotWaitedFor) {
   EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(1));
 }
 
-TEST_F(SearchTest, RepliesSearchedWithoutAnyHandler) {
+TEST_F(SearchTest, OpenerThatCannotBeStartedIsAnError) {
   g_setenv("PATH", folder.c_str(), TRUE);
+  std::ofstream(folder / "true") << "#!/bin/sh\n";  // the handler
+  std::filesystem::permissions(folder / "true", std::filesystem::perms::owner_all);
   FakePlayer player(playing(0));
-  expectReply(command(Action::play, 0, "Nothing", "Nobody"), "searched");
+  expectError(command(Action::play, 0, "Nothing", "Nobody"), "xdg-open cannot be started");
+}
+
+TEST_F(SearchTest, OpenerIsNotStartedForASchemeThatNothingHandles) {
+  installOpener("echo \"$1\" >>\"" + (folder / "opened").string() + "\"");
+  FakePlayer player(playing(0));
+  for (const char* location : {"unhandled:first", "no location", "music:second"}) {
+    searchLocation = location;
+    expectReply(command(Action::play, 0, "Nothing", "Nobody"), "searched");
+  }
+  EXPECT_TRUE(runLoopUntil([&] { return opened().find("second") != std::string::npos; }));
+  EXPECT_EQ(opened(), "music:second\n");
 }
 
 TEST_F(SearchTest, HungTrackListIsAnErrorAndNoSearch) {
@@ -142,15 +178,15 @@ TEST_F(SearchTest, HungTrackListIsAnErrorAndNoSearch) {
   auto setup = playing(0);
   setup.mute = {"GetTracksMetadata"};
   FakePlayer player(setup);
-  searchLocation = "first";
+  searchLocation = "music:first";
   expectError(command(Action::play, 0, "Nothing", "Nobody"), "did not answer in time");
   player.end();
   FakePlayer other(playing(0));
-  searchLocation = "second";
+  searchLocation = "music:second";
   EXPECT_TRUE(runLoopUntil(
       [&] { return command(Action::play, 0, "Nothing", "Nobody").reply == "searched"; }));
   EXPECT_TRUE(runLoopUntil([&] { return opened().find("second") != std::string::npos; }));
-  EXPECT_EQ(opened(), "second\n");
+  EXPECT_EQ(opened(), "music:second\n");
 }
 
 TEST(ScriptTextsTest, CompareWithoutCaseButWithMarksPunctuationAndBlanks) {
