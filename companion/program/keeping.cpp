@@ -45,9 +45,11 @@ class Keeping {
     if (step.sync || step.snapshot) {
       unwritable_ = !written;
     }
-    if (overlay_) overlay_->step();
+    if (overlay_) overlay_->step(now);
     return state(now);
   }
+
+  bool displayIsGone() const { return overlay_ && overlay_->displayIsGone(); }
 
   // False when the user wants to end.
   bool grant(Wish wish) {
@@ -151,13 +153,15 @@ int keep(const Options& options) {
   view->show(keeping.step());
   if (options.overlay) keeping.startOverlay(options);
   bool wanted = true;
-  while (wanted && !interruption.asked()) {
+  while (wanted && !interruption.asked() && !keeping.displayIsGone()) {
     view->show(keeping.step());
     for (const Wish wish : view->wait(stepInterval)) wanted = keeping.grant(wish) && wanted;
   }
   view.reset();
   keeping.end();
   interruption.take();
+  if (keeping.displayIsGone())
+    return fail(noOverlay, "the display is gone, and the overlay with it");
   return allWell;
 }
 

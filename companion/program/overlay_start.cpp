@@ -14,6 +14,8 @@ namespace vellora::companion {
 namespace {
 
 constexpr const char* overlayName = "vellora";
+constexpr int displayGoneStatus = 3;   // vellora(1), EXIT STATUS
+constexpr double stoppedPatience = 3;  // seconds for an overlay that starts to say otherwise
 
 // What posix_spawn is told.
 class SpawnSettings {
@@ -78,39 +80,72 @@ void StartedProgram::stop() {
   if (!exitStatus()) kill(id_, SIGTERM);
 }
 
-OverlayStart::OverlayStart(const ExchangeFolder& folder, std::string program,
-                           std::filesystem::path beside)
-    : snapshot_(folder.snapshotPath().string()),
-      program_(std::move(program)),
-      beside_(std::move(beside)) {
-  if (program_.empty())
-    opener_ = StartedProgram::start({VELLORA_URL_OPENER, folder.url()}, beside_);
+OverlayStart::OverlayStart(ExchangeFolder folder, std::string program, std::filesystem::path beside)
+    : folder_(std::move(folder)), program_(std::move(program)), beside_(std::move(beside)) {}
+
+void OverlayStart::start(double now) {
+  std::erase_if(starts_, [now](double then) { return then > now || now - then > startsSpan; });
+  if (starts_.size() == mostStarts) {
+    report_ += " too often to be started again";
+    return;
+  }
+  starts_.push_back(now);
+  if (program_.empty()) {
+    opener_ = StartedProgram::start({VELLORA_URL_OPENER, folder_.url()}, beside_);
+  }
   if (!opener_) startDirectly();
 }
 
 void OverlayStart::startDirectly() {
   const std::string name = program_.empty() ? overlayName : program_;
-  overlay_ = StartedProgram::start({name, "--snapshot", snapshot_}, beside_);
+  overlay_ = StartedProgram::start({name, "--snapshot", folder_.snapshotPath().string()}, beside_);
   report_ = overlay_ ? "the overlay was started"
                      : "the overlay cannot be started: is " + name + " installed?";
 }
 
-void OverlayStart::step() {
+void OverlayStart::step(double now) {
+  if (!std::exchange(started_, true)) return start(now);
   if (opener_) {
-    const auto status = opener_->exitStatus();
-    if (!status) return;
-    opener_.reset();
-    if (*status == 0) {
-      report_ = "the overlay was started or pointed at this folder";
-    } else {
-      startDirectly();
-    }
+    if (const auto status = opener_->exitStatus()) openerEnded(*status);
   } else if (overlay_) {
-    const auto status = overlay_->exitStatus();
-    if (!status) return;
-    overlay_.reset();
-    report_ = "the overlay has ended (exit status " + std::to_string(*status) + ")";
+    if (const auto status = overlay_->exitStatus()) overlayEnded(*status, now);
+  } else if (pointed_ && saysStopped()) {
+    if (!stoppedSince_ || *stoppedSince_ > now) stoppedSince_ = now;
+    if (now - *stoppedSince_ < stoppedPatience) return;
+    stoppedSince_.reset();
+    pointed_ = false;
+    report_ = "the overlay has ended";
+    start(now);
+  } else {
+    stoppedSince_.reset();
   }
+}
+
+void OverlayStart::openerEnded(int status) {
+  opener_.reset();
+  pointed_ = status == 0;
+  if (pointed_) {
+    report_ = "the overlay was started or pointed at this folder";
+  } else {
+    startDirectly();
+  }
+}
+
+// One that ends by its own rule, as it does when it wakes from a suspend before this program, says
+// so in its status. One that a user asked to end, by a signal, does not.
+void OverlayStart::overlayEnded(int status, double now) {
+  overlay_.reset();
+  report_ = "the overlay has ended (exit status " + std::to_string(status) + ")";
+  displayGone_ = status == displayGoneStatus;
+  const bool asked =
+      status == 0 ? !saysStopped()
+                  : status == 128 + SIGTERM || status == 128 + SIGINT || status == 128 + SIGHUP;
+  if (!displayGone_ && !asked) start(now);
+}
+
+bool OverlayStart::saysStopped() const {
+  const auto status = folder_.status();
+  return status && status->stopped;
 }
 
 void OverlayStart::end() {

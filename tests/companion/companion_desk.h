@@ -33,7 +33,8 @@ class CompanionOnTheDesk : public Desk {
 
   void startCompanion(std::vector<std::string> options = {}) {
     options.insert(options.begin(), {VELLORA_COMPANION, songs, "--exchange", exchange});
-    companion = std::make_unique<Process>(std::move(options), folder / "companion.log");
+    companion =
+        std::make_unique<Process>(std::move(options), folder / "companion.log", environment);
   }
 
   struct Answer {

@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include "companion/companion_desk.h"
+#include "e2e/neighbours.h"
 
 namespace vellora::e2e {
 namespace {
@@ -31,8 +32,76 @@ class CompanionStartsTheOverlay : public CompanionOnTheDesk {
 TEST_F(CompanionStartsTheOverlay, WhereNoneRuns) {
   startCompanion({"--overlay"});
   EXPECT_TRUE(waitFor([&] { return following(); }));
-  EXPECT_TRUE(waitFor([&] { return said("the overlay was started or pointed at this folder"); }));
+  EXPECT_TRUE(waitFor([&] { return said("the overlay was started"); }));
   EXPECT_GT(ownerOfTheName(), 0);
+}
+
+TEST_F(CompanionStartsTheOverlay, AndEndsWithItWhenTheDisplayHasGone) {
+  startCompanion({"--overlay"});
+  ASSERT_TRUE(waitFor([&] { return following(); }));
+  kill(sessionPiece("xvfb"), SIGKILL);
+  EXPECT_TRUE(waitFor([&] { return !companion->running(); }));
+  EXPECT_EQ(companion->exitStatus(), 3);
+  EXPECT_TRUE(said("vellora-companion: the display is gone, and the overlay with it"));
+  EXPECT_EQ(ownerOfTheName(), 0);
+}
+
+// As after a suspend from which the overlay wakes first: its files are too old, so it ends.
+TEST_F(CompanionStartsTheOverlay, AgainWhenItHasEndedForWantOfFreshFiles) {
+  const OtherClock clock(folder);
+  environment = clock.environment();
+  startCompanion({"--overlay"});
+  ASSERT_TRUE(waitFor([&] { return following(); }));
+  const pid_t first = ownerOfTheName();
+  companion->signal(SIGSTOP);
+  clock.set(40);
+  ASSERT_TRUE(waitFor([&] { return status() && status()->stopped && ownerOfTheName() == 0; }));
+  companion->signal(SIGCONT);
+  const double woken = now();
+  EXPECT_TRUE(waitFor([&] { return following(); }));
+  std::cout << "captions again " << now() - woken << " s after the companion woke\n";
+  EXPECT_TRUE(waitFor([&] { return ownerOfTheName() > 0; }));
+  EXPECT_NE(ownerOfTheName(), first);
+}
+
+TEST_F(CompanionStartsTheOverlay, AgainOneThatItOnlyPointedWhenThatSaysThatItHasStopped) {
+  const OtherClock clock(folder);
+  environment = clock.environment();
+  startOverlay();
+  ASSERT_TRUE(waitFor([&] { return ownerOfTheName() == overlay->pid(); }));
+  startCompanion({"--overlay"});
+  ASSERT_TRUE(waitFor([&] { return following(); }));
+  ASSERT_TRUE(said("started or pointed at this folder"));
+  companion->signal(SIGSTOP);
+  clock.set(40);
+  ASSERT_TRUE(waitFor([&] { return !overlay->running(); }));
+  companion->signal(SIGCONT);
+  EXPECT_TRUE(waitFor([&] { return following() && ownerOfTheName() > 0; }));
+}
+
+TEST_F(CompanionStartsTheOverlay, AgainWhenItWasKilledButNotForEver) {
+  startCompanion({"--overlay"});
+  pid_t last = 0;
+  for (int i = 0; i < 5; ++i) {
+    ASSERT_TRUE(waitFor([&] { return ownerOfTheName() > 0 && ownerOfTheName() != last; })) << i;
+    last = ownerOfTheName();
+    kill(last, SIGKILL);
+  }
+  EXPECT_TRUE(waitFor([&] {
+    return said("the overlay has ended (exit status 137) too often to be started again");
+  }));
+  EXPECT_EQ(ownerOfTheName(), 0);
+  EXPECT_TRUE(companion->running());
+}
+
+TEST_F(CompanionStartsTheOverlay, NotAgainWhenAUserHasEndedIt) {
+  startCompanion({"--overlay"});
+  ASSERT_TRUE(waitFor([&] { return following(); }));
+  kill(ownerOfTheName(), SIGTERM);
+  EXPECT_TRUE(waitFor([&] { return said("the overlay has ended (exit status 0)"); }));
+  // Several steps of the companion later it is still so.
+  const double ended = now();
+  EXPECT_FALSE(waitFor([&] { return ownerOfTheName() > 0; }, 1.5)) << now() - ended << " s later";
 }
 
 TEST_F(CompanionStartsTheOverlay, OrPointsTheRunningOneAtItsFolder) {

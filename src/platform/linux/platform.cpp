@@ -2,6 +2,9 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -27,6 +30,32 @@ void tellThatThereIsNoDisplay() {
   std::fprintf(stderr, "Vellora: there is no display (%s), so no captions can be shown.\n",
                named ? "the one that DISPLAY names cannot be reached" : "DISPLAY is not set");
 }
+
+// The program's exit status then; the manual page tells of it.
+constexpr int displayGone = 3;
+
+// Ends the program when its X server has gone: it could show nothing any more, and must not stand
+// in the way of the next session's. The buses take back what it has there.
+class DisplayWatch final : public XEventListener {
+ public:
+  explicit DisplayWatch(std::shared_ptr<XSession> session) : session_(std::move(session)) {
+    session_->addListener(*this);
+  }
+  ~DisplayWatch() override { session_->removeListener(*this); }
+  DisplayWatch(const DisplayWatch&) = delete;
+  DisplayWatch& operator=(const DisplayWatch&) = delete;
+
+  void handleEvent(const xcb_generic_event_t&) override {}
+  void sessionLost() override {
+    std::fputs("Vellora: the display is gone, so the program ends.\n", stderr);
+    std::cout.flush();
+    std::fflush(nullptr);
+    std::_Exit(displayGone);
+  }
+
+ private:
+  std::shared_ptr<XSession> session_;
+};
 
 std::vector<PlayerDescriptionPtr> readPlayers() {
   DescriptionList list = readDescriptions(descriptionFolders());
@@ -61,7 +90,11 @@ class LinuxPlatform final : public Platform {
   // The overlay asks for it once, at its launch. What draws into a file or only reads never does,
   // and needs no display.
   std::unique_ptr<StatusItem> makeStatusItem() override {
-    if (!session()->present()) tellThatThereIsNoDisplay();
+    if (session()->present()) {
+      displayWatch_.emplace(session());
+    } else {
+      tellThatThereIsNoDisplay();
+    }
     return makeNotifierItem();
   }
 
@@ -74,6 +107,7 @@ class LinuxPlatform final : public Platform {
 
   std::unique_ptr<Application> application_;
   std::shared_ptr<XSession> session_;
+  std::optional<DisplayWatch> displayWatch_;
   const std::shared_ptr<PlayerWindows> playerWindows_ = std::make_shared<PlayerWindows>();
 };
 

@@ -1,6 +1,6 @@
-// vellora-open URL…: hands URLs, unchanged, to the running overlay over the session bus, and starts
-// an overlay first where none runs. Exit status 0: handed over; 1: could not be; 2: wrong
-// arguments.
+// vellora-open [--running] URL…: hands URLs, unchanged, to the running overlay over the session
+// bus, and starts an overlay first where none runs, unless told not to. Exit status 0: handed over;
+// 1: could not be; 2: wrong arguments.
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -25,8 +25,9 @@ constexpr int answerMilliseconds = 5'000;
 enum ExitStatus { handedOver = 0, failed = 1, wrongArguments = 2 };
 
 constexpr const char* usage =
-    "usage: vellora-open URL...\n\n"
-    "Hands each URL to the running Vellora, which is started first where none runs.\n";
+    "usage: vellora-open [--running] URL...\n\n"
+    "Hands each URL to the running Vellora, which is started first where none runs.\n"
+    "  --running  where none runs, starts none and fails\n";
 
 int fail(ExitStatus status, const std::string& reason) {
   std::fprintf(stderr, "vellora-open: %s\n", reason.c_str());
@@ -34,7 +35,7 @@ int fail(ExitStatus status, const std::string& reason) {
 }
 
 int failUsage(const std::string& reason) {
-  return fail(wrongArguments, reason + " (usage: vellora-open URL...)");
+  return fail(wrongArguments, reason + " (usage: vellora-open [--running] URL...)");
 }
 
 // What became of a call to the overlay.
@@ -104,12 +105,13 @@ bool waitForOverlay(GDBusConnection* bus) {
   return wait.there;
 }
 
-int open(const std::vector<std::string>& urls) {
+int open(const std::vector<std::string>& urls, bool mayStart) {
   const auto bus = connectToSessionBus();
   if (!bus)
     return fail(failed, "there is no session bus that answers, over which to reach Vellora");
   auto answer = callOpen(bus.get(), urls);
   if (answer.nobodyThere) {
+    if (!mayStart) return fail(failed, "no Vellora runs");
     std::string reason;
     if (!startOverlay(reason)) return fail(failed, "Vellora cannot be started: " + reason);
     if (!waitForOverlay(bus.get())) {
@@ -126,7 +128,9 @@ bool hasScheme(const std::string& text) {
   return GCharPtr(g_uri_parse_scheme(text.c_str())) != nullptr;
 }
 
-int run(const std::vector<std::string>& arguments) {
+int run(std::vector<std::string> arguments) {
+  const bool mayStart = arguments.empty() || arguments[0] != "--running";
+  if (!mayStart) arguments.erase(arguments.begin());
   if (arguments.empty()) return failUsage("no URL is given");
   if (arguments[0] == "--help" || arguments[0] == "-h") {
     std::fputs(usage, stdout);
@@ -140,7 +144,7 @@ int run(const std::vector<std::string>& arguments) {
     // What a URL's scheme means, and whether it is accepted, is the overlay's affair.
     if (!hasScheme(url)) return failUsage(inQuotes(url) + " is no URL: it has no scheme");
   }
-  return open(arguments);
+  return open(arguments, mayStart);
 }
 
 }  // namespace

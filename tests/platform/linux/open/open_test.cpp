@@ -132,6 +132,17 @@ TEST_F(OpenTest, StartsTheOverlayInPathWhereNoneLiesBesideIt) {
   EXPECT_THAT(logToItsEnd(), ElementsAre("started", url, "end"));
 }
 
+TEST_F(OpenTest, StartsNoneWhereItIsToldNotTo) {
+  installOverlay(folder / "beside");
+  const auto nobody = runProgram({helper, "--running", url});
+  EXPECT_EQ(nobody.status, 1);
+  EXPECT_EQ(nobody.errors, "vellora-open: no Vellora runs\n");
+  EXPECT_THAT(log(), IsEmpty());
+  startOverlay();
+  EXPECT_EQ(runProgram({helper, "--running", url}).status, 0);
+  EXPECT_THAT(logToItsEnd(), ElementsAre("started", url, "end"));
+}
+
 TEST_F(OpenTest, SaysThatTheOverlayCannotBeStarted) {
   g_setenv("PATH", (folder / "empty").c_str(), TRUE);
   const auto outcome = runProgram({helper, url});
@@ -179,7 +190,7 @@ TEST_F(OpenTest, SaysOfWhatHasNoSchemeThatItIsNoUrlAndHandsNothingOver) {
       EXPECT_EQ(outcome.output, "") << word;
       EXPECT_EQ(outcome.errors,
                 "vellora-open: \"" + word +
-                    "\" is no URL: it has no scheme (usage: vellora-open URL...)\n");
+                    "\" is no URL: it has no scheme (usage: vellora-open [--running] URL...)\n");
     }
   }
   EXPECT_THAT(log(), IsEmpty());  // no overlay was started
@@ -197,10 +208,11 @@ TEST_F(OpenTest, WhatIsToldCannotSteerATerminal) {
 TEST_F(OpenTest, ExplainsItselfWithoutAUrl) {
   const auto nothing = runProgram({helper});
   EXPECT_EQ(nothing.status, 2);
-  EXPECT_EQ(nothing.errors, "vellora-open: no URL is given (usage: vellora-open URL...)\n");
+  EXPECT_EQ(nothing.errors,
+            "vellora-open: no URL is given (usage: vellora-open [--running] URL...)\n");
   const auto asked = runProgram({helper, "--help"});
   EXPECT_EQ(asked.status, 0);
-  EXPECT_THAT(asked.output, HasSubstr("usage: vellora-open URL..."));
+  EXPECT_THAT(asked.output, HasSubstr("usage: vellora-open [--running] URL..."));
 }
 
 TEST_F(OpenTest, RefusesWhatIsNotUtf8) {
