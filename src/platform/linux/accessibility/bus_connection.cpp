@@ -47,8 +47,8 @@ BusMessagePtr BusConnection::newCall(const std::string& destination, const std::
 }
 
 void BusConnection::send(BusMessagePtr call, ReplyHandler handler) {
-  std::string peer;
-  if (call) peer = sd_bus_message_get_destination(call.get());
+  const char* const destination = call ? sd_bus_message_get_destination(call.get()) : nullptr;
+  std::string peer = destination != nullptr ? destination : "";
   waiting_.push_back({this, std::move(peer), std::move(call), std::move(handler), {}, {}, false});
 }
 

@@ -34,6 +34,11 @@ std::vector<xcb_rectangle_t> xcbRectangles(const std::vector<PixelRect>& rects) 
   return result;
 }
 
+bool isGranted(xcb_connection_t* connection, xcb_void_cookie_t request) {
+  const XcbReply<xcb_generic_error_t> refusal(xcb_request_check(connection, request));
+  return !refusal;
+}
+
 }  // namespace
 
 PixelRect nearestPixels(const Rect& pixels) {
@@ -62,8 +67,9 @@ PanelWindow::PanelWindow(std::shared_ptr<XSession> session) : session_(std::move
       1,
       XCB_EVENT_MASK_EXPOSURE | XCB_EVENT_MASK_STRUCTURE_NOTIFY,
       colormap_};
-  xcb_create_window(c, depth_, window_, session_->root(), 0, 0, 1, 1, 0,
-                    XCB_WINDOW_CLASS_INPUT_OUTPUT, visual_->visual_id, mask, values.data());
+  made_ = isGranted(c, xcb_create_window_checked(c, depth_, window_, session_->root(), 0, 0, 1, 1,
+                                                 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                                                 visual_->visual_id, mask, values.data()));
 }
 
 PanelWindow::~PanelWindow() {
@@ -127,7 +133,10 @@ void PanelWindow::place(const PixelRect& frame) {
   xcb_configure_window(session_->connection(), window_, mask, values.data());
 }
 
-void PanelWindow::map() { xcb_map_window(session_->connection(), window_); }
+bool PanelWindow::map() {
+  xcb_connection_t* const c = session_->connection();
+  return isGranted(c, xcb_map_window_checked(c, window_));
+}
 
 void PanelWindow::unmap() { xcb_unmap_window(session_->connection(), window_); }
 

@@ -29,8 +29,8 @@ PixelRect nearestPixels(const Rect& pixels);
 
 // The overlay's window on the server: outside the window manager's care, without a background and
 // without a border, with an alpha channel where the screen has a visual for it. Unmapped at first.
-// Destroyed with this object. Every operation is a request that the server answers on its own time.
-// Main thread; the session must be present when it is made.
+// Destroyed with this object. Every operation but making and mapping it is a request that the
+// server answers on its own time. Main thread; the session must be present when it is made.
 class PanelWindow {
  public:
   explicit PanelWindow(std::shared_ptr<XSession> session);
@@ -38,6 +38,8 @@ class PanelWindow {
   PanelWindow(const PanelWindow&) = delete;
   PanelWindow& operator=(const PanelWindow&) = delete;
 
+  // Whether the server has made the window; there is nothing to be done with one that is not.
+  bool isMade() const { return made_; }
   xcb_window_t id() const { return window_; }
   xcb_visualtype_t* visual() const { return visual_; }
   bool hasAlpha() const { return depth_ == 32; }
@@ -47,7 +49,8 @@ class PanelWindow {
   void applySettings();
 
   void place(const PixelRect& frame);
-  void map();
+  // False where the server refuses.
+  bool map();
   void unmap();
   void lower();
   void raiseAbove(xcb_window_t sibling);
@@ -71,6 +74,7 @@ class PanelWindow {
   std::uint8_t depth_ = 0;
   xcb_colormap_t colormap_ = XCB_NONE;
   xcb_window_t window_ = XCB_WINDOW_NONE;
+  bool made_ = false;
 };
 
 }  // namespace vellora

@@ -50,6 +50,10 @@ std::optional<WindowProgram> WindowProgramQuestion::take() {
                        .identifier = bundleIdentifierOf(gtkId, classes)};
 }
 
+bool WindowProgramQuestion::failed() const {
+  return process_.failed() || machine_.failed() || gtkApplicationId_.failed() || wmClass_.failed();
+}
+
 std::optional<std::string> bundleIdentifierOf(std::string_view gtkApplicationId,
                                               std::string_view wmClass) {
   for (const std::string_view part :

@@ -31,6 +31,8 @@ class WindowProgramQuestion {
 
   // Nothing when the window is gone or names no process of this host. Once.
   std::optional<WindowProgram> take();
+  // Whether any of the properties could not be read, once they are taken.
+  bool failed() const;
 
  private:
   PropertyQuestion process_;

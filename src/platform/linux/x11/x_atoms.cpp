@@ -43,8 +43,14 @@ XAtoms internAtoms(xcb_connection_t* connection, int screenNumber) {
         xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data()));
   }
   for (std::size_t i = 0; i < names.size(); ++i) {
-    const XcbReply<xcb_intern_atom_reply_t> reply(
-        xcb_intern_atom_reply(connection, cookies[i], nullptr));
+    XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookies[i], nullptr));
+    // They are asked for once in a program's life: a question that failed gets a second chance.
+    if (!reply) {
+      const std::string& name = names[i].second;
+      const auto again =
+          xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+      reply.reset(xcb_intern_atom_reply(connection, again, nullptr));
+    }
     if (reply) *names[i].first = reply->atom;
   }
   return atoms;

@@ -67,6 +67,7 @@ void XPanel::configure(NativeView& content) {
 void XPanel::makeWindow() {
   if (!compositor_) compositor_.emplace(*session_, session_->atoms().compositorOwner);
   window_ = std::make_unique<PanelWindow>(session_);
+  if (!window_->isMade()) return dropWindow();
   window_->lower();
   window_->applySettings();
   wanted_ = {};
@@ -118,10 +119,11 @@ void XPanel::orderFrontRegardless() {
 // when the window that it was to lie above is gone by then.
 void XPanel::show() {
   if (!window_) makeWindow();
+  if (!window_) return;  // the next call tries again
   guard_.reset();
   topLevels_.watch(true);
   takePlace();
-  window_->map();
+  if (!window_->map()) return dropWindow();
   topLevels_.noteMapped(window_->id());
   presenter_.invalidate();
   displayNow();

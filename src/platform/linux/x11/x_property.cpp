@@ -23,11 +23,15 @@ bool PropertyQuestion::hasArrived() {
 }
 
 XcbReply<xcb_get_property_reply_t> PropertyQuestion::take() {
-  if (arrived_) return std::move(reply_);
+  if (arrived_) {
+    failed_ = !reply_;
+    return std::move(reply_);
+  }
   // Without a place for it, an error would come back as an event; the reply says enough.
   xcb_generic_error_t* error = nullptr;
   XcbReply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie_, &error));
   const XcbReply<xcb_generic_error_t> taken(error);
+  failed_ = !reply;
   return reply;
 }
 

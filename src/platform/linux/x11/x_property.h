@@ -27,6 +27,8 @@ class PropertyQuestion {
   std::vector<std::uint32_t> takeNumbers();
   // Bytes; nothing when the property is not there or of another width.
   std::optional<std::string> takeBytes();
+  // Whether the server gave no answer, or an error, to the question that has been taken.
+  bool failed() const { return failed_; }
 
  private:
   XcbReply<xcb_get_property_reply_t> take();
@@ -34,6 +36,7 @@ class PropertyQuestion {
   xcb_connection_t* connection_;
   xcb_get_property_cookie_t cookie_;
   bool arrived_ = false;
+  bool failed_ = false;
   XcbReply<xcb_get_property_reply_t> reply_;  // once it has arrived
 };
 

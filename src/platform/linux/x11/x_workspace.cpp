@@ -67,8 +67,8 @@ void XWorkspace::lookForAnswers() {
 void XWorkspace::readFrontmost() {
   frontmostKnown_ = true;
   xcb_connection_t* const c = session_->connection();
-  const auto active =
-      PropertyQuestion(c, session_->root(), session_->atoms().netActiveWindow).takeNumbers();
+  PropertyQuestion activeQuestion(c, session_->root(), session_->atoms().netActiveWindow);
+  const auto active = activeQuestion.takeNumbers();
   constexpr xcb_window_t none = XCB_WINDOW_NONE;
   const xcb_window_t window = active.empty() ? none : active[0];
   if (window != activeWindow_) {
@@ -81,6 +81,8 @@ void XWorkspace::readFrontmost() {
   activeWindow_ = window;
   frontmost_.reset();
   frontPlayer_.reset();
+  // What the server did not tell is asked again at the next look.
+  if (activeQuestion.failed()) frontmostKnown_ = false;
   if (window == XCB_WINDOW_NONE || window == session_->root()) return;
   // Before the questions, so that no change falls between them and the first notice.
   const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
@@ -89,6 +91,7 @@ void XWorkspace::readFrontmost() {
   WindowProgramQuestion question(*session_, window);
   const bool isSeen = !isMinimised(states.takeNumbers(), session_->atoms());
   const auto program = question.take();
+  if (states.failed() || question.failed()) frontmostKnown_ = false;
   if (program && isSeen) setFrontmost(*program);
 }
 
