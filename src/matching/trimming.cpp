@@ -1,6 +1,5 @@
 #include "matching/trimming.h"
 
-#include <algorithm>
 #include <array>
 
 #include "base/utf8.h"
@@ -15,7 +14,7 @@ struct Range {
 };
 
 // Zs, the line and paragraph separators, the controls that end lines or tabulate, and U+200B, which
-// the player's platform counts in.
+// the player's platform counts in. In ascending order.
 constexpr std::array<Range, 10> whitespace = {{{0x9, 0xD},
                                                {0x20, 0x20},
                                                {0x85, 0x85},
@@ -27,24 +26,41 @@ constexpr std::array<Range, 10> whitespace = {{{0x9, 0xD},
                                                {0x205F, 0x205F},
                                                {0x3000, 0x3000}}};
 
+// Where the last character of a text begins, unless that is ill-formed: no other byte of UTF-8 than
+// a character's later ones looks like one of these.
+std::size_t lastCharacter(std::string_view text) {
+  constexpr std::size_t longest = 4;
+  std::size_t at = text.size() - 1;
+  while (at > 0 && text.size() - at < longest &&
+         (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U) {
+    --at;
+  }
+  return at;
+}
+
 }  // namespace
 
 bool OverlayMatching::isWhitespaceOrNewline(char32_t character) {
-  return std::ranges::any_of(whitespace, [character](const Range& range) {
-    return character >= range.first && character <= range.last;
-  });
+  for (const Range& range : whitespace) {
+    if (character <= range.last) return character >= range.first;
+  }
+  return false;
 }
 
+// From both ends inwards: what stands between is not looked at, however long it is.
 std::string_view OverlayMatching::trimmed(std::string_view text) {
-  std::size_t begin = text.size();
-  std::size_t end = 0;
-  for (std::size_t at = 0; at < text.size();) {
-    const std::size_t here = at;
-    if (isWhitespaceOrNewline(nextCharacter(text, at))) continue;
-    if (end == 0) begin = here;
-    end = at;
+  while (!text.empty()) {
+    std::size_t length = 0;
+    if (!isWhitespaceOrNewline(nextCharacter(text, length))) break;
+    text.remove_prefix(length);
   }
-  return end == 0 ? std::string_view() : text.substr(begin, end - begin);
+  while (!text.empty()) {
+    const std::size_t last = lastCharacter(text);
+    std::size_t end = last;
+    if (!isWhitespaceOrNewline(nextCharacter(text, end)) || end != text.size()) break;
+    text.remove_suffix(text.size() - last);
+  }
+  return text;
 }
 
 }  // namespace vellora
