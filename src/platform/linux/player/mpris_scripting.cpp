@@ -1,6 +1,5 @@
 #include "platform/linux/player/mpris_scripting.h"
 
-#include <chrono>
 #include <optional>
 #include <string>
 
@@ -10,8 +9,6 @@
 
 namespace vellora {
 namespace {
-
-constexpr std::chrono::milliseconds patience{250};
 
 ScriptOutcome replied(std::string reply) {
   return {.created = true, .reply = std::move(reply), .errorDescription = {}};
@@ -31,7 +28,7 @@ ScriptOutcome withoutPlayer(const ScriptRequest& request) {
 }  // namespace
 
 ScriptOutcome MprisScripting::run(const ScriptRequest& request) {
-  const Deadline deadline(patience);
+  const Deadline deadline(patience_);
   if (!bus_) {
     bus_ = connectToSessionBus();
     if (!bus_) return withoutPlayer(request);

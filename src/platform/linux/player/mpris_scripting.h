@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <utility>
 
@@ -10,21 +11,25 @@
 namespace vellora {
 
 // Carries out the requests over MPRIS (MPRIS D-Bus Interface Specification 2.2) with the meaning
-// and the replies of the scripts, giving up on a player 250 ms after a request began: then there is
-// an error's description and no reply, and so there is at once for further requests until that
-// player answers again. The player is the one whose DesktopEntry is "com.apple.Music"; else one of
-// the process that a player's window is of. Where there is none, nothing plays, and a command
-// fails: a player is never started for one. Main thread.
+// and the replies of the scripts, giving up on a player when its patience is over, from a request's
+// beginning: then there is an error's description and no reply, and so there is at once for further
+// requests until that player answers again. The player is the one whose DesktopEntry is
+// "com.apple.Music"; else one of the process that a player's window is of. Where there is none,
+// nothing plays, and a command fails: a player is never started for one. Main thread.
 class MprisScripting : public MusicScripting {
  public:
+  static constexpr std::chrono::milliseconds defaultPatience{250};
+
   // `windows` are those of players; null: none.
-  explicit MprisScripting(std::shared_ptr<const PlayerWindows> windows = nullptr)
-      : windows_(std::move(windows)) {}
+  explicit MprisScripting(std::shared_ptr<const PlayerWindows> windows = nullptr,
+                          std::chrono::milliseconds patience = defaultPatience)
+      : windows_(std::move(windows)), patience_(patience) {}
 
   ScriptOutcome run(const ScriptRequest& request) override;
 
  private:
   const std::shared_ptr<const PlayerWindows> windows_;
+  const std::chrono::milliseconds patience_;
   SessionBus bus_;
   std::unique_ptr<PlayerDirectory> directory_;
   std::unique_ptr<SilentPlayer> silent_;

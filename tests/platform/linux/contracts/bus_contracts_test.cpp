@@ -1,3 +1,4 @@
+#include <chrono>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "contracts/system_subjects.h"
 #include "platform/linux/open/open_interface.h"
 #include "platform/linux/player/fake_player.h"
+#include "platform/linux/player/mpris_scripting.h"
 #include "platform/linux/tray/tray_host.h"
 
 namespace vellora {
@@ -135,7 +137,7 @@ class LinuxMusicScripting final : public MusicScriptingSubject {
     setup.refused = {"Next"};
     player_ = std::make_unique<FakePlayer>(setup);
   }
-  MusicScripting& scripting() override { return *scripting_; }
+  MusicScripting& scripting() override { return scripting_; }
   ScriptRequest answeredRequest() override { return {}; }
   std::string answer() override { return "Sakura|Choir|Spring|0|playing"; }
   ScriptRequest refusedRequest() override {
@@ -148,8 +150,7 @@ class LinuxMusicScripting final : public MusicScriptingSubject {
  private:
   PrivateBus bus_;
   std::unique_ptr<FakePlayer> player_;
-  const std::unique_ptr<Platform> platform_ = makePlatform();
-  const std::unique_ptr<MusicScripting> scripting_ = platform_->makeMusicScripting();
+  MprisScripting scripting_{nullptr, std::chrono::seconds(20)};
 };
 
 INSTANTIATE_TEST_SUITE_P(LinuxWithoutDisplayOrBus, PlatformContract,

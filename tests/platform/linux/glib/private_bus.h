@@ -41,7 +41,7 @@ inline void leaveSessionBus() {
 
 // Runs the main thread's event loop until `condition` holds; false when it does not within
 // `seconds`.
-inline bool runLoopUntil(const std::function<bool()>& condition, double seconds = 5) {
+inline bool runLoopUntil(const std::function<bool()>& condition, double seconds = 20) {
   const auto end = g_get_monotonic_time() + static_cast<gint64>(seconds * 1e6);
   const GSourcePtr alarm(g_timeout_source_new(5));
   g_source_set_callback(

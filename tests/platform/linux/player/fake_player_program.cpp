@@ -204,6 +204,17 @@ class Service {
     if (name == "SetPosition" && self.current() != nullptr && self.current()->id == id) {
       self.setup_.position = position;
     }
+    if (name == "SetPosition" && self.setup_.seeksAfter > 0) {
+      g_timeout_add(
+          self.setup_.seeksAfter,
+          [](gpointer call) -> gboolean {
+            g_dbus_method_invocation_return_value(static_cast<GDBusMethodInvocation*>(call),
+                                                  nullptr);
+            return G_SOURCE_REMOVE;
+          },
+          invocation);
+      return;
+    }
     g_dbus_method_invocation_return_value(invocation, nullptr);
     if (name == "GoTo") self.goTo(id);
   }

@@ -7,7 +7,7 @@
 namespace vellora {
 namespace {
 
-constexpr const char* form = "(smssxa(ssass)tbubasasas)";
+constexpr const char* form = "(smssxa(ssass)tbubuasasas)";
 
 template <typename Texts>
 GVariant* list(const Texts& texts) {
@@ -37,11 +37,11 @@ std::string argumentText(const FakePlayerSetup& setup) {
                           list(track.artists), track.album.c_str());
   }
   const auto value = ownVariant(g_variant_new(
-      "(smssxa(ssass)tbub@as@as@as)", setup.busName.c_str(),
+      "(smssxa(ssass)tbubu@as@as@as)", setup.busName.c_str(),
       setup.desktopEntry ? setup.desktopEntry->c_str() : nullptr, setup.status.c_str(),
       static_cast<gint64>(setup.position), &tracks, static_cast<guint64>(setup.current),
       setup.trackList ? TRUE : FALSE, setup.changesAfter, setup.changes ? TRUE : FALSE,
-      list(setup.mute), list(setup.refused), list(setup.deadly)));
+      setup.seeksAfter, list(setup.mute), list(setup.refused), list(setup.deadly)));
   return GCharPtr(g_variant_print(value.get(), FALSE)).get();
 }
 
@@ -54,9 +54,9 @@ FakePlayerSetup fakePlayerSetup(const std::string& argument) {
   guint64 current = 0;
   gboolean trackList = FALSE, changes = FALSE;
   GVariantIter *tracks = nullptr, *mute = nullptr, *refused = nullptr, *deadly = nullptr;
-  g_variant_get(value.get(), "(&sm&s&sxa(ssass)tbubasasas)", &busName, &desktopEntry, &status,
-                &position, &tracks, &current, &trackList, &setup.changesAfter, &changes, &mute,
-                &refused, &deadly);
+  g_variant_get(value.get(), "(&sm&s&sxa(ssass)tbubuasasas)", &busName, &desktopEntry, &status,
+                &position, &tracks, &current, &trackList, &setup.changesAfter, &changes,
+                &setup.seeksAfter, &mute, &refused, &deadly);
   setup.busName = busName;
   setup.desktopEntry.reset();
   if (desktopEntry != nullptr) setup.desktopEntry = desktopEntry;

@@ -26,6 +26,7 @@ struct FakePlayerSetup {
   bool trackList = true;           // whether the TrackList interface is there
   std::uint32_t changesAfter = 0;  // milliseconds from GoTo's answer until the track changes
   bool changes = true;             // whether GoTo changes the track at all
+  std::uint32_t seeksAfter = 0;    // milliseconds until SetPosition is answered
   std::set<std::string> mute;      // methods that are never answered
   std::set<std::string> refused;   // methods that are answered with an error
   std::set<std::string> deadly;    // methods whose call ends the player's process

@@ -61,13 +61,11 @@ TEST_F(MprisPlayTest, PlaySetsThePositionOnceTheTrackHasChanged) {
   }
 }
 
-TEST_F(MprisPlayTest, PlayFailsWhenTheTrackDoesNotChangeInTime) {
+TEST_F(MprisSilenceTest, PlayFailsWhenTheTrackDoesNotChangeInTime) {
   auto setup = playing(0);
   setup.changes = false;
   FakePlayer player(setup);
-  const auto started = std::chrono::steady_clock::now();
   expectError(command(Action::play, 1, "Sakura", "Choir"), "did not change to the track in time");
-  EXPECT_LT(std::chrono::steady_clock::now() - started, longest);
 }
 
 // Data folders of the user in which one program handles URLs of the scheme "music". GLib looks for
@@ -96,7 +94,7 @@ class MusicHandler : public ::testing::Environment {
 // Whatever stands for xdg-open in PATH; it leaves what it was given in a file.
 class SearchTest : public MprisTest {
  protected:
-  SearchTest() {
+  explicit SearchTest(std::chrono::milliseconds patience = longest) : MprisTest(patience) {
     char pattern[] = "/tmp/vellora-search-XXXXXX";
     folder = ::mkdtemp(pattern);
     path = g_getenv("PATH");
@@ -147,11 +145,15 @@ TEST_F(SearchTest, PlayerWithoutATrackListIsSearched) {
 }
 
 TEST_F(SearchTest, SlowHandlerIsNotWaitedFor) {
-  installOpener("exec sleep 2");
+  // It is done only when it has seen that the reply was there; it gives up after a while.
+  installOpener("cd \"" + folder.string() +
+                "\"; for i in $(seq 400); do [ ! -e replied ] || exec touch opened; "
+                "sleep 0.05; done");
   FakePlayer player(playing(0));
-  const auto started = std::chrono::steady_clock::now();
   expectReply(command(Action::play, 0, "Nothing", "Nobody"), "searched");
-  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(1));
+  std::ofstream(folder / "replied") << "yes";
+  EXPECT_TRUE(
+      runLoopUntil([&] { return std::filesystem::exists(folder / "opened"); }, longest.count()));
 }
 
 TEST_F(SearchTest, OpenerThatCannotBeStartedIsAnError) {
@@ -173,7 +175,12 @@ TEST_F(SearchTest, OpenerIsNotStartedForASchemeThatNothingHandles) {
   EXPECT_EQ(opened(), "music:second\n");
 }
 
-TEST_F(SearchTest, HungTrackListIsAnErrorAndNoSearch) {
+class SearchSilenceTest : public SearchTest {
+ protected:
+  SearchSilenceTest() : SearchTest(brief) {}
+};
+
+TEST_F(SearchSilenceTest, HungTrackListIsAnErrorAndNoSearch) {
   installOpener("echo \"$1\" >>\"" + (folder / "opened").string() + "\"");
   auto setup = playing(0);
   setup.mute = {"GetTracksMetadata"};

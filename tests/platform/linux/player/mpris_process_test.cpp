@@ -54,6 +54,8 @@ const std::string second = "Sakura|Choir|Spring|0|";
 
 class MprisProcessTest : public MprisTest {
  protected:
+  explicit MprisProcessTest(std::chrono::milliseconds patience = longest) : MprisTest(patience) {}
+
   void bringToFront(pid_t process) {
     windows->bringToFront({.process = process, .descriptions = {}, .clientArea = {}, .scale = 1});
   }
@@ -134,17 +136,20 @@ TEST_F(MprisProcessTest, AnOwnerIsAskedForItsProcessAnewWhenTheNameChangesHands)
   expectReply(ask(), second + "playing");
 }
 
-TEST_F(MprisProcessTest, OneOfSeveralThatHangsCostsOneRequest) {
+class MprisProcessSilenceTest : public MprisProcessTest {
+ protected:
+  MprisProcessSilenceTest() : MprisProcessTest(brief) {}
+};
+
+TEST_F(MprisProcessSilenceTest, OneOfSeveralThatHangsCostsOneRequest) {
   FakePlayer hung(nameless("aaa", 0));
   FakePlayer player(nameless("bbb", 1));
   bringToFront(::getpid());
-  expectReply(ask(), first + "playing");
+  EXPECT_TRUE(hears(first + "playing"));
   hung.stop();
   expectError(ask(), "in time");
   expectError(ask(), "in time");  // asked for its desktop entry, and for its status
-  const auto started = std::chrono::steady_clock::now();
   for (int i = 0; i < 5; ++i) expectReply(ask(), second + "playing");
-  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::milliseconds(240));
   hung.wake();
 }
 
