@@ -236,8 +236,10 @@ TEST_F(DescribedPlayersTest, AWindowManagersFrameIsNotPartOfTheArea) {
 
 TEST_F(DescribedPlayersTest, NothingIsAskedWhileNothingMoves) {
   const auto window = makeProgram(7, "a\0Navigator\0"s, {10, 20, 300, 200});
-  list({window});
+  const auto other = makeProgram(8, "a\0Jukebox\0"s);
   setActive(window);
+  list({window, other});
+  ASSERT_TRUE(becomeKnown({7, 8}));  // no answer is under way any more
   const auto requests = [&] {
     const unsigned before = xcb_no_operation(session->connection()).sequence;
     EXPECT_EQ(frontIdentifier(), "com.apple.Music");
