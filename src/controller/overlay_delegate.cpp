@@ -31,6 +31,12 @@ OverlayDelegate::OverlayDelegate(std::optional<std::filesystem::path> snapshotLo
 OverlayDelegate::~OverlayDelegate() = default;
 
 void OverlayDelegate::tick() {
+  if (std::exchange(ticking_, true)) return;
+  decide();
+  ticking_ = false;
+}
+
+void OverlayDelegate::decide() {
   const bool syncing = syncRequested();
   if (syncing) {
     performPendingCommand();

@@ -76,7 +76,8 @@ class OverlayDelegate final : public ApplicationDelegate,
   std::optional<std::filesystem::path> directory() const;
   std::optional<std::filesystem::path> statusURL() const;
 
-  // One step of the overlay. Waits for the player's answer to a script, never for its window.
+  // One step of the overlay. Waits for the player's answer to a script, never for its window. Where
+  // a system lets the event loop go on meanwhile, a tick within a tick does nothing.
   void tick();
 
   // Whether Tessaly wants to be told what is playing.
@@ -110,6 +111,8 @@ class OverlayDelegate final : public ApplicationDelegate,
   void configurePanel();
 
  private:
+  // What a tick does.
+  void decide();
   // Null unless the file holds one that is usable now.
   std::shared_ptr<const OverlaySnapshot> usableSnapshot();
   void startReading(std::shared_ptr<const RunningApplication> music,
@@ -117,6 +120,7 @@ class OverlayDelegate final : public ApplicationDelegate,
   void finishReading(const std::optional<MusicLayout>& layout, const OverlaySnapshot& snapshot);
   void addStatusItem();
 
+  bool ticking_ = false;
   RecordReader<SyncRequest> syncRequestReader_;
   RecordReader<MusicCommand> commandReader_;
   RecordReader<OverlaySnapshot> snapshotReader_;

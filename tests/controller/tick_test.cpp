@@ -260,5 +260,38 @@ TEST_F(TickTest, TheSnapshotAndTheRequestAreReadAfreshAtEveryTick) {
   EXPECT_EQ(statusFile(), StatusFiles::ready);
 }
 
+// A system may run the event loop while a script waits for the player: the timer fires, a URL
+// comes.
+TEST_F(TickTest, ATickThatComesWhileAScriptWaitsDoesNotNest) {
+  writeSync();
+  writeCommand();
+  int inside = 0;
+  platform.scripting->onRun = [&](const ScriptRequest&) {
+    if (++inside > 1) return;
+    writeCommand();
+    platform.clock->advance(0.6);  // so that it would publish, too
+    controller->tick();
+    EXPECT_TRUE(exists("command.json"));
+  };
+  controller->tick();
+  EXPECT_EQ(inside, 2) << "the command, and what plays";
+  EXPECT_TRUE(exists("command.json"));
+  controller->tick();
+  EXPECT_FALSE(exists("command.json")) << "the next tick takes it in";
+}
+
+TEST_F(TickTest, AUrlThatComesWhileAScriptWaitsIsTakenInByTheNextTick) {
+  writeSync();
+  const auto other = makeVelloraFolder("other") / "snapshot.json";
+  platform.scripting->onRun = [&](const ScriptRequest&) {
+    controller->applicationOpen({"tessaly-overlay://x?snapshot=" + other.string()});
+    EXPECT_FALSE(std::filesystem::exists(other.parent_path() / "status.json"));
+  };
+  controller->tick();
+  EXPECT_EQ(platform.scripting->requests.size(), 1u);
+  controller->tick();
+  EXPECT_TRUE(std::filesystem::exists(other.parent_path() / "status.json"));
+}
+
 }  // namespace
 }  // namespace vellora
