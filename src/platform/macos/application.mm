@@ -31,6 +31,11 @@
   if (const auto delegate = _delegate.lock()) delegate->applicationOpen(texts);
 }
 
+// Nothing is restored; the system complains of a program that does not say so.
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)__unused application {
+  return YES;
+}
+
 @end
 
 namespace vellora {

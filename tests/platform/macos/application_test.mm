@@ -15,6 +15,14 @@ TEST(ApplicationTest, IsNoProgramOfTheDock) {
   EXPECT_EQ(NSApp.activationPolicy, NSApplicationActivationPolicyAccessory);
 }
 
+TEST(ApplicationTest, RestoresItsStateSecurelyOnly) {
+  const auto application = makeAppKitApplication();
+  application->setDelegate({});
+  const id<NSApplicationDelegate> delegate = NSApp.delegate;
+  ASSERT_TRUE([delegate respondsToSelector:@selector(applicationSupportsSecureRestorableState:)]);
+  EXPECT_TRUE([delegate applicationSupportsSecureRestorableState:NSApp]);
+}
+
 TEST(ApplicationTest, AQueueHasItsLabelAndIsUrgent) {
   const auto queue = makeAppKitApplication()->makeSerialQueue("Vellora.test");
   const auto found = std::make_shared<std::promise<std::string>>();
