@@ -73,7 +73,7 @@ TEST_F(CompanionOnTheDesk, AtItsEndNothingGoesOn) {
   startOverlay();
   ASSERT_TRUE(waitFor([&] { return following(); }));
   companion->signal(SIGTERM);
-  ASSERT_TRUE(waitFor([&] { return !companion->running(); }, 3));
+  ASSERT_TRUE(waitFor([&] { return !companion->running(); }));
   EXPECT_EQ(companion->exitStatus(), 0);
   EXPECT_FALSE(snapshot()->enabled);
   EXPECT_FALSE(fileExists(exchange / syncRequestFileName));

@@ -15,7 +15,7 @@ class Program : public SongFolder {
     int status = -1;
     std::string text;  // standard output and standard error
   };
-  Result run(const std::string& words, int seconds = 10) const {
+  Result run(const std::string& words, int seconds = 60) const {
     const std::string line = "cd " + folder.string() + " && timeout " + std::to_string(seconds) +
                              " " VELLORA_COMPANION " " + words + " 2>&1";
     Result result;
@@ -65,7 +65,7 @@ TEST_F(Program, FoldersThatAreNoneHaveStatusFive) {
 
 TEST_F(Program, WithoutATerminalItWritesPlainLines) {
   put("songs/a.lrc", "[00:01.00]a\n");
-  const Result result = run("songs --exchange x/Vellora", 2);
+  const Result result = run("songs --exchange x/Vellora", 5);
   EXPECT_EQ(result.status, 124) << "timeout's own: it had to end the program";
   EXPECT_EQ(result.text, "nothing plays that the overlay tells of\n");
 }

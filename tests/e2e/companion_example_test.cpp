@@ -77,7 +77,7 @@ TEST_F(TheExampleOnTheDesk, SwitchesTheCaptionsOffForAnotherSongAndAtItsEnd) {
   send(MusicCommand(now(), MusicCommand::Action::play, wanted.musicTitle, "", 12));
   EXPECT_TRUE(waitFor([&] { return following(); }, 25)) << said();
   companion->signal(SIGTERM);
-  EXPECT_TRUE(waitFor([&] { return !companion->running(); }, 5));
+  EXPECT_TRUE(waitFor([&] { return !companion->running(); }));
   EXPECT_EQ(companion->exitStatus(), 0) << said();
   EXPECT_FALSE(snapshot()->enabled);
   EXPECT_FALSE(fileExists(exchange / syncRequestFileName));
