@@ -27,7 +27,7 @@ packages_test=(
   libvterm-dev zsh fish i3lock dunst
   libgtest-dev libgmock-dev googletest librapidcheck-dev python3 python3-jsonschema
   clang-19 libc++-19-dev libc++abi-19-dev clang-format-14 clang-tidy-14
-  appstream mandoc dpkg-dev lintian systemd libfaketime
+  appstream mandoc dpkg-dev lintian systemd libfaketime x11-xserver-utils
 )
 
 # Real browsers, for their tests and for ./run --browser, and a sound server that needs no device: a

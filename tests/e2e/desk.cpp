@@ -103,11 +103,12 @@ void Desk::renew() {
   if (now() - lastRenewal_ < 0.5) return;
   lastRenewal_ = now();
   if (kept_) {
-    kept_->updatedAt = now();
+    kept_->updatedAt = now() + clockAhead;
     ASSERT_TRUE(writeFileAtomically(exchange / "snapshot.json", *encode(*kept_)));
   }
   if (syncing_) {
-    ASSERT_TRUE(writeFileAtomically(exchange / syncRequestFileName, *encode(SyncRequest{now()})));
+    ASSERT_TRUE(writeFileAtomically(exchange / syncRequestFileName,
+                                    *encode(SyncRequest{now() + clockAhead})));
   }
 }
 

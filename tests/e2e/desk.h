@@ -63,6 +63,9 @@ class Desk : public testing::Test {
   bool nothingOverPlayer() const;
 
   static double now();
+  // How many seconds the clock of the started programs is ahead of `now()`: what is kept is dated
+  // by it.
+  double clockAhead = 0;
   std::filesystem::path folder;    // of the test
   std::filesystem::path exchange;  // the exchange folder in use
   // What player and overlay are started with beside the test's own environment.

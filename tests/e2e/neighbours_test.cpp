@@ -1,44 +1,96 @@
 #include "e2e/neighbours.h"
 
+#include <fstream>
 #include <sstream>
 
 #include <signal.h>
 
+#include "base/files.h"
 #include "e2e/desk.h"
 
 namespace vellora::e2e {
 namespace {
 
-// What the overlay does when what stands around it goes, hangs or comes back. Figures are printed:
-// docs/reliability.md has them.
+constexpr const char* waiting = "Waiting for fresh lyrics from Tessaly";
+constexpr const char* inBackground = "Ready — bring Music to the front";
+
+// What a person sees when what stands around the overlay goes, hangs or comes back, and how long
+// that takes. The seconds are printed; docs/reliability.md has them.
 class Neighbours : public Desk {
  protected:
-  static constexpr const char* inBackground = "Ready — bring Music to the front";
-
+  void startSong() { startPlayer({"--song", "1", "--paused", "--position", "12"}); }
   void follow() {
     ASSERT_NO_FATAL_FAILURE(startSong());
     keepSnapshot(snapshotOfPlayer());
     keepSync();
     startOverlay();
     ASSERT_TRUE(waitFor([&] { return following() && captionsRight(); })) << "no captions";
+    place_ = seenPlayer()->viewport;
   }
-  void startSong() { startPlayer({"--song", "1", "--paused", "--position", "12"}); }
 
-  // Waits for what a person is to see, and tells how long that took from now on.
   void expectSoon(const std::string& sight, const std::function<bool()>& condition) {
     const double begun = now();
-    ASSERT_TRUE(waitFor(condition)) << sight;
+    const bool seen = waitFor(condition);
+    const auto picture = seen ? std::nullopt : screen->whole();
+    if (picture) picture->writePng(folder / "unseen.png");
+    ASSERT_TRUE(seen) << sight;
     std::cout << sight << ": " << now() - begun << " s\n";
   }
   void expectCaptions() {
     expectSoon("captions under their rows", [&] { return following() && captionsRight(); });
+  }
+  // Where the lyrics are, going by the screen alone.
+  bool nothingOverLyrics() const {
+    const auto whole = screen->whole();
+    const auto alone = screen->windowAlone(windowClass());
+    return whole && alone && witness::difference(*whole, *alone, place_).changed == 0;
+  }
+  void expectNoCaptions() {
+    expectSoon("no captions", [&] { return nothingOverLyrics(); });
+  }
+  void expectWhatPlays() {
+    const double begun = now();
+    expectSoon("what plays is told",
+               [&] { return nowPlaying() && nowPlaying()->updatedAt > begun; });
+  }
+  // Lets a neighbour hang for so long that it is noticed by everybody, and go on.
+  void hang(pid_t neighbour) {
+    ASSERT_GT(neighbour, 0);
+    kill(neighbour, SIGSTOP);
+    const double begun = now();
+    waitFor([&] { return now() - begun > 2; });
+    kill(neighbour, SIGCONT);
+  }
+  // The daemon of the accessibility bus.
+  static pid_t accessibilityBus() {
+    const std::string parent = std::to_string(sessionPiece("at-spi"));
+    const std::string ids = outputOf({"pgrep", "-P", parent, "dbus-daemon"});
+    return ids.empty() ? 0 : std::stoi(ids);
   }
   std::string said() const {
     std::ostringstream text;
     text << std::ifstream(folder / "overlay.log").rdbuf();
     return text.str();
   }
+
+ private:
+  Rect place_;
 };
+
+TEST_F(Neighbours, ThePlayerIsKilledAndStartedAgain) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  player->signal(SIGKILL);
+  expectSoon(inBackground, [&] { return statusIs(inBackground); });
+  ASSERT_NO_FATAL_FAILURE(startSong());
+  expectCaptions();
+}
+
+TEST_F(Neighbours, ThePlayerHangs) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  hang(player->pid());
+  expectWhatPlays();
+  expectCaptions();
+}
 
 TEST_F(Neighbours, TheDisplayGoes) {
   ASSERT_NO_FATAL_FAILURE(follow());
@@ -46,6 +98,170 @@ TEST_F(Neighbours, TheDisplayGoes) {
   expectSoon("the overlay has ended", [&] { return !overlay->running(); });
   EXPECT_EQ(overlay->exitStatus(), 3);
   EXPECT_TRUE(said().ends_with("Vellora: the display is gone, so the program ends.\n")) << said();
+}
+
+TEST_F(Neighbours, TheDisplayHangs) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  hang(sessionPiece("xvfb"));
+  expectCaptions();
+}
+
+TEST_F(Neighbours, TheScreenIsResized) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  for (const char* size : {"1100x700", "1280x800"}) {
+    outputOf({"xrandr", "--fb", size});
+    screen = witness::Screen::open();  // which reads the size when it is opened
+    const auto whole = screen->whole();
+    ASSERT_TRUE(whole);
+    ASSERT_EQ(std::to_string(whole->width) + "x" + std::to_string(whole->height), size);
+    expectCaptions();
+  }
+}
+
+TEST_F(Neighbours, TheCompositorIsKilledAndStartedAgain) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  // Nobody has the window's own picture later. It does not change.
+  const auto alone = screen->windowAlone(windowClass());
+  ASSERT_TRUE(alone);
+  kill(sessionPiece("picom"), SIGKILL);
+  expectSoon("captions under their rows", [&] {
+    const auto seen = seenPlayer();
+    const auto whole = screen->whole();
+    return following() && seen && whole && !screen->windowAlone(windowClass()) &&
+           witness::judgeCaptions(*seen, *snapshot(), *whole, *alone).right;
+  });
+  const Process picom({"picom", "--backend", "xrender", "--config", "/dev/null"},
+                      folder / "picom.log");
+  expectCaptions();
+}
+
+TEST_F(Neighbours, TheCompositorHangs) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  hang(sessionPiece("picom"));
+  expectCaptions();
+}
+
+TEST_F(Neighbours, TheWindowManagerIsKilledAndStartedAgain) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  kill(sessionPiece("openbox"), SIGKILL);
+  const Process openbox({"openbox", "--sm-disable"}, folder / "openbox.log");
+  ASSERT_TRUE(waitFor([&] {
+    return outputOf({"wmctrl", "-m"}).find("Openbox") != std::string::npos;
+  }));
+  outputOf({"wmctrl", "-x", "-a", windowClass()});
+  expectCaptions();
+}
+
+TEST_F(Neighbours, TheWindowManagerHangs) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  hang(sessionPiece("openbox"));
+  expectCaptions();
+}
+
+TEST_F(Neighbours, TheClockIsSetBackAndForth) {
+  const OtherClock clock(folder);
+  environment = clock.environment();
+  ASSERT_NO_FATAL_FAILURE(follow());
+  for (const int ahead : {-3600, -3590, -3600}) {
+    clockAhead = ahead;
+    clock.set(ahead);
+    keepSnapshot(snapshotOfPlayer());
+    keepSync();
+    std::cout << "the clock is set to " << ahead << " s: ";
+    expectCaptions();
+  }
+  EXPECT_TRUE(overlay->running());
+}
+
+TEST_F(Neighbours, TheAccessibilityBusIsKilled) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  const pid_t bus = accessibilityBus();
+  ASSERT_GT(bus, 0);
+  kill(sessionPiece("at-spi"), SIGKILL);
+  kill(bus, SIGKILL);
+  expectNoCaptions();
+  // Its toolkit looks for the bus only when it starts.
+  player->stop();
+  ASSERT_NO_FATAL_FAILURE(startSong());
+  expectCaptions();
+}
+
+TEST_F(Neighbours, TheAccessibilityBusHangs) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  hang(accessibilityBus());
+  expectCaptions();
+}
+
+// The session bus, which the test ends, stops and starts anew at its address.
+class SessionBusOnTheDesk : public Neighbours {
+ protected:
+  void SetUp() override {
+    Neighbours::SetUp();
+    // Without what only the first bus has: its unique number.
+    const std::string address = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    address_ = address.substr(0, address.find(','));
+    setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
+  }
+
+  void startBus() {
+    const std::string socket = address_.substr(address_.find('=') + 1);
+    std::filesystem::remove(socket);
+    const std::vector<std::string> daemon{"dbus-daemon", "--session", "--nofork", "--nopidfile",
+                                          "--address=" + address_};
+    newBus_ = std::make_unique<Process>(daemon, folder / "bus.log");
+    ASSERT_TRUE(waitFor([&] { return std::filesystem::exists(socket); }));
+  }
+  // The process of the name's owner; 0 where it has none.
+  pid_t ownerOf(const std::string& name) const {
+    const std::string answer =
+        outputOf({"gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path",
+                  "/org/freedesktop/DBus", "--method",
+                  "org.freedesktop.DBus.GetConnectionUnixProcessID", name});
+    const std::size_t number = answer.find("uint32 ");
+    return number == std::string::npos ? 0 : std::stoi(answer.substr(number + 7));
+  }
+  void expectHolders() {
+    expectSoon("the URLs' name is back",
+               [&] { return ownerOf("org.vellora.Vellora") == overlay->pid(); });
+    const std::string item = "org.kde.StatusNotifierItem-" + std::to_string(overlay->pid()) + "-1";
+    expectSoon("the tray's item is back", [&] { return ownerOf(item) == overlay->pid(); });
+  }
+
+ private:
+  std::string address_;
+  std::unique_ptr<Process> newBus_;
+};
+
+TEST_F(SessionBusOnTheDesk, IsKilledAndStartedAgain) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  const std::string before = said();
+  kill(sessionPiece("dbus"), SIGKILL);
+  expectNoCaptions();
+  player->stop();  // it has lost its bus for good
+  ASSERT_NO_FATAL_FAILURE(startBus());
+  // One that is asked to open a URL now starts no second overlay.
+  Process opener({VELLORA_OPEN_PROGRAM,
+                  "tessaly-overlay://x?snapshot=" + (exchange / "snapshot.json").string()},
+                 folder / "open.log");
+  expectHolders();
+  ASSERT_TRUE(waitFor([&] { return !opener.running(); }));
+  EXPECT_EQ(opener.exitStatus(), 0);
+  ASSERT_NO_FATAL_FAILURE(startSong());
+  expectWhatPlays();
+  expectCaptions();
+  EXPECT_EQ(said(), before);  // no misleading line
+}
+
+TEST_F(SessionBusOnTheDesk, Hangs) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  const std::string before = said();
+  hang(sessionPiece("dbus"));
+  expectWhatPlays();
+  expectCaptions();
+  const std::string line = "Music script error: the session bus did not answer in time\n";
+  EXPECT_TRUE(said().starts_with(before + line)) << said();  // once, and of no player
+  EXPECT_EQ(said().rfind(line), before.size()) << said();
+  EXPECT_EQ(said().find("a player did not"), std::string::npos) << said();
 }
 
 }  // namespace

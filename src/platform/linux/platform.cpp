@@ -14,7 +14,7 @@
 #include "platform/linux/player/mpris_scripting.h"
 #include "platform/linux/players/player_descriptions.h"
 #include "platform/linux/players/player_windows.h"
-#include "platform/linux/tray/notifier_item.h"
+#include "platform/linux/tray/kept_item.h"
 #include "platform/linux/x11/x_panel.h"
 #include "platform/linux/x11/x_session.h"
 #include "platform/linux/x11/x_view.h"

@@ -18,6 +18,9 @@ constexpr const char* advice =
     "again (Qt programs look for accessibility only at their start), and see that the package "
     "at-spi2-core is installed.\n";
 
+constexpr const char* noBus =
+    "Vellora: there is no session bus, so no player can be read until there is one.\n";
+
 constexpr Steady::duration firstAnswerWait = std::chrono::milliseconds(250);
 
 // A player in front is read eight times a second, so a connection that has rested this long is not
@@ -42,10 +45,7 @@ class LinuxAccessibility final : public Accessibility {
     return watch_.status(firstAnswerWait, Steady::duration::zero()).isUsable();
   }
 
-  void requestTrust() override {
-    watch_.enable();
-    std::fputs(advice, stderr);
-  }
+  void requestTrust() override { std::fputs(watch_.enable() ? advice : noBus, stderr); }
 
   std::shared_ptr<AccessibilityElement> applicationElement(std::int32_t processIdentifier,
                                                            const Player& player,

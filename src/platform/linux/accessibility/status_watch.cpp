@@ -1,5 +1,6 @@
 #include "platform/linux/accessibility/status_watch.h"
 
+#include <string_view>
 #include <utility>
 
 namespace vellora {
@@ -14,11 +15,13 @@ AccessibilityStatus StatusWatch::status(Steady::duration first, Steady::duration
   return status_;
 }
 
-void StatusWatch::enable() {
-  if (BusConnection* session = connect()) {
-    enableAccessibility(*session, [this] { ask(); });
-    session->pump();
-  }
+bool StatusWatch::enable() {
+  BusConnection* session = connect();
+  enabling_ = true;
+  if (session == nullptr) return false;
+  enableAccessibility(*session, [this] { ask(); });
+  session->pump();
+  return true;
 }
 
 BusConnection* StatusWatch::connect() {
@@ -29,9 +32,20 @@ BusConnection* StatusWatch::connect() {
   session_ = BusConnection::openSession();
   if (!session_) return nullptr;
   session_->subscribe(statusChangedRule, [this](sd_bus_message*) { ask(); });
-  session_->subscribe(statusOwnerChangedRule, [this](sd_bus_message*) { ask(); });
+  session_->subscribe(statusOwnerChangedRule,
+                      [this](sd_bus_message* changed) { noteOwner(changed); });
   ask();
+  if (enabling_) enableAccessibility(*session_, [this] { ask(); });
   return session_.get();
+}
+
+// A service that was switched on and has ended is started again.
+void StatusWatch::noteOwner(sd_bus_message* changed) {
+  const char* owner = nullptr;
+  const bool ended = sd_bus_message_read(changed, "sss", nullptr, nullptr, &owner) > 0 &&
+                     std::string_view(owner).empty();
+  if (ended && enabling_) enableAccessibility(*session_, [this] { ask(); });
+  ask();
 }
 
 // One question at a time: signals that come while one is under way lead to one more.

@@ -16,18 +16,21 @@ class StatusWatch {
   // may be nothing.
   AccessibilityStatus status(Steady::duration first, Steady::duration later);
 
-  // Switches accessibility on without waiting for the outcome.
-  void enable();
+  // Switches accessibility on without waiting for the outcome, now and whenever the session bus
+  // or its accessibility service is lost; false where there is none now.
+  bool enable();
 
  private:
   // The connection, made anew where there is none or the last one was lost; null without a session.
   BusConnection* connect();
+  void noteOwner(sd_bus_message* changed);
   void ask();
 
   bool waited_ = false;
   AccessibilityStatus status_;
   bool asking_ = false;
   bool askAgain_ = false;
+  bool enabling_ = false;
   std::unique_ptr<BusConnection> session_;  // last: its calls name the members above
 };
 

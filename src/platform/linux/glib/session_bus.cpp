@@ -19,22 +19,25 @@ bool sessionBusIsNamed() {
          g_file_test((std::string(folder) + "/bus").c_str(), G_FILE_TEST_EXISTS) != FALSE;
 }
 
-constexpr std::chrono::milliseconds longestWait{1000};
+SessionBus connect() {
+  SessionBus bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+  if (bus) g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+  return bus;
+}
 
 // What has become of a connection that was asked for, on a thread of its own: there may be
 // something at the bus's address that never answers.
 class Attempt {
  public:
   Attempt() {
-    std::packaged_task<SessionBus()> connect(
-        [] { return SessionBus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)); });
-    bus_ = connect.get_future();
-    std::thread(std::move(connect)).detach();
+    std::packaged_task<SessionBus()> connecting(connect);
+    bus_ = connecting.get_future();
+    std::thread(std::move(connecting)).detach();
   }
 
   // Waits once; later it is only looked whether there was an answer meanwhile.
-  bool isOver() {
-    const auto patience = std::exchange(waited_, true) ? std::chrono::milliseconds{} : longestWait;
+  bool isOver(std::chrono::milliseconds patience) {
+    if (std::exchange(waited_, true)) patience = {};
     return bus_.wait_for(patience) == std::future_status::ready;
   }
   SessionBus take() { return bus_.get(); }
@@ -46,16 +49,17 @@ class Attempt {
 
 }  // namespace
 
-SessionBus connectToSessionBus() {
+SessionBus connectToSessionBus(std::chrono::milliseconds patience) {
   static std::optional<Attempt> underWay;
   if (!underWay) {
     if (!sessionBusIsNamed()) return nullptr;
     underWay.emplace();
   }
-  if (!underWay->isOver()) return nullptr;
+  if (!underWay->isOver(patience)) return nullptr;
   SessionBus bus = underWay->take();
   underWay.reset();
-  if (bus) g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
+  // GLib gives the last connection to everybody until the last holder has given it up.
+  if (bus && g_dbus_connection_is_closed(bus.get()) != FALSE) return nullptr;
   return bus;
 }
 

@@ -11,7 +11,9 @@
 
 #include <glib-unix.h>
 
+#include "platform/linux/glib/bus_watch.h"
 #include "platform/linux/glib/event_source.h"
+#include "platform/linux/open/running_mark.h"
 
 namespace vellora {
 namespace {
@@ -59,12 +61,14 @@ void GlibApplication::run() {
   const auto terminating = attachSource(g_unix_signal_source_new(SIGTERM), end);
   const auto interrupting = attachSource(g_unix_signal_source_new(SIGINT), end);
   std::optional<OpenedUrls> openedUrls;
-  if (auto bus = connectToSessionBus()) {
-    openedUrls.emplace(std::move(bus), [this](const std::vector<std::string>& urls) {
-      const auto delegate = delegate_.lock();
-      if (delegate && !*terminated_) delegate->applicationOpen(urls);
-    });
-  }
+  const auto open = [this](const std::vector<std::string>& urls) {
+    const auto delegate = delegate_.lock();
+    if (delegate && !*terminated_) delegate->applicationOpen(urls);
+  };
+  const RunningMark mark;
+  const BusWatch watch(
+      [&](const SessionBus& bus) { openedUrls.emplace(shareObject(bus.get()), open); },
+      [&] { openedUrls.reset(); });
   g_main_loop_run(loop_.get());
   if (backgroundIsWorking()) leaveAtOnce();
 }

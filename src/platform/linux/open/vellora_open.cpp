@@ -3,6 +3,7 @@
 // 1: could not be; 2: wrong arguments.
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,12 +15,14 @@
 #include "platform/linux/glib/quoted_text.h"
 #include "platform/linux/glib/session_bus.h"
 #include "platform/linux/open/open_interface.h"
+#include "platform/linux/open/running_mark.h"
 
 namespace vellora {
 namespace {
 
 constexpr const char* program = "vellora";
 constexpr guint startMilliseconds = 10'000;  // for a new overlay to take its name
+constexpr guint lookMilliseconds = 20;
 constexpr int answerMilliseconds = 5'000;
 
 enum ExitStatus { handedOver = 0, failed = 1, wrongArguments = 2 };
@@ -85,8 +88,8 @@ bool startOverlay(std::string& reason) {
   return started;
 }
 
-// Whether the overlay has taken its name before the deadline.
-bool waitForOverlay(GDBusConnection* bus) {
+// Whether the overlay has taken its name before the deadline; waits no longer than `isComing`.
+bool waitForOverlay(GDBusConnection* bus, const std::function<bool()>& isComing) {
   struct Wait {
     GMainLoopPtr loop{g_main_loop_new(nullptr, FALSE)};
     bool there = false;
@@ -100,6 +103,9 @@ bool waitForOverlay(GDBusConnection* bus) {
       nullptr, &wait, nullptr);
   const auto deadline = attachSource(g_timeout_source_new(startMilliseconds),
                                      [&wait] { g_main_loop_quit(wait.loop.get()); });
+  const auto looking = attachSource(g_timeout_source_new(lookMilliseconds), [&] {
+    if (!isComing()) g_main_loop_quit(wait.loop.get());
+  });
   g_main_loop_run(wait.loop.get());
   g_bus_unwatch_name(watch);
   return wait.there;
@@ -110,11 +116,16 @@ int open(const std::vector<std::string>& urls, bool mayStart) {
   if (!bus)
     return fail(failed, "there is no session bus that answers, over which to reach Vellora");
   auto answer = callOpen(bus.get(), urls);
+  // One that runs comes back to a bus that is new, so that another would be one too many.
+  if (answer.nobodyThere && waitForOverlay(bus.get(), RunningMark::isSet)) {
+    answer = callOpen(bus.get(), urls);
+  }
   if (answer.nobodyThere) {
+    if (RunningMark::isSet()) return fail(failed, "Vellora runs, but is not on the session bus");
     if (!mayStart) return fail(failed, "no Vellora runs");
     std::string reason;
     if (!startOverlay(reason)) return fail(failed, "Vellora cannot be started: " + reason);
-    if (!waitForOverlay(bus.get())) {
+    if (!waitForOverlay(bus.get(), [] { return true; })) {
       return fail(failed, "Vellora was started, but did not appear on the session bus within 10 s");
     }
     answer = callOpen(bus.get(), urls);

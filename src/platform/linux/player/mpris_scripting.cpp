@@ -10,6 +10,8 @@
 namespace vellora {
 namespace {
 
+constexpr const char* bus = "org.freedesktop.DBus";
+
 ScriptOutcome replied(std::string reply) {
   return {.created = true, .reply = std::move(reply), .errorDescription = {}};
 }
@@ -25,18 +27,45 @@ ScriptOutcome withoutPlayer(const ScriptRequest& request) {
                  " or a described window is running");
 }
 
+ScriptOutcome withoutBus(const ScriptRequest& request) {
+  return request.command ? refused("there is no session bus that answers") : replied("");
+}
+
 }  // namespace
 
+void MprisScripting::useBus(const SessionBus& present) {
+  bus_ = shareObject(present.get());
+  directory_ = std::make_unique<PlayerDirectory>(shareObject(bus_.get()),
+                                                 std::string(musicPlayer.identifier), windows_);
+  silent_ = std::make_unique<SilentPlayer>(shareObject(bus_.get()));
+}
+
+void MprisScripting::leaveBus() {
+  silent_.reset();
+  directory_.reset();
+  bus_.reset();
+}
+
 ScriptOutcome MprisScripting::run(const ScriptRequest& request) {
+  if (!watch_) {
+    watch_.emplace([this](const SessionBus& present) { useBus(present); }, [this] { leaveBus(); });
+  }
+  if (!bus_) return withoutBus(request);
+  auto outcome = askPlayer(request);
+  // What a bus that has just gone leaves behind is no answer of a player.
+  return g_dbus_connection_is_closed(bus_.get()) != FALSE ? withoutBus(request) : outcome;
+}
+
+ScriptOutcome MprisScripting::askPlayer(const ScriptRequest& request) {
   const Deadline deadline(patience_);
-  if (!bus_) {
-    bus_ = connectToSessionBus();
-    if (!bus_) return withoutPlayer(request);
-    directory_ = std::make_unique<PlayerDirectory>(shareObject(bus_.get()),
-                                                   std::string(musicPlayer.identifier), windows_);
-    silent_ = std::make_unique<SilentPlayer>(shareObject(bus_.get()));
+  if (silent_->isSilent(bus)) {
+    return request.command ? refused("the session bus still does not answer") : replied("");
   }
   const auto found = directory_->find(deadline);
+  if (!found.listed) {
+    silent_->note(bus);
+    return refused("the session bus did not answer in time");
+  }
   if (!found.busName) {
     return found.complete ? withoutPlayer(request) : refused("a player did not answer in time");
   }

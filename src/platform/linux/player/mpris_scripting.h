@@ -2,8 +2,10 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <utility>
 
+#include "platform/linux/glib/bus_watch.h"
 #include "platform/linux/player/player_directory.h"
 #include "platform/linux/player/silent_player.h"
 #include "platform/music_scripting.h"
@@ -15,7 +17,8 @@ namespace vellora {
 // beginning: then there is an error's description and no reply, and so there is at once for further
 // requests until that player answers again. The player is the one whose DesktopEntry is
 // "com.apple.Music"; else one of the process that a player's window is of. Where there is none,
-// nothing plays, and a command fails: a player is never started for one. Main thread.
+// or no session bus, nothing plays, and a command fails: a player is never started for one. A bus
+// that does not answer is told of once. Main thread.
 class MprisScripting : public MusicScripting {
  public:
   static constexpr std::chrono::milliseconds defaultPatience{250};
@@ -28,11 +31,16 @@ class MprisScripting : public MusicScripting {
   ScriptOutcome run(const ScriptRequest& request) override;
 
  private:
+  void useBus(const SessionBus& present);
+  void leaveBus();
+  ScriptOutcome askPlayer(const ScriptRequest& request);
+
   const std::shared_ptr<const PlayerWindows> windows_;
   const std::chrono::milliseconds patience_;
-  SessionBus bus_;
+  SessionBus bus_;  // null while there is none
   std::unique_ptr<PlayerDirectory> directory_;
   std::unique_ptr<SilentPlayer> silent_;
+  std::optional<BusWatch> watch_;  // from the first request on
 };
 
 }  // namespace vellora

@@ -45,7 +45,7 @@ PlayerDirectory::~PlayerDirectory() {
 }
 
 PlayerDirectory::Found PlayerDirectory::find(const Deadline& deadline) {
-  if (!list(deadline)) return {.busName = {}, .complete = false};
+  if (!list(deadline)) return {.busName = {}, .complete = false, .listed = false};
   std::vector<BusAnswerPtr> asked;
   for (auto& [name, player] : players_) {
     // One that refused may only have been starting.

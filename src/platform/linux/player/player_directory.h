@@ -32,6 +32,7 @@ class PlayerDirectory {
     // the first.
     std::optional<std::string> busName;
     bool complete = true;  // false: a player was asked now and did not answer in time
+    bool listed = true;    // false: the bus did not say in time who is there
   };
   Found find(const Deadline& deadline);
 

@@ -111,9 +111,4 @@ GVariant* NotifierItem::property(GDBusConnection*, const gchar*, const gchar*, c
   return g_variant_new_string("");  // names of icons and movies that there are none of
 }
 
-std::unique_ptr<StatusItem> makeNotifierItem() {
-  auto bus = connectToSessionBus();
-  return bus ? std::make_unique<NotifierItem>(std::move(bus)) : nullptr;
-}
-
 }  // namespace vellora

@@ -11,7 +11,7 @@ namespace vellora {
 
 // The program's item in the system tray: the StatusNotifierItem interface of freedesktop.org as the
 // tray hosts of today speak it (org.kde.StatusNotifierItem). The tray may come, go and come back;
-// the item is there all the time and registers with each one that appears. Main thread.
+// the item is there as long as the bus and registers with each one that appears. Main thread.
 class NotifierItem : public StatusItem {
  public:
   explicit NotifierItem(SessionBus bus);
@@ -45,9 +45,5 @@ class NotifierItem : public StatusItem {
   guint name_ = 0;
   guint watch_ = 0;
 };
-
-// Null where there is no session bus. One at a time: the item's place on the bus is free again when
-// the item is gone. Main thread.
-std::unique_ptr<StatusItem> makeNotifierItem();
 
 }  // namespace vellora

@@ -280,7 +280,8 @@ TEST(MprisWithoutABusTest, NothingPlaysAndCommandsFail) {
   leaveSessionBus();
   MprisScripting scripting;
   expectReply(scripting.run({.source = "", .command = {}}), "");
-  expectError(scripting.run({.source = "", .command = PlayerCommand()}), "no player");
+  expectError(scripting.run({.source = "", .command = PlayerCommand()}),
+              "there is no session bus that answers");
 }
 
 }  // namespace

@@ -15,7 +15,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "platform/linux/tray/notifier_item.h"
+#include "platform/linux/tray/kept_item.h"
 #include "platform/linux/tray/tray_host.h"
 
 namespace vellora {
