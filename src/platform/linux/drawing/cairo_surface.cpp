@@ -14,10 +14,13 @@ constexpr std::int64_t largestSide = 32767;
 // Cairo's coordinates end soon after this many pixels; nothing is seen out there.
 constexpr double farthest = 1'000'000;
 
+// Cairo's unit in pixels. A picture shrunk to less shows nothing, and shrunk without end it has a
+// matrix that cannot be inverted, which ends the process.
+constexpr double smallest = 1.0 / 256;
+
 bool isDrawable(const Rect& place) {
-  const bool near = std::abs(place.x) < farthest && std::abs(place.y) < farthest &&
-                    place.width < farthest && place.height < farthest;
-  return near && !place.isEmpty();
+  return std::abs(place.x) < farthest && std::abs(place.y) < farthest && place.width < farthest &&
+         place.height < farthest && place.width >= smallest && place.height >= smallest;
 }
 
 cairo_status_t append(void* closure, const unsigned char* data, unsigned int length) {

@@ -84,6 +84,18 @@ TEST_F(CairoSurfaceTest, PlacesThatAreNoneOrOutOfReachShowNothing) {
   EXPECT_EQ(result().largestAlpha(), 0);
 }
 
+TEST_F(CairoSurfaceTest, APictureShrunkToNextToNothingShowsNothing) {
+  CairoSurface surface(bitmap->pixels(), 1);
+  for (const double length : {1e-3, 1e-100, 8e-315, std::numeric_limits<double>::denorm_min()}) {
+    surface.drawImage(evenImage(40, 30, 1, 0.5), {20, 10, length, 30});
+    surface.drawImage(evenImage(40, 30, 1, 0.5), {20, 10, 40, length});
+    surface.drawImage(evenImage(40, 30, 1, 0.5), {20, 10, length, length});
+  }
+  EXPECT_EQ(result().largestAlpha(), 0);
+  surface.drawImage(evenImage(40, 30, 1, 0.5), {20, 10, 40, 30});  // as ever afterwards
+  EXPECT_EQ(result().bounds(), (Box{20, 10, 59, 39}));
+}
+
 TEST(CairoSurfaceOverContentTest, WhatIsThereShowsThrough) {
   const auto bitmap = CairoBitmap::make(60, 60);
   const CairoContextPtr context(cairo_create(bitmap->pixels()));
