@@ -36,5 +36,8 @@ packages_browsers=(chromium firefox-esr pulseaudio)
 
 packages_bench=(libbenchmark-dev libopencv-dev libatspi2.0-dev libx11-dev libxdamage-dev strace)
 
+# For scripts/fuzz.
+packages_fuzz=(clang-19 libclang-rt-19-dev)
+
 # For scripts/try_packages, which says so when it is missing.
 packages_try=(debootstrap)

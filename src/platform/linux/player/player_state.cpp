@@ -38,22 +38,24 @@ PlayerTrack readTrack(GVariant* metadata) {
           .album = text(metadata, "xesam:album")};
 }
 
+PlayerState readState(GVariant* properties) {
+  PlayerState state;
+  state.playbackStatus = text(properties, "PlaybackStatus");
+  gint64 position = 0;
+  if (g_variant_lookup(properties, "Position", "x", &position) != FALSE) state.position = position;
+  const GVariantPtr metadata(
+      g_variant_lookup_value(properties, "Metadata", G_VARIANT_TYPE_VARDICT));
+  if (metadata) state.track = readTrack(metadata.get());
+  return state;
+}
+
 PlayerState readState(PlayerRequest& request) {
   const auto answer =
       request.call("org.freedesktop.DBus.Properties", "GetAll",
                    g_variant_new("(s)", "org.mpris.MediaPlayer2.Player"), "(a{sv})");
   if (!answer) return {};
   const GVariantPtr properties(g_variant_get_child_value(answer.get(), 0));
-  PlayerState state;
-  state.playbackStatus = text(properties.get(), "PlaybackStatus");
-  gint64 position = 0;
-  if (g_variant_lookup(properties.get(), "Position", "x", &position) != FALSE) {
-    state.position = position;
-  }
-  const GVariantPtr metadata(
-      g_variant_lookup_value(properties.get(), "Metadata", G_VARIANT_TYPE_VARDICT));
-  if (metadata) state.track = readTrack(metadata.get());
-  return state;
+  return readState(properties.get());
 }
 
 }  // namespace vellora

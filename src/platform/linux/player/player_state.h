@@ -26,7 +26,9 @@ struct PlayerState {
   bool stopped() const { return playbackStatus == "Stopped"; }
   bool playing() const { return playbackStatus == "Playing"; }
 };
-// One call; a state of empty fields when the request fails.
+// Of the interface's properties (a{sv}); what is missing or of another type is empty.
+PlayerState readState(GVariant* properties);
+// The same of a player's. One call; a state of empty fields when the request fails.
 PlayerState readState(PlayerRequest& request);
 
 }  // namespace vellora
