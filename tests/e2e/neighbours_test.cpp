@@ -7,11 +7,11 @@
 
 #include "base/files.h"
 #include "e2e/desk.h"
+#include "platform/linux/tray/tray_host.h"
 
 namespace vellora::e2e {
 namespace {
 
-constexpr const char* waiting = "Waiting for fresh lyrics from Tessaly";
 constexpr const char* inBackground = "Ready — bring Music to the front";
 
 // What a person sees when what stands around the overlay goes, hangs or comes back, and how long
@@ -60,6 +60,20 @@ class Neighbours : public Desk {
     const double begun = now();
     waitFor([&] { return now() - begun > 2; });
     kill(neighbour, SIGCONT);
+  }
+  // Starts the overlay with a view of its own of the file system.
+  void startContained(const std::vector<std::string>& mounts, const std::filesystem::path& given) {
+    std::vector<std::string> command{"bwrap", "--die-with-parent", "--dev-bind", "/", "/"};
+    command.insert(command.end(), mounts.begin(), mounts.end());
+    command.insert(command.end(), {VELLORA_PROGRAM, "--snapshot", given / "snapshot.json"});
+    overlay = std::make_unique<Process>(command, folder / "overlay.log");
+  }
+  static GObjectPtr<GDBusConnection> connectToBus() {
+    return GObjectPtr<GDBusConnection>(g_dbus_connection_new_for_address_sync(
+        std::getenv("DBUS_SESSION_BUS_ADDRESS"),
+        GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                             G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+        nullptr, nullptr, nullptr));
   }
   // The daemon of the accessibility bus.
   static pid_t accessibilityBus() {
@@ -173,6 +187,80 @@ TEST_F(Neighbours, TheClockIsSetBackAndForth) {
   EXPECT_TRUE(overlay->running());
 }
 
+TEST_F(Neighbours, TheTrayHostGoesComesBackAndHangs) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  const auto registered = [](const FakeTray& tray) {
+    g_main_context_iteration(nullptr, FALSE);
+    return !tray.registered.empty();
+  };
+  {
+    const FakeTray first(connectToBus());
+    ASSERT_TRUE(waitFor([&] { return registered(first); }));
+  }
+  const FakeTray second(connectToBus());
+  expectSoon("the item is in the tray", [&] { return registered(second); });
+  // From here on nobody runs the host's event loop.
+  keepSnapshot(OverlaySnapshot());
+  expectNoCaptions();
+  keepSnapshot(snapshotOfPlayer());
+  expectCaptions();
+}
+
+TEST_F(Neighbours, TheExchangeFolderIsRemovedAndMadeAgain) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  const OverlaySnapshot given = snapshotOfPlayer();
+  dropSnapshot();
+  dropSync();
+  std::filesystem::remove_all(exchange);
+  expectNoCaptions();
+  std::filesystem::create_directory(exchange);
+  useExchange(exchange);
+  keepSnapshot(given);
+  keepSync();
+  expectCaptions();
+  expectWhatPlays();
+}
+
+TEST_F(Neighbours, TheExchangeFolderIsReplaced) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  std::filesystem::rename(exchange, folder / "before");
+  std::filesystem::create_directory(exchange);
+  useExchange(exchange);
+  keepSnapshot(snapshotOfPlayer());
+  keepSync();
+  expectCaptions();
+  expectWhatPlays();
+}
+
+// Only the overlay finds it so.
+TEST_F(Neighbours, TheExchangeFolderIsReadOnly) {
+  ASSERT_NO_FATAL_FAILURE(startSong());
+  keepSnapshot(snapshotOfPlayer());
+  keepSync();
+  startContained({"--ro-bind", exchange, exchange}, exchange);
+  expectSoon("captions, the start included", [&] { return captionsRight(); });
+  EXPECT_FALSE(status());
+  EXPECT_EQ(said().find("rror"), std::string::npos) << said();
+}
+
+// The overlay's folder is a file system of one page, which its first file fills.
+TEST_F(Neighbours, TheExchangeFolderIsFull) {
+  ASSERT_NO_FATAL_FAILURE(startSong());
+  keepSnapshot(snapshotOfPlayer());
+  keepSync();
+  const auto full = folder / "full" / "Vellora";
+  std::filesystem::create_directories(full);
+  startContained({"--size", "4096", "--tmpfs", full, "--symlink", exchange / "snapshot.json",
+                  full / "snapshot.json", "--symlink", exchange / "sync.json", full / "sync.json"},
+                 full);
+  expectSoon("captions, the start included", [&] { return captionsRight(); });
+  keepSnapshot(OverlaySnapshot());
+  expectSoon("no captions", [&] { return nothingOverPlayer(); });
+  keepSnapshot(snapshotOfPlayer());
+  expectSoon("captions", [&] { return captionsRight(); });
+  EXPECT_EQ(said().find("rror"), std::string::npos) << said();
+}
+
 TEST_F(Neighbours, TheAccessibilityBusIsKilled) {
   ASSERT_NO_FATAL_FAILURE(follow());
   const pid_t bus = accessibilityBus();
@@ -239,17 +327,29 @@ TEST_F(SessionBusOnTheDesk, IsKilledAndStartedAgain) {
   expectNoCaptions();
   player->stop();  // it has lost its bus for good
   ASSERT_NO_FATAL_FAILURE(startBus());
-  // One that is asked to open a URL now starts no second overlay.
-  Process opener({VELLORA_OPEN_PROGRAM,
-                  "tessaly-overlay://x?snapshot=" + (exchange / "snapshot.json").string()},
-                 folder / "open.log");
   expectHolders();
-  ASSERT_TRUE(waitFor([&] { return !opener.running(); }));
-  EXPECT_EQ(opener.exitStatus(), 0);
   ASSERT_NO_FATAL_FAILURE(startSong());
   expectWhatPlays();
   expectCaptions();
   EXPECT_EQ(said(), before);  // no misleading line
+}
+
+TEST_F(SessionBusOnTheDesk, IsNewAndAUrlIsOpenedBeforeTheOverlayHasItsNameAgain) {
+  keepSync();
+  startOverlay();
+  const auto owner = [this] { return ownerOf("org.vellora.Vellora"); };
+  ASSERT_TRUE(waitFor([&] { return owner() == overlay->pid(); }));
+  overlay->signal(SIGSTOP);
+  kill(sessionPiece("dbus"), SIGKILL);
+  ASSERT_NO_FATAL_FAILURE(startBus());
+  const std::string url = "tessaly-overlay://x?snapshot=" + (exchange / "snapshot.json").string();
+  Process opener({VELLORA_OPEN_PROGRAM, url}, folder / "open.log");
+  // A second overlay would soon have it.
+  EXPECT_FALSE(waitFor([&] { return owner() != 0; }, 2));
+  overlay->signal(SIGCONT);
+  EXPECT_TRUE(waitFor([&] { return !opener.running(); }));
+  EXPECT_EQ(opener.exitStatus(), 0);
+  EXPECT_EQ(owner(), overlay->pid());
 }
 
 TEST_F(SessionBusOnTheDesk, Hangs) {
