@@ -15,9 +15,9 @@
 namespace vellora {
 namespace {
 
-OverlaySnapshot snapshotOf60Lines(double now) {
+OverlaySnapshot snapshotOf(int lines, double now) {
   OverlaySnapshot snapshot{1, now, true, "Night Drive", "River Band", 32, 0, {}};
-  for (int i = 0; i < 60; ++i) {
+  for (int i = 0; i < lines; ++i) {
     const std::string number = std::to_string(i);
     snapshot.lines.push_back({"Line " + number + " of a song that is sung in one language",
                               "Zeile " + number + " eines Liedes, wie sie in der anderen klingt"});
@@ -27,7 +27,7 @@ OverlaySnapshot snapshotOf60Lines(double now) {
 
 struct Exchange {
   explicit Exchange(double now) {
-    writeText(folder / "snapshot.json", encode(snapshotOf60Lines(now)).value());
+    writeText(folder / "snapshot.json", encode(snapshotOf(60, now)).value());
     writeText(folder / "sync.json", encode(SyncRequest{now}).value());
   }
   TemporaryFolder folder;
@@ -102,6 +102,45 @@ void steadyTickOnTheSystem(benchmark::State& state) {
   state.SetLabel(controller->statusMessage);
 }
 
+// What the main thread does about a snapshot of other lines than before: the tick that decodes it,
+// and taking up the reading that follows. With as many lines as a file may hold.
+void snapshotOfOtherLines(benchmark::State& state) {
+  FakePlatform platform;
+  const TemporaryFolder folder;
+  std::ostringstream output;
+  const auto controller =
+      std::make_shared<OverlayDelegate>(folder / "snapshot.json", platform, output);
+  platform.workspace->frontmost = std::make_shared<FakeRunningApplication>("com.apple.Music", 4711);
+  auto title = fakeElement();
+  title->identifier("Music.nowPlaying.title-Music.nowPlaying.subtitle")
+      .description("Night Drive — River Band");
+  auto row = fakeElement();
+  row->role("AXButton")
+      .title("Line 7 of a song that is sung in one language")
+      .frame({620, 220, 360, 60});
+  auto lyrics = fakeElement();
+  lyrics->role("AXScrollArea").description("Lyrics").frame({600, 100, 580, 650}).children({row});
+  auto window = fakeElement();
+  window->role("AXWindow").frame({0, 30, 1200, 800}).children({title, lyrics});
+  auto application = fakeElement();
+  application->windows({window});
+  platform.accessibility->applications[4711] = application;
+
+  OverlaySnapshot snapshot = snapshotOf(static_cast<int>(state.range(0)), platform.clock->now());
+  for (auto _ : state) {
+    state.PauseTiming();
+    snapshot.lines.front().translation += "!";
+    writeText(folder / "snapshot.json", encode(snapshot).value());
+    state.ResumeTiming();
+    controller->tick();
+    state.PauseTiming();
+    platform.app.runBackground();
+    state.ResumeTiming();
+    platform.app.runMain();
+  }
+  if (controller->canvas.captions().size() != 1) state.SkipWithError("no caption");
+}
+
 void readAndDecodeBothFiles(benchmark::State& state) {
   const FakeClock clock;
   const Exchange exchange(clock.now());
@@ -116,6 +155,7 @@ void readAndDecodeBothFiles(benchmark::State& state) {
 BENCHMARK(readAndDecodeBothFiles)->Unit(benchmark::kMicrosecond);
 BENCHMARK(steadyTickDuringAReading)->Unit(benchmark::kMicrosecond);
 BENCHMARK(steadyTickWithTheStatusLine)->Unit(benchmark::kMicrosecond);
+BENCHMARK(snapshotOfOtherLines)->Arg(60)->Arg(100'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(steadyTickOnTheSystem)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -69,17 +69,27 @@ std::shared_ptr<const OverlaySnapshot> OverlayDelegate::usableSnapshot() {
 }
 
 // The work for the background holds what it needs by itself. It must not even look at the
-// controller, which may be gone by then: only the hand-off back does, on the main thread.
+// controller, which may be gone by then: only the hand-off back does, on the main thread. The index
+// of lines that are new is made there too, before the window is read: it may take seconds.
 void OverlayDelegate::startReading(std::shared_ptr<const RunningApplication> music,
                                    std::shared_ptr<const OverlaySnapshot> snapshot) {
   scanning = true;
   queue->async([self = weak_from_this(), accessibility = accessibility_, clock = clock_,
                 onMain = application_.mainHandOff(), music = std::move(music),
-                carried = std::move(snapshot)] {
-    onMain([self, carried, layout = readMusic(music->processIdentifier(), *accessibility, *clock)] {
-      if (const auto controller = self.lock()) controller->finishReading(layout, *carried);
+                known = hasIndexOf(snapshot->lines), carried = std::move(snapshot)] {
+    const PreparedIndex prepared = known ? PreparedIndex() : PreparedIndex(carried);
+    onMain([self, carried, prepared,
+            layout = readMusic(music->processIdentifier(), *accessibility, *clock)] {
+      const auto controller = self.lock();
+      if (!controller) return;
+      if (prepared.index) controller->preparedIndex_ = prepared;
+      controller->finishReading(layout, *carried);
     });
   });
+}
+
+bool OverlayDelegate::hasIndexOf(const std::vector<OverlayLine>& lines) const {
+  return preparedIndex_.isOf(lines) || lastLines == lines;
 }
 
 void OverlayDelegate::finishReading(const std::optional<MusicLayout>& layout,
@@ -94,8 +104,8 @@ void OverlayDelegate::finishReading(const std::optional<MusicLayout>& layout,
 
 void OverlayDelegate::render(const std::optional<MusicLayout>& layout,
                              const OverlaySnapshot& snapshot, bool showPanel) {
-  const CompositionFields fields{*panel,    canvas,    *workspace_,  *painter_,
-                                 lastLines, lineIndex, translations, trackMatch};
+  const CompositionFields fields{*panel,    canvas,       *workspace_, *painter_,     lastLines,
+                                 lineIndex, translations, trackMatch,  preparedIndex_};
   writeStatus(vellora::render(fields, layout, snapshot, showPanel), false);
 }
 

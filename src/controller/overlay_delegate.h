@@ -52,12 +52,12 @@ class OverlayDelegate final : public ApplicationDelegate,
   std::unique_ptr<StatusItem> statusItem;  // null before the launch, or where there is no place
   std::string statusMessage;               // as last recorded; empty: the next one is written
   std::vector<OverlayLine> lastLines;      // the lines for which `translations` holds
-  TranslationIndex lineIndex;              // of `lastLines`
-  TranslationCache translations;           // row text → translation
-  TrackMatchMemory trackMatch;             // whether the window shows the snapshot's track
-  double lastFresh;                        // seconds since 1970, when a snapshot was last usable
-  double lastNowPlayingPublish;            // seconds since 1970 of the last attempt
-  bool requestedAccess = false;            // the user has been asked for the permission
+  std::shared_ptr<const TranslationIndex> lineIndex;  // of `lastLines`; null: of none
+  TranslationCache translations;                      // row text → translation
+  TrackMatchMemory trackMatch;   // whether the window shows the snapshot's track
+  double lastFresh;              // seconds since 1970, when a snapshot was last usable
+  double lastNowPlayingPublish;  // seconds since 1970 of the last attempt
+  bool requestedAccess = false;  // the user has been asked for the permission
 
   // Shows nothing, starts no timer and needs no display. The platform and the output, which gets
   // what scripts have to say, must outlive the controller.
@@ -118,9 +118,11 @@ class OverlayDelegate final : public ApplicationDelegate,
   void startReading(std::shared_ptr<const RunningApplication> music,
                     std::shared_ptr<const OverlaySnapshot> snapshot);
   void finishReading(const std::optional<MusicLayout>& layout, const OverlaySnapshot& snapshot);
+  bool hasIndexOf(const std::vector<OverlayLine>& lines) const;
   void addStatusItem();
 
   bool ticking_ = false;
+  PreparedIndex preparedIndex_;  // by the last reading that found lines without one
   RecordReader<SyncRequest> syncRequestReader_;
   RecordReader<MusicCommand> commandReader_;
   RecordReader<OverlaySnapshot> snapshotReader_;

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "exchange/records/records.h"
@@ -59,6 +61,22 @@ class TranslationIndex {
   std::string keys_;
   std::vector<Line> lines_;
   std::vector<Run> runs_;  // by hash, then by first line, then by length
+};
+
+// The index of a snapshot's lines, made where there is time for it: with as many lines as a file
+// can hold that takes seconds. A plain value; nothing in it where there is none.
+struct PreparedIndex {
+  PreparedIndex() = default;
+  // Makes it. Any thread.
+  explicit PreparedIndex(std::shared_ptr<const OverlaySnapshot> of)
+      : snapshot(std::move(of)), index(std::make_shared<const TranslationIndex>(snapshot->lines)) {}
+
+  bool isOf(const std::vector<OverlayLine>& lines) const {
+    return snapshot && (&snapshot->lines == &lines || snapshot->lines == lines);
+  }
+
+  std::shared_ptr<const OverlaySnapshot> snapshot;
+  std::shared_ptr<const TranslationIndex> index;
 };
 
 }  // namespace vellora

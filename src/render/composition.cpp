@@ -20,7 +20,8 @@ bool showsNothing(const Rect& viewport) {
 void validateCache(const CompositionFields& fields, const std::vector<OverlayLine>& lines) {
   if (fields.lastLines == lines) return;
   fields.lastLines = lines;
-  fields.lineIndex = TranslationIndex(lines);
+  fields.lineIndex = fields.prepared.isOf(lines) ? fields.prepared.index
+                                                 : std::make_shared<const TranslationIndex>(lines);
   fields.translations.clear();
   std::vector<std::string_view> texts;
   texts.reserve(lines.size());
@@ -32,7 +33,8 @@ void validateCache(const CompositionFields& fields, const std::vector<OverlayLin
 const std::string& translationOf(const CompositionFields& fields, const std::string& text) {
   const auto found = fields.translations.find(text);
   if (found != fields.translations.end()) return found->second;
-  std::string translation = fields.lineIndex.translation(text).value_or(std::string());
+  std::string translation;
+  if (fields.lineIndex) translation = fields.lineIndex->translation(text).value_or(std::string());
   return fields.translations.emplace(text, std::move(translation)).first->second;
 }
 

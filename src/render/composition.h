@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,11 +54,12 @@ struct CompositionFields {
   Panel& panel;
   CaptionView& canvas;
   Workspace& workspace;
-  CaptionPainter& painter;              // measures, and is told the translation
-  std::vector<OverlayLine>& lastLines;  // the lines for which the next two hold
-  TranslationIndex& lineIndex;          // of `lastLines`
+  CaptionPainter& painter;                             // measures, and is told the translation
+  std::vector<OverlayLine>& lastLines;                 // the lines for which the next two hold
+  std::shared_ptr<const TranslationIndex>& lineIndex;  // of `lastLines`; null: of none
   TranslationCache& translations;
   TrackMatchMemory& trackMatch;
+  const PreparedIndex& prepared;  // taken where it is of the snapshot's lines
 };
 
 // Turns one reading of the player's window and a snapshot into captions: fills the canvas, places

@@ -1,3 +1,5 @@
+#include <ctime>
+#include <functional>
 #include <thread>
 
 #include "controller/controller_fixture.h"
@@ -28,6 +30,46 @@ TEST_F(ReadingTest, TheFrontmostProcessIsTheOneThatIsRead) {
   bringToFront("com.apple.Music", 99);
   tickAndRead();
   EXPECT_EQ(count("applicationElement 99"), 1u);
+}
+
+// Seconds of this process on a processor.
+double secondsOf(const std::function<void()>& work) {
+  const auto now = [] {
+    timespec time{};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+  };
+  const double before = now();
+  work();
+  return now() - before;
+}
+
+TEST_F(ReadingTest, TheIndexOfManyLinesIsMadeInTheBackgroundOnceForEachSetOfLines) {
+  OverlaySnapshot snapshot{1, now(), true, "Night Drive", "River Band", 32, 0, {}};
+  for (int i = 0; i < 8'000; ++i) {
+    const std::string number = std::to_string(i);
+    snapshot.lines.push_back(
+        {"작은 종이배가 밤의 강물을 따라서 " + number, "A small boat " + number});
+  }
+  snapshot.lines.push_back({"Hello world", "Hallo Welt"});
+  write(snapshotPath(), snapshot);
+  bringMusicToFront();
+  openLyrics();
+  controller->tick();
+  const double background = secondsOf([&] { platform.app.runBackground(); });
+  const double main = secondsOf([&] { platform.app.runMain(); });
+  EXPECT_LT(main, background / 2);
+  ASSERT_EQ(controller->canvas.captions().size(), 1u);
+  EXPECT_EQ(controller->canvas.captions()[0].text, "Hallo Welt");
+
+  // The same lines, written again.
+  const auto index = controller->lineIndex;
+  snapshot.updatedAt += 0.5;
+  write(snapshotPath(), snapshot);
+  controller->tick();
+  EXPECT_LT(secondsOf([&] { platform.app.runBackground(); }), background / 4);
+  platform.app.runMain();
+  EXPECT_EQ(controller->lineIndex, index);
 }
 
 TEST_F(ReadingTest, ATickDuringAReadingLeavesEverythingAsItIs) {

@@ -43,11 +43,12 @@ void fuzzComposition(std::string_view bytes) {
   painter.charactersPerLine = 1 + input.below(20);
   CaptionView canvas(painter, view, workspace);
   std::vector<OverlayLine> lastLines;
-  TranslationIndex index;
+  std::shared_ptr<const TranslationIndex> index;
   TranslationCache translations;
   TrackMatchMemory trackMatch;
-  const CompositionFields fields{panel,     canvas, workspace,    painter,
-                                 lastLines, index,  translations, trackMatch};
+  const PreparedIndex prepared;
+  const CompositionFields fields{panel, canvas,       workspace,  painter, lastLines,
+                                 index, translations, trackMatch, prepared};
   for (int reading = 0; reading < 6 && !input.isEmpty(); ++reading) {
     OverlaySnapshot snapshot{1, 0, true, "Song", "Artist", coordinate(input), coordinate(input),
                              {}};

@@ -53,11 +53,12 @@ class CompositionTest : public ::testing::Test {
   FakeWorkspace workspace{log};
   CaptionView view{painter, nativeView, workspace};
   std::vector<OverlayLine> lastLines;
-  TranslationIndex lineIndex;
+  std::shared_ptr<const TranslationIndex> lineIndex;
   TranslationCache translations;
   TrackMatchMemory trackMatch;
-  CompositionFields fields{panel,     view,      workspace,    painter,
-                           lastLines, lineIndex, translations, trackMatch};
+  PreparedIndex prepared;
+  CompositionFields fields{panel,     view,         workspace,  painter, lastLines,
+                           lineIndex, translations, trackMatch, prepared};
   MusicLayout layout;
   OverlaySnapshot snapshot;
 };
@@ -238,7 +239,8 @@ TEST_F(CompositionTest, ARowWithoutATranslationIsCachedAsEmptyAndNotLookedUpAgai
   EXPECT_EQ(translations.at("nothing"), "");
 
   // An index that would now find it is not asked.
-  lineIndex = TranslationIndex(std::vector<OverlayLine>{{"nothing", "nichts"}});
+  lineIndex =
+      std::make_shared<const TranslationIndex>(std::vector<OverlayLine>{{"nothing", "nichts"}});
   EXPECT_EQ(compose(), "Following Music • 3 translated rows");
 }
 
@@ -255,6 +257,23 @@ TEST_F(CompositionTest, NewLinesEmptyTheCacheAndAreLookedUpAnew) {
   compose();
   EXPECT_THAT(texts(), ElementsAre("rien"));
   EXPECT_THAT(translations, SizeIs(1));
+}
+
+TEST_F(CompositionTest, APreparedIndexIsTakenForItsOwnLinesAndNoOthers) {
+  prepared = PreparedIndex(std::make_shared<const OverlaySnapshot>(snapshot));
+  compose();
+  EXPECT_EQ(lineIndex, prepared.index);
+  EXPECT_THAT(texts(), ElementsAre("eins", "zwei", "drei"));
+
+  snapshot.lines = {{"Two", "deux"}};
+  compose();
+  EXPECT_NE(lineIndex, prepared.index);
+  EXPECT_THAT(texts(), ElementsAre("deux"));
+
+  snapshot.lines = prepared.snapshot->lines;
+  compose();
+  EXPECT_EQ(lineIndex, prepared.index);
+  EXPECT_THAT(texts(), ElementsAre("eins", "zwei", "drei"));
 }
 
 TEST_F(CompositionTest, TheOrderOfLinesCountsForTheCache) {
