@@ -284,5 +284,19 @@ TEST(MprisWithoutABusTest, NothingPlaysAndCommandsFail) {
               "there is no session bus that answers");
 }
 
+TEST(MprisOverTwoBusesTest, ABusThatComesAfterTheLastOneIsTakenUp) {
+  MprisScripting scripting;
+  const auto ask = [&] { return scripting.run({.source = "", .command = {}}); };
+  {
+    const PrivateBus bus;
+    FakePlayer player(playing(1));
+    EXPECT_TRUE(runLoopUntil([&] { return ask().reply == "Sakura|Choir|Spring|0|playing"; }));
+  }
+  expectReply(ask(), "");  // and no line of a player
+  const PrivateBus bus;
+  FakePlayer player(playing(2));
+  EXPECT_TRUE(runLoopUntil([&] { return ask().reply == "Sakura|Anna, Ben|Blossoms|0|playing"; }));
+}
+
 }  // namespace
 }  // namespace vellora

@@ -197,5 +197,22 @@ TEST_F(StatusItemTest, PictureShowsTheGlyphAtEverySize) {
   }
 }
 
+TEST(StatusItemOverTwoBusesTest, IsThereAgainWithAllThatItShows) {
+  auto first = std::make_unique<TrayHost>();
+  const auto item = makeNotifierItem();
+  item->setTitle("文");
+  item->setMenu({entry("Stop", [] {})});
+  first->service();
+  first.reset();
+  item->setToolTip("told in between");
+  TrayHost second;
+  const std::string name = second.service();
+  EXPECT_EQ(second.printed(second.property(name, "Title")), "'文'");
+  EXPECT_EQ(second.printed(second.property(name, "ToolTip")), "('', [], 'told in between', '')");
+  const auto menu = second.menu(name);
+  ASSERT_EQ(menu.size(), 1U);
+  EXPECT_EQ(menu[0].label, "Stop");
+}
+
 }  // namespace
 }  // namespace vellora
