@@ -26,6 +26,7 @@ void forgetLists(ElementFacts& facts) {
 }  // namespace
 
 void forgetText(DescribedMemory& memory, ElementIndex element) {
+  memory.settled.reset();
   ElementFact& fact = (*memory.facts)[element];
   fact.wantedText = fact.text.isTold() || (fact.wantedText && fact.name.isUnasked());
   fact.name = {};
@@ -35,13 +36,32 @@ void forgetText(DescribedMemory& memory, ElementIndex element) {
 }
 
 void forgetEverything(DescribedMemory& memory) {
+  memory.settled.reset();
   memory.facts->forgetAll();
   memory.frames.forget();
   memory.isSearching = false;
 }
 
+void forgetView(DescribedMemory& memory) {
+  memory.settled.reset();
+  ElementFacts& facts = *memory.facts;
+  forgetLists(facts);
+  if (memory.last.frame) facts.forget(*memory.last.frame);
+  if (!memory.last.view) return;
+  const FoundView& view = *memory.last.view;
+  for (const ElementIndex element : view.lookedThrough) facts.forget(element);
+  for (const ElementIndex element : view.titleElements) facts.forget(element);
+  for (const FoundRow& row : view.rows) {
+    facts.forget(row.element);
+    facts.forget(row.frameElement);
+    facts.forget(row.textElement);
+  }
+  memory.frames.forget();
+}
+
 void forgetPages(DescribedMemory& memory) {
   if (!memory.last.frame) return;
+  memory.settled.reset();
   ElementFacts& facts = *memory.facts;
   auto& lists = facts[*memory.last.frame].matches;
   // Without collections the pages were found by a walk through all that is in them.
@@ -55,12 +75,14 @@ void forgetPages(DescribedMemory& memory) {
 
 void forgetRows(DescribedMemory& memory) {
   if (!memory.last.view) return;
+  memory.settled.reset();
   for (const ElementIndex element : memory.last.view->lookedThrough) {
     (*memory.facts)[element].children = {};
   }
 }
 
 void forgetChanging(DescribedMemory& memory) {
+  memory.settled.reset();
   ElementFacts& facts = *memory.facts;
   if (!memory.last.view) return forgetLists(facts);
   const FoundView& view = *memory.last.view;

@@ -14,8 +14,10 @@ namespace vellora {
 
 namespace {
 
-// Everything is looked for anew after so many times as long as what often changes is believed.
+// The view is looked for anew after so many times as long as what often changes is believed, and
+// everything after so many.
 constexpr int memoriesOfASearch = 5;
+constexpr int memoriesOfEverything = 60;
 
 // A page that has just come may not be complete yet: so long it is looked through more often.
 constexpr Steady::duration youth = std::chrono::seconds(3);
@@ -92,6 +94,7 @@ class DescribedReading {
   bool find();
   void forgetOld();
   void askMoving();
+  SearchTerms terms();
   void search();
   bool pass();
   void take(SearchResult result);
@@ -140,7 +143,7 @@ bool DescribedReading::find() {
   bus_.setPatientPeer(root->bus);
   memory_.facts = std::make_unique<ElementFacts>(bus_, root->bus);
   memory_.root = facts().intern(std::move(*root));
-  memory_.lookedAgain = memory_.lookedAnew = begin_;
+  memory_.lookedAgain = memory_.lookedAnew = memory_.lookedAfresh = begin_;
   facts().setDeadline(begin_ + steady(limits_.seconds));
   return true;
 }
@@ -150,11 +153,16 @@ void DescribedReading::forgetOld() {
   const bool isOtherSong = std::exchange(memory_.played, played) != played;
   const auto age = begin_ - memory_.lookedAnew;
   const auto oldest = longestMemory_ * memoriesOfASearch;
-  if (memory_.isSearching ? age >= std::max(oldest, longestSearch) : age >= oldest) {
-    memory_.lookedAgain = memory_.lookedAnew = begin_;
+  const bool isOld = begin_ - memory_.lookedAfresh >= longestMemory_ * memoriesOfEverything;
+  if (memory_.isSearching ? age >= std::max(oldest, longestSearch) : isOld) {
+    memory_.lookedAgain = memory_.lookedAnew = memory_.lookedAfresh = begin_;
     return forgetEverything(memory_);
   }
   if (memory_.isSearching) return;
+  if (age >= oldest) {
+    memory_.lookedAgain = memory_.lookedAnew = begin_;
+    return forgetView(memory_);
+  }
   if (!view() && !memory_.last.page) forgetPages(memory_);
   if (isOtherSong && view()) {
     // Another song's lines, perhaps in the same elements.
@@ -223,7 +231,18 @@ void DescribedReading::tellRows(const std::vector<std::size_t>& rows) {
   }
 }
 
+// On which terms a search is made now.
+SearchTerms DescribedReading::terms() {
+  SearchTerms terms;
+  terms.hasMediaPlayer = track_.has_value();
+  terms.descriptions = window_.descriptions;
+  if (memory_.last.frame) terms.frameStates = facts()[*memory_.last.frame].states.value;
+  if (view() && view()->document) terms.pageStates = facts()[*view()->document].states.value;
+  return terms;
+}
+
 void DescribedReading::search() {
+  if (memory_.settled && *memory_.settled == terms()) return;
   for (int i = 0; i < mostSearches; ++i) {
     const std::string title = view() ? view()->title : std::string();
     const bool hadView = view() != nullptr;
@@ -269,6 +288,7 @@ void DescribedReading::take(SearchResult result) {
   if (memory_.last.frame) {
     memory_.wasActive = has(facts().states(*memory_.last.frame), AtspiState::active);
   }
+  memory_.settled = terms();
 }
 
 // The frames of what can be seen, in volleys until no row in sight is left out.

@@ -155,6 +155,7 @@ const Answer<ElementList>& ElementFacts::children(ElementIndex element) {
 const Answer<std::int32_t>& ElementFacts::childCount(ElementIndex element) {
   Answer<std::int32_t>& answer = elements_[element].childCount;
   if (answer.isUnasked() && mayAsk()) {
+    moving_.push_back(element);
     ask(element, answer, callGet(element, "ChildCount"), readCountProperty);
   }
   return answer;
@@ -190,6 +191,7 @@ const Answer<AccessibleExtents>& ElementFacts::extents(ElementIndex element) {
   if (answer.isUnasked() && mayAsk()) {
     BusMessagePtr question = call(element, "org.a11y.atspi.Component", "GetExtents");
     if (question) sd_bus_message_append(question.get(), "u", screenCoordinates);
+    moving_.push_back(element);
     ask(element, answer, std::move(question), readExtents);
   }
   return answer;
@@ -209,6 +211,7 @@ const Answer<AccessibleExtents>& ElementFacts::textExtents(ElementIndex element,
   if (answer.isUnasked() && mayAsk()) {
     BusMessagePtr question = call(element, textInterface, "GetRangeExtents");
     if (question) sd_bus_message_append(question.get(), "iiu", 0, count, screenCoordinates);
+    moving_.push_back(element);
     ask(element, answer, std::move(question), readRangeExtents);
   }
   return answer;
@@ -221,7 +224,8 @@ bool ElementFacts::exchange() {
 }
 
 void ElementFacts::forgetMoment(const ElementList& states) {
-  for (ElementFact& element : elements_) {
+  for (const ElementIndex moving : std::exchange(moving_, {})) {
+    ElementFact& element = elements_[moving];
     element.extents = {};
     element.textExtents = {};
     element.childCount = {};
@@ -229,12 +233,14 @@ void ElementFacts::forgetMoment(const ElementList& states) {
   for (const ElementIndex element : states) elements_[element].states = {};
 }
 
+void ElementFacts::forget(ElementIndex element) {
+  ElementFact blank;
+  blank.reference = std::move(elements_[element].reference);
+  elements_[element] = std::move(blank);
+}
+
 void ElementFacts::forgetAll() {
-  for (ElementFact& element : elements_) {
-    ElementFact blank;
-    blank.reference = std::move(element.reference);
-    element = std::move(blank);
-  }
+  for (ElementIndex element = 0; element < elements_.size(); ++element) forget(element);
 }
 
 }  // namespace vellora

@@ -82,7 +82,8 @@ class ElementFacts {
 
   // Forgets what changes at any moment: extents, and the states of these elements.
   void forgetMoment(const ElementList& states);
-  // Forgets all facts. Indices stay what they are.
+  // Forgets all facts of an element, or of every one. Indices stay what they are.
+  void forget(ElementIndex element);
   void forgetAll();
 
  private:
@@ -102,6 +103,7 @@ class ElementFacts {
   const std::string program_;
   std::deque<ElementFact> elements_;
   std::map<AccessibleReference, ElementIndex> indices_;
+  ElementList moving_;  // those asked for what changes at any moment, since that was forgotten
   std::size_t linedUp_ = 0;
   std::size_t sent_ = 0;
   Steady::time_point deadline_;
