@@ -1,6 +1,7 @@
 #include "platform/linux/accessibility/described_memory.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace vellora {
 
@@ -12,6 +13,21 @@ constexpr std::size_t textsAgain = 32;
 bool isInSight(const DescribedMemory& memory, std::size_t row) {
   const auto& extents = memory.frames.at(row);
   return extents && extents->y < memory.sight.bottom() && extents->bottom() > memory.sight.y;
+}
+
+// An element with all that is known to be below it.
+void forgetTree(ElementFacts& facts, ElementIndex top) {
+  std::vector<bool> isMet(facts.size(), false);
+  ElementList ahead{top};
+  while (!ahead.empty()) {
+    const ElementIndex element = ahead.back();
+    ahead.pop_back();
+    if (isMet[element]) continue;
+    isMet[element] = true;
+    const ElementList below = facts[element].children.value.value_or(ElementList());
+    ahead.insert(ahead.end(), below.begin(), below.end());
+    facts.forget(element);
+  }
 }
 
 void forgetLists(ElementFacts& facts) {
@@ -45,17 +61,12 @@ void forgetEverything(DescribedMemory& memory) {
 void forgetView(DescribedMemory& memory) {
   memory.settled.reset();
   ElementFacts& facts = *memory.facts;
-  forgetLists(facts);
   if (memory.last.frame) facts.forget(*memory.last.frame);
-  if (!memory.last.view) return;
-  const FoundView& view = *memory.last.view;
-  for (const ElementIndex element : view.lookedThrough) facts.forget(element);
-  for (const ElementIndex element : view.titleElements) facts.forget(element);
-  for (const FoundRow& row : view.rows) {
-    facts.forget(row.element);
-    facts.forget(row.frameElement);
-    facts.forget(row.textElement);
+  if (memory.last.view) {
+    forgetTree(facts, memory.last.view->view);
+    for (const ElementIndex element : memory.last.view->titleElements) forgetTree(facts, element);
   }
+  forgetLists(facts);
   memory.frames.forget();
 }
 
@@ -92,6 +103,7 @@ void forgetChanging(DescribedMemory& memory) {
   facts[view.view].attributes = {};
   forgetRows(memory);
   for (const ElementIndex element : view.titleElements) forgetText(memory, element);
+  for (const ElementIndex element : view.silent) forgetText(memory, element);
   const std::size_t rows = view.rows.size();
   for (std::size_t i = 0; i < rows; ++i) {
     if (rows <= textsAgain || isInSight(memory, i)) forgetText(memory, view.rows[i].textElement);
@@ -117,6 +129,7 @@ void askChanging(DescribedMemory& memory) {
     if (facts[view.view].attributes.isUnasked()) facts.attributes(view.view);
     for (const ElementIndex element : view.lookedThrough) facts.children(element);
     for (const FoundRow& row : view.rows) askText(row.textElement);
+    for (const ElementIndex element : view.silent) askText(element);
   }
   for (const ElementIndex element : view.titleElements) askText(element);
 }

@@ -189,7 +189,10 @@ bool ViewSearch::takeRow(const LyricsPattern& lyrics, ElementIndex element, Foun
   if (!*textElement || !*frameElement) return true;
   const auto text = textOf(facts_, **textElement);
   if (!text) return false;
-  if (text->empty()) return true;
+  if (text->empty()) {
+    view.silent.push_back(**textElement);
+    return true;
+  }
   std::int32_t characters = 0;
   if (lyrics.isFrameOfText) {
     const auto& count = facts_.characterCount(**textElement);

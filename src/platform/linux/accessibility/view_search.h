@@ -31,6 +31,7 @@ struct FoundView {
   ElementIndex view = 0;
   ElementIndex viewport = 0;
   std::vector<FoundRow> rows;  // in the tree's order
+  ElementList silent;          // text elements of rows that have no text, so count as none
   ElementList lookedThrough;   // the view and what is below it without being in a row
   ElementList titleElements;   // that `title` comes from; empty where the description names none
   std::string title;

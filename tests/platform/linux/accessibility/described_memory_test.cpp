@@ -41,6 +41,29 @@ TEST_F(DescribedMemoryTest, WhatIsSomethingElseIsSeldomAskedAgain) {
   EXPECT_THAT(questions(), AllOf(Gt(10), Lt(60)));
 }
 
+TEST_F(DescribedMemoryTest, ARowThatGetsItsTextLaterIsSeenThen) {
+  makePage(3);
+  for (const std::size_t one : rows) object(one).name = "";
+  remember(std::chrono::milliseconds(200));
+  begin();
+  EXPECT_EQ(readTexts().size(), 0U);
+  for (const std::size_t one : rows) change(one, [](FakeAccessible& it) { it.name = "late"; });
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));  // texts are asked again now
+  EXPECT_THAT(readTexts(), ElementsAre("late", "late", "late"));
+}
+
+TEST_F(DescribedMemoryTest, WhatIsWithinARowIsAskedAgainToo) {
+  makePage(1);
+  object(rows[0]).name = "";
+  const std::size_t inner = add(program, rows[0], {.role = FakeRole::text, .name = "before"});
+  remember(std::chrono::milliseconds(200));
+  begin();
+  EXPECT_THAT(readTexts(), ElementsAre("before"));
+  change(inner, [](FakeAccessible& it) { it.name = "after"; });
+  std::this_thread::sleep_for(std::chrono::milliseconds(1100));  // now the view is looked for anew
+  EXPECT_THAT(readTexts(), ElementsAre("after"));
+}
+
 TEST_F(DescribedMemoryTest, AnElementThatBecomesTheViewIsSeenInTheEnd) {
   makePage(2);
   const std::size_t other = add(program, document, {.role = FakeRole::landmark, .name = "News"});
