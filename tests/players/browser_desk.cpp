@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
-#include <iostream>
 #include <variant>
 
 #include <unistd.h>
@@ -104,13 +103,6 @@ void BrowserDesk::open(const std::vector<std::string>& pages) {
   }
   player = std::make_unique<Process>(std::move(arguments), folder / "browser.log", environment);
   ASSERT_TRUE(waitFor([&] { return inFront(); }, patience)) << "no window of the browser in front";
-  if (browser_.program == "chromium") return;
-  // Now and then Firefox gives the elements of a page that it loads while it starts no frames, to
-  // no client at all, until the page is loaded once more.
-  for (int i = 0; i < 5 && !waitFor([&] { return seenPlayer().has_value(); }, 10); ++i) {
-    std::cout << "Firefox shows no client its page: loaded once more\n";
-    outputOf({"xdotool", "key", "F5"});
-  }
 }
 
 void BrowserDesk::follow(const std::string& page, std::size_t number) {

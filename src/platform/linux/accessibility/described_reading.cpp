@@ -161,7 +161,7 @@ void DescribedReading::forgetOld() {
   if (memory_.isSearching) return;
   if (age >= oldest) {
     memory_.lookedAgain = memory_.lookedAnew = begin_;
-    return forgetView(memory_);
+    return view() ? forgetView(memory_) : forgetEverything(memory_);
   }
   if (!view() && !memory_.last.page) forgetPages(memory_);
   if (isOtherSong && view()) {

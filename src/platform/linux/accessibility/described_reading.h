@@ -33,7 +33,8 @@ struct DescribedLayout {
 // readings only what moves is asked: the states of window and page, the frames of both, of the
 // view, and of the rows that can be seen. What an answer contradicts is looked for again, and so is
 // after `longestMemory` the list of rows and the texts of those in sight, after five times as long
-// the view among the elements that are there then, and after sixty times everything. A search that a reading has no time for goes on in the next.
+// the view among the elements that are there then, everything where there is no view, and after
+// sixty times everything in any case. A search that a reading has no time for goes on in the next.
 //
 // Finding the program takes one messaging timeout at most, all else the walk's time. Nothing when
 // the program is not there or does not answer. One thread at a time.

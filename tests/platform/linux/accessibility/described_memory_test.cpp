@@ -64,6 +64,17 @@ TEST_F(DescribedMemoryTest, WhatIsWithinARowIsAskedAgainToo) {
   EXPECT_THAT(readTexts(), ElementsAre("after"));
 }
 
+TEST_F(DescribedMemoryTest, WhereNoViewIsFollowedEachElementIsAskedAnewEarly) {
+  makePage(2);
+  object(view).name = "";
+  remember(std::chrono::milliseconds(200));
+  begin();
+  EXPECT_EQ(readTexts().size(), 0U);
+  change(view, [](FakeAccessible& it) { it.name = "Lyrics"; });
+  std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+  EXPECT_THAT(readTexts(), ElementsAre("line 0", "line 1"));
+}
+
 TEST_F(DescribedMemoryTest, AnElementThatBecomesTheViewIsSeenInTheEnd) {
   makePage(2);
   const std::size_t other = add(program, document, {.role = FakeRole::landmark, .name = "News"});
