@@ -94,7 +94,9 @@ void paintAnything(FuzzInput& input, PangoPainter& painter) {
                          drawing.pixelWidth < 32768 && drawing.pixelHeight < 32768;
   require(paintable || !picture, "no picture without pixels");
   if (!picture) return;
+  requirePremultiplied(static_cast<const CairoImage&>(*picture).pixels());
   const auto blurred = painter.blur(*picture, radius);
+  if (blurred) requirePremultiplied(static_cast<const CairoImage&>(*blurred).pixels());
   const auto bitmap = CairoBitmap::make(64, 64);
   CairoSurface surface(bitmap->pixels(), 1);
   surface.drawImage(blurred ? *blurred : *picture, anyRectangle(input));

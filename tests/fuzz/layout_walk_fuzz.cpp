@@ -40,7 +40,8 @@ class Tree {
         AccessibilityAttribute::position,    AccessibilityAttribute::size,
         AccessibilityAttribute::children,    AccessibilityAttribute::minimized};
     for (std::size_t left = input.below(10); left > 0; --left) {
-      element.set(names[input.below(std::size(names))], value(input));
+      const std::string_view name = names[input.below(std::size(names))];
+      element.set(name, value(input));
     }
   }
   AttributeValue value(FuzzInput& input) {
