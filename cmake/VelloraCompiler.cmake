@@ -22,6 +22,11 @@ if(VELLORA_HARDENING AND NOT APPLE AND NOT VELLORA_SANITIZE)
   set(program "$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>")
   target_link_options(vellora_compiler INTERFACE $<$<AND:${optimised},${program}>:-pie>)
 endif()
+# Clang tells of what libstdc++ deprecates even where libstdc++ itself uses it; GCC, which builds the
+# same sources, tells of everything else.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND NOT APPLE)
+  target_compile_options(vellora_compiler INTERFACE -Wno-deprecated-declarations)
+endif()
 if(VELLORA_SANITIZE)
   target_compile_options(vellora_compiler INTERFACE
     -fsanitize=${VELLORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
