@@ -61,14 +61,7 @@ void paintCaption(FuzzInput& input, PangoPainter& painter) {
 double anyNumber(FuzzInput& input) {
   return input.flag() ? input.number() : static_cast<double>(input.take<std::int16_t>()) / 16;
 }
-Rect anyRectangle(FuzzInput& input) {
-  Rect rect;
-  rect.x = anyNumber(input);
-  rect.y = anyNumber(input);
-  rect.width = anyNumber(input);
-  rect.height = anyNumber(input);
-  return rect;
-}
+Rect anyRectangle(FuzzInput& input) { return rectangleOf(input, anyNumber); }
 
 // As the seam allows it.
 void paintAnything(FuzzInput& input, PangoPainter& painter) {

@@ -16,14 +16,7 @@ double coordinate(FuzzInput& input) {
   if (input.below(8) == 0) return input.number();
   return static_cast<double>(input.take<std::int16_t>()) / 4;
 }
-Rect rectangle(FuzzInput& input) {
-  Rect rect;
-  rect.x = coordinate(input);
-  rect.y = coordinate(input);
-  rect.width = coordinate(input);
-  rect.height = coordinate(input);
-  return rect;
-}
+Rect rectangle(FuzzInput& input) { return rectangleOf(input, coordinate); }
 
 // What is on no screen: a picture of it ends the process, as the design has it.
 bool isDrawable(const Rect& rect) {

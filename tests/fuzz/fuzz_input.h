@@ -8,6 +8,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/rect.h"
+
 namespace vellora {
 
 // Ends the process, and with it the fuzzer's run, where a promise is broken.
@@ -53,5 +55,15 @@ class FuzzInput {
  private:
   std::string_view bytes_;
 };
+
+// A rectangle of four numbers, each as `number` takes it off the input.
+inline Rect rectangleOf(FuzzInput& input, double (*number)(FuzzInput& input)) {
+  Rect rect;
+  rect.x = number(input);
+  rect.y = number(input);
+  rect.width = number(input);
+  rect.height = number(input);
+  return rect;
+}
 
 }  // namespace vellora

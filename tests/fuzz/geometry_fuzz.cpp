@@ -15,14 +15,7 @@ double coordinate(FuzzInput& input) {
   if (input.flag()) return input.number();
   return static_cast<double>(input.take<std::int16_t>()) / 8;
 }
-Rect rectangle(FuzzInput& input) {
-  Rect rect;
-  rect.x = coordinate(input);
-  rect.y = coordinate(input);
-  rect.width = coordinate(input);
-  rect.height = coordinate(input);
-  return rect;
-}
+Rect rectangle(FuzzInput& input) { return rectangleOf(input, coordinate); }
 
 bool same(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
 bool same(const Rect& a, const Rect& b) {
