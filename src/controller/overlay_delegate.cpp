@@ -107,6 +107,7 @@ void OverlayDelegate::render(const std::optional<MusicLayout>& layout,
   const CompositionFields fields{*panel,    canvas,       *workspace_, *painter_,     lastLines,
                                  lineIndex, translations, trackMatch,  preparedIndex_};
   writeStatus(vellora::render(fields, layout, snapshot, showPanel), false);
+  if (lineIndex == preparedIndex_.index) preparedIndex_ = {};  // it has been taken
 }
 
 }  // namespace vellora

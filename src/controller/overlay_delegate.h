@@ -122,7 +122,7 @@ class OverlayDelegate final : public ApplicationDelegate,
   void addStatusItem();
 
   bool ticking_ = false;
-  PreparedIndex preparedIndex_;  // by the last reading that found lines without one
+  PreparedIndex preparedIndex_;  // made by a reading that has not been drawn yet
   RecordReader<SyncRequest> syncRequestReader_;
   RecordReader<MusicCommand> commandReader_;
   RecordReader<OverlaySnapshot> snapshotReader_;
