@@ -16,21 +16,21 @@ constexpr const char* isEnabled = "IsEnabled";
 }  // namespace
 
 void askAccessibilityStatus(BusConnection& session,
-                            std::function<void(const AccessibilityStatus&)> answer) {
-  auto found = std::make_shared<AccessibilityStatus>();
+                            std::function<void(const std::optional<AccessibilityStatus>&)> answer) {
+  auto found = std::make_shared<std::optional<AccessibilityStatus>>();
   session.send(session.newCall(service, path, service, "GetAddress"),
                [found](sd_bus_message* reply) {
                  const char* address = nullptr;
                  if (reply != nullptr && sd_bus_message_read(reply, "s", &address) > 0) {
-                   found->busAddress = address;
+                   *found = {address, false};
                  }
                });
   BusMessagePtr call = session.newCall(service, path, properties, "Get");
   if (call) sd_bus_message_append(call.get(), "ss", status, isEnabled);
   session.send(std::move(call), [found, answer = std::move(answer)](sd_bus_message* reply) {
     int enabled = 0;
-    found->isEnabled =
-        reply != nullptr && sd_bus_message_read(reply, "v", "b", &enabled) > 0 && enabled != 0;
+    if (reply == nullptr || sd_bus_message_read(reply, "v", "b", &enabled) <= 0) found->reset();
+    if (*found) (*found)->isEnabled = enabled != 0;
     answer(*found);
   });
 }

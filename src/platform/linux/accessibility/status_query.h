@@ -21,9 +21,10 @@ struct AccessibilityStatus {
 // The D-Bus names are those of at-spi2-core: org.a11y.Bus owns /org/a11y/bus, which has the
 // interfaces org.a11y.Bus (GetAddress) and org.a11y.Status (property IsEnabled).
 
-// Asks for both without starting the service; `answer` is told once.
+// Asks for both without starting the service; `answer` is told once: nothing where one of the
+// questions failed, as both do without the service.
 void askAccessibilityStatus(BusConnection& session,
-                            std::function<void(const AccessibilityStatus&)> answer);
+                            std::function<void(const std::optional<AccessibilityStatus>&)> answer);
 
 // Sets IsEnabled to true and starts the service where it is not running; `done` is told once.
 void enableAccessibility(BusConnection& session, std::function<void()> done);

@@ -10,7 +10,12 @@ AccessibilityStatus StatusWatch::status(Steady::duration first, Steady::duration
   if (session == nullptr) return {};
   session->pump();
   const Steady::duration patience = std::exchange(waited_, true) ? later : first;
-  if (asking_ && patience > Steady::duration::zero()) session->wait(Steady::now() + patience);
+  const auto deadline = Steady::now() + patience;
+  do {
+    if (failures_ == 1 && !asking_) ask();
+    if (!asking_ || patience <= Steady::duration::zero()) break;
+    session->wait(deadline);
+  } while (failures_ == 1 && !asking_ && !session->isBroken());
   if (session->isBroken()) return {};
   return status_;
 }
@@ -29,9 +34,10 @@ BusConnection* StatusWatch::connect() {
   status_ = {};
   asking_ = false;
   askAgain_ = false;
+  failures_ = 0;
   session_ = BusConnection::openSession();
   if (!session_) return nullptr;
-  session_->subscribe(statusChangedRule, [this](sd_bus_message*) { ask(); });
+  session_->subscribe(statusChangedRule, [this](sd_bus_message*) { askAnew(); });
   session_->subscribe(statusOwnerChangedRule,
                       [this](sd_bus_message* changed) { noteOwner(changed); });
   ask();
@@ -45,6 +51,11 @@ void StatusWatch::noteOwner(sd_bus_message* changed) {
   const bool ended = sd_bus_message_read(changed, "sss", nullptr, nullptr, &owner) > 0 &&
                      std::string_view(owner).empty();
   if (ended && enabling_) enableAccessibility(*session_, [this] { ask(); });
+  askAnew();
+}
+
+void StatusWatch::askAnew() {
+  failures_ = 0;
   ask();
 }
 
@@ -56,8 +67,9 @@ void StatusWatch::ask() {
   }
   asking_ = true;
   askAgain_ = false;
-  askAccessibilityStatus(*session_, [this](const AccessibilityStatus& status) {
-    status_ = status;
+  askAccessibilityStatus(*session_, [this](const std::optional<AccessibilityStatus>& status) {
+    status_ = status.value_or(AccessibilityStatus());
+    failures_ = status ? 0 : failures_ + 1;
     asking_ = false;
     if (askAgain_ && !session_->isBroken()) ask();
   });

@@ -13,7 +13,7 @@ class StatusWatch {
  public:
   // As last told; while nothing is known there is no bus, and accessibility is off. Waits for the
   // session's first answer, `first` at most, and for the one after a change `later` at most, which
-  // may be nothing.
+  // may be nothing. A question that fails is asked once more.
   AccessibilityStatus status(Steady::duration first, Steady::duration later);
 
   // Switches accessibility on without waiting for the outcome, now and whenever the session bus
@@ -25,11 +25,13 @@ class StatusWatch {
   BusConnection* connect();
   void noteOwner(sd_bus_message* changed);
   void ask();
+  void askAnew();
 
   bool waited_ = false;
   AccessibilityStatus status_;
   bool asking_ = false;
   bool askAgain_ = false;
+  int failures_ = 0;  // since the last answer or signal
   bool enabling_ = false;
   std::unique_ptr<BusConnection> session_;  // last: its calls name the members above
 };

@@ -58,6 +58,14 @@ TEST_F(AccessibilityTrustTest, WithoutAnAccessibilityBusNothingIsTrusted) {
   EXPECT_FALSE(accessibility->isTrusted());
 }
 
+TEST_F(AccessibilityTrustTest, AQuestionThatFailsIsAskedOnceMore) {
+  for (const int failures : {1, 2}) {  // of the two that are asked
+    services.reset();
+    services = startServices(bus, {true, bus.address(), failures});
+    EXPECT_TRUE(makeLinuxAccessibility()->isTrusted()) << failures;
+  }
+}
+
 TEST_F(AccessibilityTrustTest, AskingForTrustSwitchesAccessibilityOn) {
   setEnabled(bus, false);
   ASSERT_FALSE(accessibility->isTrusted());

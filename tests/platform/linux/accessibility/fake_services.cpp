@@ -65,6 +65,11 @@ struct Services {
 
 int onServiceCall(sd_bus_message* call, void* data, sd_bus_error*) {
   auto& services = *static_cast<Services*>(data);
+  const bool isQuestion = sd_bus_message_is_method_call(call, nullptr, "GetAddress") > 0 ||
+                          sd_bus_message_is_method_call(call, nullptr, "Get") > 0;
+  if (isQuestion && services.given.failures-- > 0) {
+    return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_NO_MEMORY, "not this time");
+  }
   if (sd_bus_message_is_method_call(call, "org.a11y.Bus", "GetAddress")) {
     return sd_bus_reply_method_return(call, "s", services.given.busAddress.c_str());
   }

@@ -63,6 +63,7 @@ class PrivateBus {
 struct FakeServices {
   bool isEnabled = true;
   std::string busAddress{};  // what GetAddress answers
+  int failures = 0;          // the first so many questions are answered with an error
 };
 std::unique_ptr<ChildProcess> startServices(const PrivateBus& bus, const FakeServices& services);
 
