@@ -120,6 +120,26 @@ TEST_F(Neighbours, TheDisplayHangs) {
   expectCaptions();
 }
 
+TEST_F(Neighbours, TheDisplayHangsAndTheOverlayIsAskedToEnd) {
+  ASSERT_NO_FATAL_FAILURE(follow());
+  const pid_t display = sessionPiece("xvfb");
+  // The last that the overlay hears of the display is news that it asks it about.
+  overlay->signal(SIGSTOP);
+  outputOf(
+      {"xprop", "-root", "-f", "_NET_ACTIVE_WINDOW", "32x", "-set", "_NET_ACTIVE_WINDOW", "0"});
+  kill(display, SIGSTOP);
+  overlay->signal(SIGCONT);
+  const double begun = now();
+  waitFor([&] { return now() - begun > 1; });
+  overlay->signal(SIGTERM);
+  const double asked = now();
+  const bool ended = waitFor([&] { return !overlay->running(); });
+  std::cout << "the overlay has ended: " << now() - asked << " s\n";
+  kill(display, SIGCONT);
+  ASSERT_TRUE(ended);
+  EXPECT_EQ(overlay->exitStatus(), 0);
+}
+
 TEST_F(Neighbours, TheScreenIsResized) {
   ASSERT_NO_FATAL_FAILURE(follow());
   for (const char* size : {"1100x700", "1280x800"}) {

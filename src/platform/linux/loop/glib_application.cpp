@@ -60,6 +60,7 @@ void GlibApplication::run() {
   const auto end = [this] { terminate(); };
   const auto terminating = attachSource(g_unix_signal_source_new(SIGTERM), end);
   const auto interrupting = attachSource(g_unix_signal_source_new(SIGINT), end);
+  boundedEnd_.emplace();
   std::optional<OpenedUrls> openedUrls;
   const auto open = [this](const std::vector<std::string>& urls) {
     const auto delegate = delegate_.lock();

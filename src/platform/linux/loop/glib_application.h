@@ -1,11 +1,13 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/application.h"
 #include "platform/linux/glib/glib_ptr.h"
 #include "platform/linux/loop/background_queue.h"
+#include "platform/linux/loop/bounded_end.h"
 #include "platform/linux/loop/main_queue.h"
 #include "platform/linux/loop/opened_urls.h"
 
@@ -25,10 +27,10 @@ class GlibApplication : public Application {
 
   void setDelegate(std::weak_ptr<ApplicationDelegate> delegate) override;
 
-  // SIGTERM and SIGINT count as `terminate`. Takes opened URLs while it runs. When the program is
-  // ended while a serial queue is in the middle of a piece of work, this does not return: standard
-  // output is flushed and the process leaves with status 0 at once, because that piece would run
-  // on while the process is torn down under it.
+  // SIGTERM and SIGINT count as `terminate`; from then on the process has two seconds to end. Takes
+  // opened URLs while it runs. When the program is ended while a serial queue is in the middle of a
+  // piece of work, this does not return: standard output is flushed and the process leaves with
+  // status 0 at once, because that piece would run on while the process is torn down under it.
   void run() override;
 
   // Whole milliseconds, at least one; the next firing is reckoned from the last.
@@ -45,6 +47,7 @@ class GlibApplication : public Application {
   bool backgroundIsWorking() const;
 
   GMainLoopPtr loop_;
+  std::optional<BoundedEnd> boundedEnd_;  // until everything else of the program is gone
   MainQueue mainQueue_;
   std::weak_ptr<ApplicationDelegate> delegate_;
   std::vector<std::weak_ptr<const BackgroundQueue::State>> queues_;
