@@ -6,6 +6,7 @@
 
 #include "base/standard_streams.h"
 #include "companion/program/commanding.h"
+#include "companion/program/configuring.h"
 #include "companion/program/keeping.h"
 #include "companion/program/libraries.h"
 #include "companion/program/options.h"
@@ -30,6 +31,8 @@ int main(int argc, char** argv) {
       return check(options);
     case Task::import:
       return import(options);
+    case Task::config:
+      return config(options);
     case Task::keep:
       break;
   }

@@ -4,7 +4,7 @@ _vellora_companion()
     local current previous words command word options
     current=${COMP_WORDS[COMP_CWORD]}
     previous=${COMP_WORDS[COMP_CWORD - 1]}
-    words=(play seek next previous playpause status check import)
+    words=(play seek next previous playpause status check import config)
     command=
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
         case " ${words[*]} " in *" $word "*) command=$word; break ;; esac
@@ -15,11 +15,12 @@ _vellora_companion()
         --overlay-program) compopt -o filenames 2>/dev/null; COMPREPLY=($(compgen -c -f -- "$current")); return ;;
         --language|--font-size|--offset|--patience|--at) return ;;
     esac
-    options='--help --exchange --language --font-size --offset --plain --overlay --overlay-program'
+    options='--help --version --exchange --language --font-size --offset --plain --overlay --overlay-program'
     case $command in
         play) options="$options --patience --at" ;;
         seek|next|previous|playpause) options="$options --patience" ;;
         import) options="$options --to --force" ;;
+        config) options="$options --write" ;;
     esac
     if [[ $current == -* ]]; then
         COMPREPLY=($(compgen -W "$options" -- "$current"))

@@ -1,5 +1,5 @@
 # fish completion for vellora-companion(1)
-set -l commands play seek next previous playpause status check import
+set -l commands play seek next previous playpause status check import config
 complete -c vellora-companion -f
 complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a '(__fish_complete_directories)'
 complete -c vellora-companion -n '__fish_seen_subcommand_from check import' -a '(__fish_complete_directories)'
@@ -11,7 +11,9 @@ complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a 
 complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a status -d "Say what plays and what the overlay says"
 complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a check -d "Say what a folder of lyrics lacks"
 complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a import -d "Write a folder's songs as clean LRC pairs"
+complete -c vellora-companion -n "not __fish_seen_subcommand_from $commands" -a config -d "Say which settings hold, and from where"
 complete -c vellora-companion -s h -l help -d "Print help and end"
+complete -c vellora-companion -l version -d "Print the version and end"
 complete -c vellora-companion -l exchange -x -a '(__fish_complete_directories)' -d "The exchange folder, named Vellora"
 complete -c vellora-companion -l language -x -d "The language of translations to prefer"
 complete -c vellora-companion -l font-size -x -d "Of the captions in points"
@@ -23,3 +25,4 @@ complete -c vellora-companion -n '__fish_seen_subcommand_from play seek next pre
 complete -c vellora-companion -n '__fish_seen_subcommand_from play' -l at -x -d "Where to begin"
 complete -c vellora-companion -n '__fish_seen_subcommand_from import' -l to -x -a '(__fish_complete_directories)' -d "The folder to write to"
 complete -c vellora-companion -n '__fish_seen_subcommand_from import' -l force -d "Replace files that are there"
+complete -c vellora-companion -n '__fish_seen_subcommand_from config' -l write -d "Make the settings' file where there is none"

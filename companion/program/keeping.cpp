@@ -134,14 +134,14 @@ class Keeping {
 
 int keep(const Options& options) {
   std::error_code error;
-  if (!std::filesystem::is_directory(options.lyrics, error)) {
-    return fail(filesFailed, options.lyrics.string() + " is no folder");
+  if (!std::filesystem::is_directory(options.folder, error)) {
+    return fail(filesFailed, options.folder.string() + " is no folder");
   }
   const ExchangeFolder folder(options.exchange);
   if (const auto reason = folder.make()) return fail(filesFailed, *reason);
 
   const Interruption interruption;
-  Library library(options.lyrics, options.language);
+  Library library(options.folder, options.language);
   library.refresh();
   for (const Problem& problem : library.problems()) {
     if (problem.severity == Severity::error) std::cerr << problem.text() << "\n";

@@ -17,7 +17,7 @@ bool isFolder(const std::filesystem::path& path) {
 }
 
 Library libraryOf(const Options& options) {
-  Library library(options.lyrics, options.language);
+  Library library(options.folder, options.language);
   library.refresh();
   return library;
 }
@@ -25,8 +25,8 @@ Library libraryOf(const Options& options) {
 }  // namespace
 
 int check(const Options& options) {
-  if (!isFolder(options.lyrics))
-    return fail(filesFailed, options.lyrics.string() + " is no folder");
+  if (!isFolder(options.folder))
+    return fail(filesFailed, options.folder.string() + " is no folder");
   const Library library = libraryOf(options);
   const CheckSummary summary = checkLibrary(library, std::cout);
   if (summary.songs == 0) std::cout << "a song is a file song.lrc; see --help\n";
@@ -34,10 +34,10 @@ int check(const Options& options) {
 }
 
 int import(const Options& options) {
-  if (!isFolder(options.lyrics))
-    return fail(filesFailed, options.lyrics.string() + " is no folder");
+  if (!isFolder(options.folder))
+    return fail(filesFailed, options.folder.string() + " is no folder");
   std::error_code error;
-  if (std::filesystem::equivalent(options.lyrics, options.importTo, error)) {
+  if (std::filesystem::equivalent(options.folder, options.importTo, error)) {
     return fail(filesFailed, "--to names the folder that is read; name another");
   }
   std::filesystem::create_directories(options.importTo, error);

@@ -9,8 +9,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "base/number_text.h"
+#include "base/files.h"
 #include "companion/library/languages.h"
+#include "companion/settings/config_file.h"
 #include "companion/song/time_stamp.h"
 
 namespace vellora::companion {
@@ -28,19 +29,10 @@ constexpr const char* footer =
     "answers;\n"
     "4 the player did not do it; 5 a file or folder cannot be read or written.\n";
 
-// A number within bounds; CLI11's own range takes what is not a number.
-CLI::Validator between(double lowest, double highest) {
-  const auto judge = [lowest, highest](const std::string& text) {
-    const auto number = parseNumber(text);
-    return number && *number >= lowest && *number <= highest
-               ? std::string()
-               : "\"" + text + "\" is not between " + plainNumber(lowest) + " and " +
-                     plainNumber(highest);
-  };
-  return {judge, "NUMBER"};
+Answer wrong(const std::string& mistake) {
+  return {"vellora-companion: " + mistake + "\nRun with --help for more information.\n",
+          wrongArguments};
 }
-
-constexpr const char* seeHelp = "\nRun with --help for more information.\n";
 
 // "de_DE.UTF-8" as "de-DE"; "" for "C" and "POSIX".
 std::string languageOf(const Environment& environment) {
@@ -56,20 +48,38 @@ std::string languageOf(const Environment& environment) {
 
 // The words of the command line before they are judged.
 struct Words {
-  std::string exchange;
-  std::string lyrics;
+  std::vector<std::string>
+      settings;         // one for each of `allSettings()`; empty where it is not given
   std::string checked;  // the folder that a command names
   std::string target;
   std::string at;
   std::string importTo;
 };
 
-CLI::App* addCommand(CLI::App& app, Options& options, const char* name, const char* description,
-                     MusicCommand::Action action) {
+// Offers the settings of one scope.
+void addSettings(CLI::App& app, SettingScope scope, Words& words) {
+  const auto all = allSettings();
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    const Setting& setting = all[i];
+    if (setting.scope != scope) continue;
+    std::string& word = words.settings[i];
+    if (setting.valueName.empty()) {
+      app.add_flag(setting.option(), word, setting.fullHelp());
+    } else {
+      CLI::Option* const option = app.add_option(setting.option(), word, setting.fullHelp());
+      if (scope != SettingScope::argument) option->option_text(setting.valueName);
+    }
+    if (const auto& shorthand = setting.shorthand) {
+      app.add_flag_callback(
+          shorthand->option, [&word, &shorthand] { word = shorthand->value; }, shorthand->help);
+    }
+  }
+}
+
+CLI::App* addCommand(CLI::App& app, Options& options, Words& words, const char* name,
+                     const char* description, MusicCommand::Action action) {
   CLI::App* const command = app.add_subcommand(name, description);
-  command->add_option("--patience", options.patience, "to wait for the effect (default 8)")
-      ->check(between(0.0, 600.0))
-      ->option_text("SECONDS");
+  addSettings(*command, SettingScope::playerCommands, words);
   command->callback([&options, action] {
     options.task = Task::command;
     options.command.action = action;
@@ -80,17 +90,17 @@ CLI::App* addCommand(CLI::App& app, Options& options, const char* name, const ch
 void addCommands(CLI::App& app, Options& options, Words& words) {
   using Action = MusicCommand::Action;
   CLI::App* const play =
-      addCommand(app, options, "play", "play a song of the player's library", Action::play);
+      addCommand(app, options, words, "play", "play a song of the player's library", Action::play);
   play->add_option("TITLE", options.command.title, "the song's title")->required();
   play->add_option("ARTIST", options.command.artist, "the song's artist");
   play->add_option("--at", words.at, "where to begin, as 1:23")->option_text("TIME");
   CLI::App* const seek =
-      addCommand(app, options, "seek", "go to a place in the song and play", Action::seek);
+      addCommand(app, options, words, "seek", "go to a place in the song and play", Action::seek);
   seek->add_option("TIME", words.target, "1:23 or 83.5; with + or - from where it is")->required();
-  addCommand(app, options, "next", "the next song", Action::next);
-  addCommand(app, options, "previous", "the song's beginning, or the song before",
+  addCommand(app, options, words, "next", "the next song", Action::next);
+  addCommand(app, options, words, "previous", "the song's beginning, or the song before",
              Action::previous);
-  addCommand(app, options, "playpause", "pause, or go on", Action::playPause);
+  addCommand(app, options, words, "playpause", "pause, or go on", Action::playPause);
 }
 
 void addTasks(CLI::App& app, Options& options, Words& words) {
@@ -99,38 +109,29 @@ void addTasks(CLI::App& app, Options& options, Words& words) {
       ->callback(is(Task::status));
   CLI::App* const check =
       app.add_subcommand("check", "say which songs of a folder are complete, and what is wrong");
-  check->add_option("FOLDER", words.checked, "the folder of lyrics")->required();
+  check->add_option("FOLDER", words.checked, "the folder of lyrics");
   check->callback(is(Task::check));
   CLI::App* const import =
       app.add_subcommand("import", "write a folder's songs as clean pairs of LRC files");
-  import->add_option("FOLDER", words.checked, "the folder to read")->required();
+  import->add_option("FOLDER", words.checked, "the folder to read");
   import->add_option("--to", words.importTo, "the folder to write to; made where missing")
       ->required()
       ->option_text("FOLDER");
   import->add_flag("--force", options.force, "replace files that are there");
   import->callback(is(Task::import));
+  CLI::App* const config =
+      app.add_subcommand("config", "say which settings hold, and from where each comes");
+  config->add_flag("--write", options.writeConfig,
+                   "make the settings' file, with all of them explained, where there is none");
+  config->callback(is(Task::config));
 }
 
 std::string describe(CLI::App& app, Options& options, Words& words) {
-  app.add_option("FOLDER", words.lyrics, "the folder of lyrics and their translations");
-  app.add_option("--exchange", words.exchange,
-                 "the exchange folder; its own name must be \"Vellora\"")
-      ->option_text("FOLDER");
-  app.add_option("--language", options.language,
-                 "the language of translations to prefer, as \"de\" (default: that of the system)")
-      ->option_text("TAG");
-  app.add_option("--font-size", options.captions.fontSize, "of the captions, 8 to 96 (default 26)")
-      ->check(between(CaptionSettings::smallestFont, CaptionSettings::largestFont))
-      ->option_text("POINTS");
-  app.add_option("--offset", options.captions.verticalOffset,
-                 "moves the captions down; -400 to 400 (default 0)")
-      ->check(between(-CaptionSettings::farthestOffset, CaptionSettings::farthestOffset))
-      ->option_text("POINTS");
-  app.add_flag("--plain", options.plain, "lines of text even where the output is a terminal");
-  app.add_flag("--overlay", options.overlay, "start the overlay, or point the running one here");
-  app.add_option("--overlay-program", options.overlayProgram,
-                 "start the overlay, and this program as it")
-      ->option_text("PROGRAM");
+  words.settings.resize(allSettings().size());
+  addSettings(app, SettingScope::argument, words);
+  addSettings(app, SettingScope::everywhere, words);
+  app.set_version_flag("--version", "vellora-companion " VELLORA_VERSION,
+                       "Print the version and exit");
   app.fallthrough();
   app.require_subcommand(0, 1);
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
@@ -141,23 +142,53 @@ std::string describe(CLI::App& app, Options& options, Words& words) {
   return {};
 }
 
+// The settings' file, then the command line, into the options. What is wrong, where anything is.
+std::optional<Answer> settle(Options& options, const Words& words, const Environment& environment) {
+  const auto all = allSettings();
+  options.origins.resize(all.size());
+  if (const auto path = configFilePath(environment)) {
+    options.configFile = *path;
+    const auto text = readWholeFile(*path);
+    if (!text && fileExists(*path)) {
+      return Answer{"vellora-companion: " + path->string() + " cannot be read\n", filesFailed};
+    }
+    Problems problems(path->string());
+    const auto lines = takeConfig(readConfigText(text.value_or(""), problems), environment("HOME"),
+                                  options, problems);
+    std::string mistakes;
+    for (const Problem& problem : std::move(problems).take()) mistakes += problem.text() + "\n";
+    if (!mistakes.empty()) return Answer{mistakes, wrongArguments};
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      if (lines[i] > 0) options.origins[i] = {SettingOrigin::Kind::file, lines[i]};
+    }
+  }
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    if (words.settings[i].empty()) continue;
+    const std::string mistake = takeSetting(all[i], words.settings[i], options);
+    if (!mistake.empty()) return wrong(all[i].option() + ": " + mistake);
+    options.origins[i].kind = SettingOrigin::Kind::commandLine;
+  }
+  return std::nullopt;
+}
+
+SettingOrigin::Kind originOf(const Options& options, std::string_view key) {
+  const auto all = allSettings();
+  const auto setting = std::ranges::find(all, key, &Setting::key);
+  return options.origins[static_cast<std::size_t>(setting - all.begin())].kind;
+}
+
 // What is wrong with the words, or nothing.
 std::string judge(Options& options, const Words& words, const Environment& environment) {
-  if (!options.overlayProgram.empty()) options.overlay = true;
-  // CLI11 gives a command's surplus word to the program.
-  if (options.task != Task::keep && !words.lyrics.empty()) {
-    return "\"" + words.lyrics + "\" is one word too many";
+  // Whoever names the overlay's program wants it, unless the switch is said as plainly.
+  if (originOf(options, "overlay-program") > originOf(options, "overlay")) options.overlay = true;
+  if (options.task != Task::keep &&
+      originOf(options, "folder") == SettingOrigin::Kind::commandLine) {
+    // CLI11 gives a command's surplus word to the program.
+    return "\"" + options.folder.string() + "\" is one word too many";
   }
-  options.lyrics = options.task == Task::keep ? words.lyrics : words.checked;
+  if (!words.checked.empty()) options.folder = words.checked;
   options.importTo = words.importTo;
-  if (options.task == Task::keep && words.lyrics.empty()) {
-    return "name the folder of lyrics, or a command";
-  }
-  if (options.language.empty()) {
-    options.language = languageOf(environment);
-  } else if (!isLanguageTag(options.language)) {
-    return "--language: \"" + options.language + "\" is no language tag such as de or pt-BR";
-  }
+  if (options.language.empty()) options.language = languageOf(environment);
   for (const std::string* time : {&words.target, &words.at}) {
     if (time->empty()) continue;
     const auto target = parseSeekTarget(*time);
@@ -166,19 +197,18 @@ std::string judge(Options& options, const Words& words, const Environment& envir
     }
     options.target = *target;
   }
-  if (options.task == Task::check || options.task == Task::import) return {};
-  if (words.exchange.empty()) {
-    const auto folder = defaultExchangeFolder(environment);
-    if (!folder) return "no home folder is known; name the exchange folder with --exchange";
-    options.exchange = *folder;
-    return {};
+  if (options.exchange.empty()) {
+    options.exchange = defaultExchangeFolder(environment).value_or("");
+  } else {
+    options.exchange = std::filesystem::absolute(options.exchange).lexically_normal();
+    if (!options.exchange.has_filename()) options.exchange = options.exchange.parent_path();
   }
-  std::error_code error;
-  options.exchange = std::filesystem::absolute(words.exchange, error).lexically_normal();
-  if (error) return "--exchange: the working folder is gone; name the folder from the root on";
-  if (!options.exchange.has_filename()) options.exchange = options.exchange.parent_path();
-  if (options.exchange.filename() != exchangeFolderName) {
-    return "--exchange: the folder's own name must be \"Vellora\", for the overlay takes no other";
+  const bool onFolder = options.task == Task::check || options.task == Task::import;
+  if (options.folder.empty() && (onFolder || options.task == Task::keep)) {
+    return onFolder ? "name the folder of lyrics" : "name the folder of lyrics, or a command";
+  }
+  if (options.exchange.empty() && !onFolder && options.task != Task::config) {
+    return "no home folder is known; name the exchange folder with --exchange";
   }
   return {};
 }
@@ -209,10 +239,10 @@ std::variant<Options, Answer> parseOptions(const std::vector<std::string>& argum
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ExtrasError& error) {
     // A mistyped command is taken as the folder, and its own argument is then one too many.
+    const std::string& folder = words.settings.front();
     const std::string taken =
-        words.lyrics.empty() ? "" : "; \"" + words.lyrics + "\" was taken as the folder of lyrics";
-    return Answer{"vellora-companion: " + std::string(error.what()) + taken + seeHelp,
-                  wrongArguments};
+        folder.empty() ? "" : "; \"" + folder + "\" was taken as the folder of lyrics";
+    return wrong(std::string(error.what()) + taken);
   } catch (const CLI::ParseError& error) {
     std::ostringstream out;
     std::ostringstream err;
@@ -220,10 +250,9 @@ std::variant<Options, Answer> parseOptions(const std::vector<std::string>& argum
     if (status == 0) return Answer{out.str(), allWell};
     return Answer{"vellora-companion: " + err.str(), wrongArguments};
   }
+  if (auto answer = settle(options, words, environment)) return *std::move(answer);
   const std::string mistake = judge(options, words, environment);
-  if (!mistake.empty()) {
-    return Answer{"vellora-companion: " + mistake + seeHelp, wrongArguments};
-  }
+  if (!mistake.empty()) return wrong(mistake);
   return options;
 }
 

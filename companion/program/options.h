@@ -8,7 +8,8 @@
 
 #include "companion/exchange/command_watch.h"
 #include "companion/exchange/folder.h"
-#include "companion/exchange/keeper.h"
+#include "companion/settings/setting.h"
+#include "companion/settings/setting_origin.h"
 #include "exchange/records/records.h"
 
 namespace vellora::companion {
@@ -26,27 +27,23 @@ enum ExitStatus : int {
 // Says the message on standard error, after the program's name; hands the status back.
 int fail(ExitStatus status, const std::string& message);
 
-enum class Task { keep, command, status, check, import };
+enum class Task { keep, command, status, check, import, config };
 
 // "1:23", "83.5"; with "+" or "-" before it from where the player is.
 std::optional<SeekTarget> parseSeekTarget(const std::string& text);
 
-// What the command line asks for.
-struct Options {
+// What the command line and the settings' file ask for. `exchange` is then named "Vellora" and
+// never empty for a task that needs it; `folder` is that of keep, check and import.
+struct Options : Settings {
   Task task = Task::keep;
-  std::filesystem::path exchange;  // named "Vellora"
-  std::filesystem::path lyrics;    // the folder of songs, for keep, check and import
-  std::string language;            // BCP 47, or ""
-  CaptionSettings captions;
-  bool plain = false;
-  bool overlay = false;
-  std::string overlayProgram;
   std::filesystem::path programFolder;  // where this program lies; empty where it is not known
   MusicCommand command;                 // action, title, artist
   SeekTarget target;                    // of seek, and of play ("--at")
-  double patience = 8;                  // seconds that a command's effect is waited for
   std::filesystem::path importTo;
   bool force = false;
+  bool writeConfig = false;
+  std::filesystem::path configFile;    // empty where no home is known
+  std::vector<SettingOrigin> origins;  // one for each of `allSettings()`
 };
 
 // What to print instead of doing anything, and the exit status.
@@ -55,7 +52,7 @@ struct Answer {
   int status = allWell;
 };
 
-// `arguments` without the program's name.
+// `arguments` without the program's name. Reads the settings' file.
 std::variant<Options, Answer> parseOptions(const std::vector<std::string>& arguments,
                                            const Environment& environment);
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "companion/song_folder.h"
+
 namespace vellora::companion {
 namespace {
 
@@ -25,7 +27,7 @@ Options parsed(const std::vector<std::string>& words, const Environment& environ
 TEST(CompanionOptions, AFolderIsKept) {
   const Options options = parsed({"songs", "--font-size", "30", "--offset", "-12", "--plain"});
   EXPECT_EQ(options.task, Task::keep);
-  EXPECT_EQ(options.lyrics, "songs");
+  EXPECT_EQ(options.folder, "songs");
   EXPECT_EQ(options.exchange, "/run/user/7/Vellora");
   EXPECT_EQ(options.captions.fontSize, 30);
   EXPECT_EQ(options.captions.verticalOffset, -12);
@@ -57,7 +59,7 @@ TEST(CompanionOptions, CommandsCarryTheirWords) {
 
 TEST(CompanionOptions, FoldersAreCheckedAndImportedWithoutAnExchangeFolder) {
   const Environment nothing = environmentOf({});
-  EXPECT_EQ(parsed({"check", "songs"}, nothing).lyrics, "songs");
+  EXPECT_EQ(parsed({"check", "songs"}, nothing).folder, "songs");
   const Options import = parsed({"import", "songs", "--to", "library", "--force"}, nothing);
   EXPECT_EQ(import.task, Task::import);
   EXPECT_EQ(import.importTo, "library");
@@ -97,6 +99,8 @@ struct WrongCase {
 
 TEST(CompanionOptions, MistakesAreToldWithStatusTwo) {
   const WrongCase cases[] = {{{}, "name the folder of lyrics, or a command"},
+                             {{"check"}, "name the folder of lyrics"},
+                             {{"songs", "--plain=perhaps"}, "neither yes nor no"},
                              {{"songs", "--exchange", "/a/b"}, "must be \"Vellora\""},
                              {{"songs", "--font-size", "7"}, "--font-size"},
                              {{"songs", "--font-size", "nan"}, "--font-size"},
@@ -121,6 +125,85 @@ TEST(CompanionOptions, MistakesAreToldWithStatusTwo) {
     EXPECT_EQ(answer->text.find("vellora-companion: "), 0U);
     EXPECT_NE(answer->text.find(each.part), std::string::npos) << answer->text;
   }
+}
+
+// A home folder with a settings' file, for as long as it lives.
+class ConfiguredHome : public SongFolder {
+ protected:
+  Environment with(const std::string& text) const {
+    put("home/vellora/companion.conf", text);
+    return environmentOf(
+        {{"XDG_RUNTIME_DIR", "/r"}, {"XDG_CONFIG_HOME", (folder / "home").string()}});
+  }
+};
+using CompanionConfig = ConfiguredHome;
+
+TEST_F(CompanionConfig, TheFileAloneStartsTheProgram) {
+  const Options options =
+      parsed({}, with("folder = /songs\nfont-size = 30\noverlay = yes\nexchange = /x/Vellora/\n"));
+  EXPECT_EQ(options.task, Task::keep);
+  EXPECT_EQ(options.folder, "/songs");
+  EXPECT_EQ(options.captions.fontSize, 30);
+  EXPECT_TRUE(options.overlay);
+  EXPECT_EQ(options.exchange, "/x/Vellora");
+  EXPECT_EQ(parsed({"next"}, with("patience = 3")).patience, 3);
+  EXPECT_EQ(parsed({"check"}, with("folder = /songs")).folder, "/songs");
+  EXPECT_EQ(parsed({"check", "/other"}, with("folder = /songs")).folder, "/other");
+}
+
+TEST_F(CompanionConfig, TheCommandLineComesBeforeTheFile) {
+  const Environment environment =
+      with("folder = /songs\nfont-size = 30\nplain = yes\noverlay = yes\nlanguage = de\n");
+  const Options options = parsed({"/other", "--font-size", "31", "--plain=no"}, environment);
+  EXPECT_EQ(options.folder, "/other");
+  EXPECT_EQ(options.captions.fontSize, 31);
+  EXPECT_FALSE(options.plain);
+  EXPECT_TRUE(options.overlay);
+  EXPECT_EQ(options.language, "de");
+  using Kind = SettingOrigin::Kind;
+  std::map<std::string, SettingOrigin> origins;
+  for (std::size_t i = 0; i < allSettings().size(); ++i) {
+    origins[allSettings()[i].key] = options.origins.at(i);
+  }
+  EXPECT_EQ(origins["folder"].kind, Kind::commandLine);
+  EXPECT_EQ(origins["language"].kind, Kind::file);
+  EXPECT_EQ(origins["language"].line, 5);
+  EXPECT_EQ(origins["offset"].kind, Kind::fallback);
+}
+
+TEST_F(CompanionConfig, WhatIsSaidMorePlainlyDecidesWhetherTheOverlayStarts) {
+  const auto starts = [this](const char* text, std::vector<std::string> words) {
+    words.emplace_back("/songs");
+    return parsed(words, with(text)).overlay;
+  };
+  EXPECT_TRUE(starts("overlay-program = /x\n", {}));
+  EXPECT_FALSE(starts("overlay-program = /x\noverlay = no\n", {}));
+  EXPECT_FALSE(starts("overlay-program = /x\n", {"--overlay=no"}));
+  EXPECT_TRUE(starts("overlay = no\n", {"--overlay-program", "/x"}));
+}
+
+TEST_F(CompanionConfig, AMistakeInTheFileIsOneOfTheArguments) {
+  const auto result = parseOptions({"/songs"}, with("plain = yes\nfont-sise = 3\noffset = x\n"));
+  const auto* answer = std::get_if<Answer>(&result);
+  ASSERT_NE(answer, nullptr);
+  EXPECT_EQ(answer->status, wrongArguments);
+  const std::string file = (folder / "home/vellora/companion.conf").string();
+  EXPECT_NE(answer->text.find(file + ":2: error: no setting is called \"font-sise\""),
+            std::string::npos)
+      << answer->text;
+  EXPECT_NE(answer->text.find(file + ":3: error: offset"), std::string::npos) << answer->text;
+}
+
+TEST_F(CompanionConfig, AFileThatCannotBeReadIsToldAndNoneIsFine) {
+  std::filesystem::create_directories(folder / "home/vellora/companion.conf");
+  const Environment environment =
+      environmentOf({{"XDG_RUNTIME_DIR", "/r"}, {"XDG_CONFIG_HOME", (folder / "home").string()}});
+  const auto result = parseOptions({"/songs"}, environment);
+  const auto* answer = std::get_if<Answer>(&result);
+  ASSERT_NE(answer, nullptr);
+  EXPECT_EQ(answer->status, filesFailed);
+  std::filesystem::remove(folder / "home/vellora/companion.conf");
+  EXPECT_EQ(parsed({"/songs"}, environment).folder, "/songs");
 }
 
 TEST(CompanionOptions, HelpIsNoMistake) {

@@ -16,8 +16,9 @@ class Program : public SongFolder {
     std::string text;  // standard output and standard error
   };
   Result run(const std::string& words, int seconds = 60) const {
-    const std::string line = "cd " + folder.string() + " && timeout " + std::to_string(seconds) +
-                             " " VELLORA_COMPANION " " + words + " 2>&1";
+    const std::string line = "cd " + folder.string() +
+                             " && XDG_CONFIG_HOME=" + (folder / "config").string() + " timeout " +
+                             std::to_string(seconds) + " " VELLORA_COMPANION " " + words + " 2>&1";
     Result result;
     FILE* const pipe = popen(line.c_str(), "r");
     std::array<char, 4096> bytes{};
@@ -52,6 +53,44 @@ TEST_F(Program, WrongWordsHaveStatusTwo) {
   EXPECT_EQ(run("").status, 2);
   EXPECT_EQ(run("--wrong").status, 2);
   EXPECT_EQ(run("next --exchange here").status, 2);
+  EXPECT_EQ(run("--help").status, 0);
+  EXPECT_EQ(run("--version").text, "vellora-companion " VELLORA_VERSION "\n");
+}
+
+TEST_F(Program, TellsWhatHoldsAndFromWhere) {
+  const std::string file = (folder / "config/vellora/companion.conf").string();
+  EXPECT_EQ(run("config").text.find("# " + file + ", which is not there; --write makes it\n"), 0U);
+  put("config/vellora/companion.conf", "# mine\nfolder = /songs\nlanguage = de\n");
+  const Result result = run("config --exchange /x/Vellora --font-size 30");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.text, "# " + file +
+                             "\n"
+                             "folder = /songs        (line 2)\n"
+                             "exchange = /x/Vellora  (command line)\n"
+                             "language = de          (line 3)\n"
+                             "font-size = 30         (command line)\n"
+                             "offset = 0             (default)\n"
+                             "plain = no             (default)\n"
+                             "overlay = no           (default)\n"
+                             "overlay-program =      (not set)\n"
+                             "patience = 8           (default)\n");
+}
+
+TEST_F(Program, MakesTheFileOfSettingsOnceAndNeverReplacesIt) {
+  EXPECT_EQ(run("config --write").status, 0);
+  const std::string made = textOf("config/vellora/companion.conf");
+  EXPECT_NE(made.find("\n#font-size = 26\n"), std::string::npos) << made;
+  EXPECT_EQ(run("config").status, 0);
+  put("config/vellora/companion.conf", "plain = yes\n");
+  EXPECT_EQ(run("config --write").status, 5);
+  EXPECT_EQ(textOf("config/vellora/companion.conf"), "plain = yes\n");
+  put("config/vellora/companion.conf", "plai = yes\n");
+  const Result mistaken = run("songs");
+  EXPECT_EQ(mistaken.status, 2);
+  EXPECT_NE(mistaken.text.find("companion.conf:1: error: no setting is called \"plai\"; is "
+                               "\"plain\" meant?"),
+            std::string::npos)
+      << mistaken.text;
   EXPECT_EQ(run("--help").status, 0);
 }
 

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,10 @@ class SongFolder : public testing::Test {
   void put(const std::string& name, std::string_view text) const {
     std::filesystem::create_directories((folder / name).parent_path());
     std::ofstream(folder / name, std::ios::binary) << text;
+  }
+  std::string textOf(const std::string& name) const {
+    std::ifstream file(folder / name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
   }
   // `text` without the folder's name.
   std::string withoutFolder(std::string text) const {

@@ -3,11 +3,11 @@
 #include <cstddef>
 #include <utility>
 
+#include "base/nearest_word.h"
 #include "base/utf8.h"
 #include "platform/linux/glib/quoted_text.h"
 #include "platform/linux/players/browser_windows.h"
 #include "platform/linux/players/key_file_text.h"
-#include "platform/linux/players/nearest_word.h"
 #include "platform/linux/players/pattern_values.h"
 #include "platform/linux/players/player_descriptions.h"
 #include "platform/linux/players/role_names.h"

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "platform/linux/players/nearest_word.h"
+#include "base/nearest_word.h"
 
 namespace vellora {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/players/nearest_word.h"
+#include "base/nearest_word.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "companion/exchange/keeper.h"
+
+namespace vellora::companion {
+
+// What the user settles once, in the file or on the command line; each member's default is what
+// holds without either. The table (setting.h) has a row for each.
+struct Settings {
+  std::filesystem::path folder;    // of songs; empty where none is named
+  std::filesystem::path exchange;  // empty where the usual one shall be taken
+  std::string language;            // BCP 47; empty for the system's
+  CaptionSettings captions;
+  bool plain = false;
+  bool overlay = false;
+  std::string overlayProgram;
+  double patience = 8;  // seconds that a command's effect is waited for
+};
+
+}  // namespace vellora::companion

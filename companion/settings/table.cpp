@@ -1,0 +1,85 @@
+#include <system_error>
+
+#include "companion/exchange/folder.h"
+#include "companion/library/languages.h"
+#include "companion/settings/setting.h"
+
+namespace vellora::companion {
+namespace {
+
+template <auto member>
+auto& placeOf(Settings& settings) {
+  return settings.*member;
+}
+template <auto member>
+auto& captionPlace(Settings& settings) {
+  return settings.captions.*member;
+}
+
+std::string languageMistake(const std::string& text) {
+  return isLanguageTag(text) ? std::string()
+                             : "\"" + text + "\" is no language tag such as de or pt-BR";
+}
+
+std::string exchangeMistake(const std::filesystem::path& path) {
+  std::error_code error;
+  const auto whole = std::filesystem::absolute(path, error).lexically_normal();
+  if (error) return "the working folder is gone; name the folder from the root on";
+  const auto named = whole.has_filename() ? whole : whole.parent_path();
+  return named.filename() == exchangeFolderName
+             ? std::string()
+             : "the folder's own name must be \"Vellora\", for the overlay takes no other";
+}
+
+}  // namespace
+
+std::span<const Setting> allSettings() {
+  static const std::vector<Setting> table{
+      {.key = "folder",
+       .valueName = "FOLDER",
+       .help = "the folder of lyrics and their translations",
+       .value = PathValue{placeOf<&Settings::folder>},
+       .example = "~/Music",
+       .scope = SettingScope::argument},
+      {.key = "exchange",
+       .valueName = "FOLDER",
+       .help = "the exchange folder; its own name must be \"Vellora\"",
+       .value = PathValue{placeOf<&Settings::exchange>, exchangeMistake},
+       .example = "~/Vellora"},
+      {.key = "language",
+       .valueName = "TAG",
+       .help = "the language of translations to prefer, as \"de\"",
+       .value = TextValue{placeOf<&Settings::language>, languageMistake},
+       .otherwise = "that of the system",
+       .example = "de"},
+      {.key = "font-size",
+       .valueName = "POINTS",
+       .help = "of the captions",
+       .value = NumberValue{captionPlace<&CaptionSettings::fontSize>, CaptionSettings::smallestFont,
+                            CaptionSettings::largestFont}},
+      {.key = "offset",
+       .valueName = "POINTS",
+       .help = "moves the captions down",
+       .value = NumberValue{captionPlace<&CaptionSettings::verticalOffset>,
+                            -CaptionSettings::farthestOffset, CaptionSettings::farthestOffset}},
+      {.key = "plain",
+       .help = "lines of text even where the output is a terminal",
+       .value = SwitchValue{placeOf<&Settings::plain>}},
+      {.key = "overlay",
+       .help = "start the overlay, or point the running one here",
+       .value = SwitchValue{placeOf<&Settings::overlay>}},
+      {.key = "overlay-program",
+       .valueName = "PROGRAM",
+       .help = "start the overlay, and this program as it",
+       .value = TextValue{placeOf<&Settings::overlayProgram>},
+       .example = "/usr/bin/vellora"},
+      {.key = "patience",
+       .valueName = "SECONDS",
+       .help = "how long a command to the player waits for its effect",
+       .value = NumberValue{placeOf<&Settings::patience>, 0, 600},
+       .scope = SettingScope::playerCommands},
+  };
+  return table;
+}
+
+}  // namespace vellora::companion
