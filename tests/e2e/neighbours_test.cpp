@@ -7,6 +7,7 @@
 
 #include "base/files.h"
 #include "e2e/desk.h"
+#include "e2e/desktop_settings.h"
 #include "platform/linux/tray/tray_host.h"
 
 namespace vellora::e2e {
@@ -18,9 +19,13 @@ constexpr const char* inBackground = "Ready — bring Music to the front";
 // that takes. The seconds are printed; docs/reliability.md has them.
 class Neighbours : public Desk {
  protected:
-  void startSong() { startPlayer({"--song", "1", "--paused", "--position", "12"}); }
-  void follow() {
-    ASSERT_NO_FATAL_FAILURE(startSong());
+  void startSong(const std::vector<std::string>& options = {}) {
+    std::vector<std::string> all{"--song", "1", "--paused", "--position", "12"};
+    all.insert(all.end(), options.begin(), options.end());
+    startPlayer(std::move(all));
+  }
+  void follow(const std::vector<std::string>& playerOptions = {}) {
+    ASSERT_NO_FATAL_FAILURE(startSong(playerOptions));
     keepSnapshot(snapshotOfPlayer());
     keepSync();
     startOverlay();
@@ -149,6 +154,22 @@ TEST_F(Neighbours, TheScreenIsResized) {
     ASSERT_TRUE(whole);
     ASSERT_EQ(std::to_string(whole->width) + "x" + std::to_string(whole->height), size);
     expectCaptions();
+  }
+}
+
+// By a whole number, which makes every point larger, and by the fonts' size, which moves none.
+TEST_F(Neighbours, TheDesktopIsScaled) {
+  DesktopSettings settings;
+  ASSERT_NO_FATAL_FAILURE(follow({"--geometry", "600x360"}));
+  for (const auto& [scale, dotsPerInch] : {std::pair{2U, 96U}, {1U, 144U}, {2U, 144U}, {1U, 96U}}) {
+    settings.set(scale, dotsPerInch);
+    std::cout << "scale " << scale << ", " << dotsPerInch << " dots an inch: ";
+    expectSoon("captions under their rows", [&] {
+      const auto seen = seenPlayer();
+      const auto alone = screen->windowAlone(windowClass());
+      return seen && alone && witness::pixelsPerPoint(*seen, *alone) == scale && following() &&
+             captionsRight();
+    });
   }
 }
 
