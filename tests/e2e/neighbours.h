@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <stdexcept>
 #include <string>
 
 #include <sys/types.h>
@@ -11,14 +12,15 @@
 namespace vellora::e2e {
 
 // The process of a piece of the session by its name in scripts/session ("xvfb", "dbus", "openbox",
-// …); 0 where it has none of that name.
+// …). Throws std::runtime_error where it has none of that name: a signal to 0 would reach the test
+// and everything beside it.
 inline pid_t sessionPiece(const std::string& name) {
   std::ifstream pieces(std::getenv("VELLORA_SESSION_PIDS"));
   std::string piece;
   for (pid_t id = 0; pieces >> piece >> id;) {
     if (piece == name) return id;
   }
-  return 0;
+  throw std::runtime_error("the session has no " + name);
 }
 
 // Beside whom a program sees another wall clock than this one: the steady clocks go on. Preloads
