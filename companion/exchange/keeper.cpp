@@ -27,40 +27,53 @@ Keeper::Step Keeper::step(double now, const std::optional<NowPlayingTrack>& publ
   Step step;
   if (sync_.due(now)) step.sync = SyncRequest{now};
   const auto usable = published && published->isUsable(now) ? published : std::nullopt;
-  step.songChanged = usable && track_ ? !sameTrack(*usable, *track_) : usable || track_;
+  const bool another = usable && track_ ? !sameTrack(*usable, *track_) : usable || track_;
   track_ = usable;
-  if (step.songChanged) {
-    lookForSong();
+  if (another) {
+    playing_.reset();
+    library_.beginLook();
     files_.hasten();
-    files_.due(now);
-  } else {
-    lookForChanges(now, step.songChanged);
+    search_.hasten();
   }
+  const bool news = lookForChanges(now);
+  if (another || news) lookForSong(step.songChanged);
+  if (another) step.songChanged = true;
   if (step.songChanged) snapshot_.hasten();
   if (snapshot_.due(now)) step.snapshot = snapshot(now);
   return step;
 }
 
-void Keeper::lookForSong() {
-  playing_.reset();
-  version_ = 0;
-  if (!track_) return;
-  library_.refresh();
-  const auto found = library_.find(track_->title, track_->artist);
-  if (!found) return;
-  const LibrarySong& from = library_.songs()[*found];
-  version_ = Library::version(from.files);
-  playing_ = std::make_unique<PlayingSong>(PlayingSong{from, library_.load(from), {}});
-  playing_->lines = playing_->song.overlayLines();
+// Whether there may be another song for the track: one that is being written, or one that comes
+// into the folder while it plays.
+bool Keeper::lookForChanges(double now) {
+  const bool due = track_ && files_.due(now);
+  const bool written = due && playing_ && Library::version(playing_->from.files) != version_;
+  if (written) library_.beginLook();
+  if (library_.looking()) {
+    unsearched_ = library_.look(now) || unsearched_;
+  } else if (due && !playing_) {
+    unsearched_ = library_.lookIdly(now) || unsearched_;
+  }
+  // As long as a look goes on, there may be a better one in a moment.
+  if (!written && (!unsearched_ || (library_.looking() && !search_.due(now)))) return false;
+  unsearched_ = false;
+  return true;
 }
 
-// A song that is being written, or one that comes into the folder while it plays.
-void Keeper::lookForChanges(double now, bool& changed) {
-  if (!track_ || !files_.due(now)) return;
-  if (playing_ && Library::version(playing_->from.files) == version_) return;
-  const bool had = playing_ != nullptr;
-  lookForSong();
-  changed = had || playing_ != nullptr;
+void Keeper::lookForSong(bool& changed) {
+  const auto found = track_ ? library_.find(track_->title, track_->artist) : std::nullopt;
+  if (!found) {
+    changed = playing_ != nullptr;
+    playing_.reset();
+    return;
+  }
+  const LibrarySong& from = library_.songs()[*found];
+  const std::uint64_t version = Library::version(from.files);
+  if (playing_ && playing_->from.files == from.files && version == version_) return;
+  version_ = version;
+  playing_ = std::make_unique<PlayingSong>(PlayingSong{from, library_.load(from), {}});
+  playing_->lines = playing_->song.overlayLines();
+  changed = true;
 }
 
 OverlaySnapshot Keeper::snapshot(double now) const {

@@ -41,6 +41,8 @@ class Keeper {
   // Seconds between two renewals, well inside the ages up to which the overlay takes the records,
   // and between two looks at whether a file of lyrics has changed.
   static constexpr double syncInterval = 5, snapshotInterval = 1.5, filesInterval = 2;
+  // Between two searches for the song while the library is still being looked at.
+  static constexpr double searchInterval = 0.5;
 
   struct Step {
     std::optional<SyncRequest> sync;
@@ -56,18 +58,20 @@ class Keeper {
 
   // The track that plays; nothing while none is published that is usable.
   const std::optional<NowPlayingTrack>& track() const { return track_; }
-  // Its song; null where the library has none.
+  // Its song; null where the library has none, or none so far.
   const PlayingSong* playing() const { return playing_.get(); }
 
   const CaptionSettings& settings() const { return settings_; }
   // The next step writes a snapshot with these.
   void setSettings(CaptionSettings settings);
 
-  Library& library() { return library_; }
+  const Library& library() const { return library_; }
+  // There is something to do, so that the next step shall not be waited for.
+  bool busy() const { return library_.looking(); }
 
  private:
-  void lookForSong();
-  void lookForChanges(double now, bool& changed);
+  bool lookForChanges(double now);
+  void lookForSong(bool& changed);
   OverlaySnapshot snapshot(double now) const;
 
   Library library_;
@@ -78,6 +82,8 @@ class Keeper {
   Renewal sync_{syncInterval};
   Renewal snapshot_{snapshotInterval};
   Renewal files_{filesInterval};
+  Renewal search_{searchInterval};
+  bool unsearched_ = false;  // the library has changed since the song was looked for
 };
 
 }  // namespace vellora::companion

@@ -1,5 +1,6 @@
 #include "companion/library/library.h"
 
+#include <algorithm>
 #include <system_error>
 #include <utility>
 
@@ -23,6 +24,20 @@ void mixFile(std::uint64_t& hash, const fs::path& path) {
   mix(hash, error ? 1U : static_cast<std::uint64_t>(size));
 }
 
+std::uint64_t versionOf(const fs::path& path) {
+  std::uint64_t hash = basis;
+  mixFile(hash, path);
+  return hash;
+}
+
+// What a folder or a file takes off the work of a look: its times, and its reading.
+constexpr int timeWork = 1;
+constexpr int folderWork = 20;
+constexpr int fileWork = 30;
+constexpr int pieceWork = 1000;
+constexpr int idleWork = 400;
+constexpr int roundsForFiles = 8;
+
 }  // namespace
 
 std::string LibrarySong::label() const {
@@ -30,24 +45,113 @@ std::string LibrarySong::label() const {
 }
 
 Library::Library(fs::path folder, std::string language)
-    : folder_(std::move(folder)), language_(std::move(language)) {}
+    : folders_(folder), language_(std::move(language)) {}
 
 void Library::refresh() {
-  FoundFiles found = findSongFiles(folder_, language_);
-  problems_ = std::move(found.problems);
-  songs_.clear();
-  std::map<fs::path, Known> known;
-  for (SongFiles& files : found.songs) {
-    std::uint64_t now = basis;
-    mixFile(now, files.lyrics);
-    const auto before = known_.find(files.lyrics);
-    SongNames names = before != known_.end() && before->second.version == now
-                          ? std::move(before->second.names)
-                          : namesOf(files, readLyricFile(files.lyrics, language_));
-    known[files.lyrics] = {now, names};
-    songs_.push_back({std::move(files), std::move(names)});
+  beginLook();
+  while (looking()) look(0);
+}
+
+void Library::beginLook() {
+  folders_.begin();
+  stage_ = Stage::folders;
+  filesToo_ = true;
+  idle_ = false;
+}
+
+bool Library::look(double now) {
+  lookOn(now, pieceWork);
+  return std::exchange(changed_, false);
+}
+
+bool Library::lookIdly(double now) {
+  if (stage_ == Stage::done) {
+    beginLook();
+    // A file that was changed in place is rarer than one that came.
+    const bool few = songs_.size() <= static_cast<std::size_t>(idleWork);
+    filesToo_ = few || ++idleRounds_ % roundsForFiles == 0;
   }
-  known_ = std::move(known);
+  lookOn(now, idleWork);
+  idle_ = !changed_;
+  return std::exchange(changed_, false);
+}
+
+void Library::lookOn(double now, int work) {
+  while (stage_ != Stage::done && work > 0) {
+    work -= stage_ == Stage::folders ? lookAtFolder(now) : lookAtSong();
+  }
+}
+
+int Library::lookAtFolder(double now) {
+  const Folders::Look look = folders_.next(now);
+  for (const std::size_t gone : folders_.takeGone()) drop(gone);
+  if (look.folder == nullptr) {
+    stage_ = Stage::files;
+    song_ = 0;
+    return timeWork;
+  }
+  if (!look.read) return timeWork;
+  ++work_.folders;
+  if (look.changed) take(*look.folder, look.hadFiles);
+  return folderWork + static_cast<int>(look.folder->files.size());
+}
+
+int Library::lookAtSong() {
+  if (song_ >= songs_.size()) {
+    end();
+    return timeWork;
+  }
+  LibrarySong& song = songs_[song_++];
+  if (song.version != 0 && !filesToo_) return 0;
+  const std::uint64_t version = versionOf(song.files.lyrics);
+  if (song.version == version) return timeWork;
+  ++work_.files;
+  song.names = namesOf(song.files, readLyricFile(song.files.lyrics, language_));
+  song.version = version;
+  changed_ = true;
+  return fileWork;
+}
+
+// The songs that it had keep their names as far as they are the same.
+void Library::take(const Folders::Folder& folder, bool hadFiles) {
+  std::map<fs::path, LibrarySong> before;
+  if (hadFiles) {
+    for (LibrarySong& song : songs_) {
+      if (song.folder == folder.number) before.emplace(song.files.lyrics, std::move(song));
+    }
+    drop(folder.number);
+  }
+  FoundFiles found = songsIn(folder, language_, languages_);
+  for (SongFiles& files : found.songs) {
+    const auto known = before.find(files.lyrics);
+    LibrarySong song;
+    if (known != before.end()) song = std::move(known->second);
+    song.files = std::move(files);
+    song.folder = folder.number;
+    songs_.push_back(std::move(song));
+  }
+  if (!found.problems.empty()) told_[folder.number] = std::move(found.problems);
+  changed_ = unsorted_ = true;
+}
+
+void Library::drop(std::size_t folder) {
+  std::erase_if(songs_, [&](const LibrarySong& song) { return song.folder == folder; });
+  told_.erase(folder);
+  changed_ = true;
+}
+
+void Library::end() {
+  stage_ = Stage::done;
+  complete_ = true;
+  problems_ = folders_.problems();
+  for (const auto& [folder, problems] : told_) {
+    if (problems_.size() > Problems::most) break;
+    problems_.insert(problems_.end(), problems.begin(), problems.end());
+  }
+  if (!std::exchange(unsorted_, false)) return;
+  std::ranges::sort(songs_, [](const LibrarySong& a, const LibrarySong& b) {
+    return a.files.lyrics < b.files.lyrics;
+  });
 }
 
 std::optional<std::size_t> Library::find(std::string_view title, std::string_view artist) const {

@@ -4,7 +4,6 @@
 #include <map>
 #include <optional>
 #include <set>
-#include <system_error>
 #include <utility>
 
 #include "companion/library/languages.h"
@@ -71,47 +70,22 @@ fs::path chosen(const std::vector<Translation>& translations, const std::string&
 
 class Search {
  public:
-  Search(fs::path root, std::string wanted) : root_(std::move(root)), wanted_(std::move(wanted)) {}
+  Search(const Folders::Folder& folder, const std::string& wanted, Languages& languages)
+      : folder_(folder), wanted_(wanted), languages_(languages) {}
 
   FoundFiles run() && {
-    visit(root_, 0);
+    ByStem files;
+    for (const std::string& name : folder_.files) {
+      files[fs::path(name).stem().string()].push_back(folder_.path / name);
+    }
+    addSongs(files);
     std::ranges::sort(found_.songs,
                       [](const SongFiles& a, const SongFiles& b) { return a.lyrics < b.lyrics; });
     return std::move(found_);
   }
 
  private:
-  void fail(const fs::path& path, std::string message, std::string advice) {
-    if (found_.problems.size() >= Problems::most) return;
-    found_.problems.push_back(
-        {Severity::error, path.string(), 0, std::move(message), std::move(advice)});
-  }
-
-  void visit(const fs::path& folder, int depth) {
-    std::error_code error;
-    fs::directory_iterator entry(folder, error);
-    if (error) return fail(folder, "cannot be opened: " + error.message(), "is it a folder?");
-    ByStem files;
-    std::set<fs::path> folders;
-    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-      std::error_code failure;
-      if (entry->is_directory(failure) && !entry->is_symlink(failure)) {
-        folders.insert(entry->path());
-      } else if (!readableEnding(entry->path()).empty()) {
-        if (++count_ > mostFiles) {
-          fail(root_, "more than " + std::to_string(mostFiles) + " files",
-               "the rest is left out; name the folder that holds your lyrics");
-          return;
-        }
-        files[entry->path().stem().string()].push_back(entry->path());
-      }
-    }
-    addSongs(folder, files);
-    if (depth == deepestFolder) return;
-    for (const fs::path& inner : folders) visit(inner, depth + 1);
-  }
-
-  void addSongs(const fs::path& folder, ByStem& files) {
+  void addSongs(ByStem& files) {
     std::map<std::string, std::vector<Translation>> translations;
     std::set<std::string> translating;
     for (const auto& [stem, paths] : files) {
@@ -129,23 +103,20 @@ class Search {
       if (translating.contains(stem)) continue;
       const auto [base, word] = parted(stem);
       const auto namesake = word.empty() ? files.end() : files.find(base);
-      addSong(folder, stem, paths, translations[stem],
+      addSong(stem, paths, translations[stem],
               namesake == files.end() ? fs::path() : namesake->second.front());
     }
   }
 
-  void addSong(const fs::path& folder, const std::string& stem, const std::vector<fs::path>& paths,
+  void addSong(const std::string& stem, const std::vector<fs::path>& paths,
                std::vector<Translation>& translations, fs::path namesake) {
     const bool table = isTable(paths.front());
     for (const fs::path& path : paths) {
       if (!table && isTable(path)) translations.push_back({wanted_, path});
     }
-    SongFiles song{paths.front(), chosen(translations, wanted_), stem, {}, std::move(namesake)};
+    SongFiles song{paths.front(), chosen(translations, wanted_), stem, folder_.names,
+                   std::move(namesake)};
     if (song.translation.empty() && readableEnding(song.lyrics) == ".txt") return noteText(song);
-    for (fs::path inner = folder; inner != root_ && inner.has_relative_path();
-         inner = inner.parent_path()) {
-      song.folders.push_back(inner.filename().string());
-    }
     if (sameLetters(stem, lyricsWord) && !song.folders.empty()) {
       song.stem = song.folders.front();
       song.folders.erase(song.folders.begin());
@@ -167,10 +138,9 @@ class Search {
                                adviceToTranslate(song.namesake, song.lyrics) + "; " + advice});
   }
 
-  fs::path root_;
-  std::string wanted_;
-  std::size_t count_ = 0;
-  Languages languages_;
+  const Folders::Folder& folder_;
+  const std::string& wanted_;
+  Languages& languages_;
   FoundFiles found_;
 };
 
@@ -183,10 +153,9 @@ std::string adviceToTranslate(const fs::path& song, const fs::path& translation)
          ending + ", such as " + stem + ".de" + ending;
 }
 
-FoundFiles findSongFiles(const fs::path& folder, const std::string& wantedLanguage) {
-  fs::path root = folder.lexically_normal();
-  if (!root.has_filename()) root = root.parent_path();  // "songs/" as "songs"
-  return Search(std::move(root), wantedLanguage).run();
+FoundFiles songsIn(const Folders::Folder& folder, const std::string& wantedLanguage,
+                   Languages& languages) {
+  return Search(folder, wantedLanguage, languages).run();
 }
 
 }  // namespace vellora::companion

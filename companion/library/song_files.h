@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "companion/library/folders.h"
+#include "companion/library/languages.h"
 #include "companion/song/problem.h"
 
 namespace vellora::companion {
@@ -19,6 +21,8 @@ struct SongFiles {
   // The lyrics of the song after which it is named, with a word more that is no language:
   // "song.lrc" for "song.live.lrc". Empty for all others.
   std::filesystem::path namesake{};
+
+  bool operator==(const SongFiles&) const = default;
 };
 
 struct FoundFiles {
@@ -26,17 +30,14 @@ struct FoundFiles {
   std::vector<Problem> problems;
 };
 
-// Bounds of a search.
-inline constexpr int deepestFolder = 8;
-inline constexpr std::size_t mostFiles = 50'000;
-
-// The songs in a folder and the folders within it (symbolic links to folders are not followed). A
-// song is a file with an ending that can be read; its translation stands beside it as
-// "song.LANGUAGE.lrc" (BCP 47, or a language's name: see Languages), "song.translation.lrc", or as
-// a table "song.po" or "song.tsv" beside "song.lrc"; "translation.lrc" beside "lyrics.lrc" is one
-// too. With another word in that place it is a song of its own. Of several languages,
-// `wantedLanguage` (a tag or "") is taken, else the first by name. A text file alone is no song.
-FoundFiles findSongFiles(const std::filesystem::path& folder, const std::string& wantedLanguage);
+// The songs in a folder. A song is a file with an ending that can be read; its translation stands
+// beside it as "song.LANGUAGE.lrc" (BCP 47, or a language's name: see Languages),
+// "song.translation.lrc", or as a table "song.po" or "song.tsv" beside "song.lrc";
+// "translation.lrc" beside "lyrics.lrc" is one too. With another word in that place it is a song of
+// its own. Of several languages, `wantedLanguage` (a tag or "") is taken, else the first by name. A
+// text file alone is no song.
+FoundFiles songsIn(const Folders::Folder& folder, const std::string& wantedLanguage,
+                   Languages& languages);
 
 // How a file is to be named to be found as the translation of `song`.
 std::string adviceToTranslate(const std::filesystem::path& song,

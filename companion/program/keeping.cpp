@@ -49,6 +49,7 @@ class Keeping {
     return state(now);
   }
 
+  bool busy() const { return keeper_.busy(); }
   bool displayIsGone() const { return overlay_ && overlay_->displayIsGone(); }
 
   // False when the user wants to end.
@@ -112,6 +113,7 @@ class Keeping {
     state.settings = keeper_.settings();
     state.snapshot = folder_.snapshotPath();
     state.songsInLibrary = keeper_.library().songs().size();
+    state.reading = !keeper_.library().complete();
     state.notice = notice();
     return state;
   }
@@ -119,7 +121,11 @@ class Keeping {
   std::string notice() const {
     if (unwritable_) return folder_.path().string() + " cannot be written";
     if (!remote_.report().empty()) return remote_.report();
-    return overlay_ ? overlay_->report() : std::string();
+    if (overlay_ && !overlay_->report().empty()) return overlay_->report();
+    for (const Problem& problem : keeper_.library().problems()) {
+      if (problem.severity == Severity::error) return problem.text();
+    }
+    return {};
   }
 
   SystemClock clock_;
@@ -141,12 +147,7 @@ int keep(const Options& options) {
   if (const auto reason = folder.make()) return fail(filesFailed, *reason);
 
   const Interruption interruption;
-  Library library(options.folder, options.language);
-  library.refresh();
-  for (const Problem& problem : library.problems()) {
-    if (problem.severity == Severity::error) std::cerr << problem.text() << "\n";
-  }
-  Keeping keeping(Keeper(std::move(library), options.captions), folder);
+  Keeping keeping(Keeper(Library(options.folder, options.language), options.captions), folder);
   std::unique_ptr<View> view;
   if (!options.plain) view = makeTerminalView();
   if (!view) view = std::make_unique<PlainView>(std::cout);
@@ -155,7 +156,8 @@ int keep(const Options& options) {
   bool wanted = true;
   while (wanted && !interruption.asked() && !keeping.displayIsGone()) {
     view->show(keeping.step());
-    for (const Wish wish : view->wait(stepInterval)) wanted = keeping.grant(wish) && wanted;
+    const double pause = keeping.busy() ? 0 : stepInterval;
+    for (const Wish wish : view->wait(pause)) wanted = keeping.grant(wish) && wanted;
   }
   view.reset();
   keeping.end();

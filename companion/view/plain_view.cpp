@@ -13,6 +13,9 @@ std::string songText(const ViewState& state) {
   if (!state.track) return "nothing plays that the overlay tells of";
   std::string text = state.track->title;
   if (!state.track->artist.empty()) text.append(" — ").append(state.track->artist);
+  if (state.song == nullptr && state.reading) {
+    return cleaned(text.append(": no lyrics found yet, the folder is still being read"));
+  }
   if (state.song == nullptr) return cleaned(text.append(": no lyrics in the folder"));
   const Song& song = state.song->song;
   text.append(": ").append(counted(song.lines.size(), "line")).append(", ");

@@ -25,6 +25,10 @@ std::string titleOf(const ViewState& state) {
 
 // What a user can do where there is nothing to show.
 std::vector<ScreenLine> hints(const ViewState& state) {
+  if (state.reading) {
+    return {{"The folder is being read: " + counted(state.songsInLibrary, "song") + " so far.",
+             Style::plain}};
+  }
   if (!state.track) {
     return {{"Waiting for the overlay. Start it with", Style::plain},
             {"vellora --snapshot " + state.snapshot.string(), Style::strong},

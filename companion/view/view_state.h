@@ -21,7 +21,8 @@ struct ViewState {
   CaptionSettings settings;
   std::filesystem::path snapshot;
   std::size_t songsInLibrary = 0;
-  std::string notice;  // what became of the last key; may be empty
+  bool reading = false;  // for the first time, and there may be more songs
+  std::string notice;    // what became of the last key; may be empty
 };
 
 // What a user asks for.

@@ -88,6 +88,55 @@ TEST_F(Keeping, ChangedFilesAreReadAgain) {
   EXPECT_EQ(step.snapshot->lines, (std::vector<OverlayLine>{{"a", "x"}, {"b", "another"}}));
 }
 
+TEST_F(Keeping, ASongWithoutLyricsLeavesTheFolderClosed) {
+  for (int i = 0; i < 5; ++i) put(std::to_string(i) + "/a.lrc", "[00:01.00]a\n");
+  setTimes(static_cast<std::time_t>(begin) - 100);
+  double now = begin;
+  keeper->step(now, track(now, "Other"));
+  while (keeper->busy()) keeper->step(now, track(now, "Other"));
+  const auto before = keeper->library().work();
+  EXPECT_EQ(before.folders, 6U);
+  for (; now < begin + 60; now += 0.1) keeper->step(now, track(now, "Other"));
+  EXPECT_EQ(keeper->library().work().folders, before.folders);
+  EXPECT_EQ(keeper->library().work().files, before.files);
+}
+
+TEST_F(Keeping, LyricsThatComeWhileTheSongPlaysAreFound) {
+  keeper->step(begin, track(begin, "Other"));
+  EXPECT_EQ(keeper->playing(), nullptr);
+  put("x/River Band - Other.lrc", "[00:01.00]a\n");
+  double now = begin;
+  for (; keeper->playing() == nullptr && now < begin + 10; now += 0.1) {
+    keeper->step(now, track(now, "Other"));
+  }
+  ASSERT_NE(keeper->playing(), nullptr);
+  EXPECT_LT(now, begin + 5);
+}
+
+TEST_F(Keeping, ASongIsFoundWhileTheFolderIsStillBeingRead) {
+  for (int i = 0; i < 300; ++i) put("z" + std::to_string(i) + ".lrc", "[00:01.00]a\n");
+  keeper.emplace(Library(folder, ""), CaptionSettings());
+  const auto step = keeper->step(begin, track(begin));
+  EXPECT_TRUE(keeper->busy());
+  EXPECT_FALSE(keeper->library().complete());
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_TRUE(step.snapshot->enabled);
+  while (keeper->busy()) keeper->step(begin, track(begin));
+  EXPECT_EQ(keeper->library().songs().size(), 301U);
+}
+
+TEST_F(Keeping, ASurerSongThatIsReadLaterIsTaken) {
+  put("River Band - Other.lrc", "[00:01.00]by its name\n");
+  for (int i = 0; i < 300; ++i) put("m" + std::to_string(i) + ".lrc", "[00:01.00]a\n");
+  put("z.lrc", "[ti:Other]\n[ar:River Band]\n[00:01.00]by its tags\n");
+  keeper.emplace(Library(folder, ""), CaptionSettings());
+  keeper->step(begin, track(begin, "Other"));
+  ASSERT_NE(keeper->playing(), nullptr);
+  EXPECT_EQ(keeper->playing()->lines.front().source, "by its name");
+  while (keeper->busy()) keeper->step(begin, track(begin, "Other"));
+  EXPECT_EQ(keeper->playing()->lines.front().source, "by its tags");
+}
+
 TEST_F(Keeping, ASongThatGoesAwaySwitchesTheSnapshotOff) {
   keeper->step(begin, track(begin));
   std::filesystem::remove(folder / "River Band - Night Drive.lrc");

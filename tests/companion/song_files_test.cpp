@@ -1,31 +1,27 @@
 #include "companion/library/song_files.h"
 
-#include <cstdlib>
-#include <fstream>
-
-#include <gtest/gtest.h>
+#include "companion/library/library.h"
+#include "companion/song_folder.h"
 
 namespace vellora::companion {
 namespace {
 
-class SongFilesInAFolder : public testing::Test {
+class SongFilesInAFolder : public SongFolder {
  protected:
-  void SetUp() override {
-    std::string pattern = "/tmp/vellora-songs-XXXXXX";
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder = pattern;
-  }
-  void TearDown() override { std::filesystem::remove_all(folder); }
-
   void put(std::initializer_list<const char*> names) const {
-    for (const char* name : names) {
-      std::filesystem::create_directories((folder / name).parent_path());
-      std::ofstream(folder / name) << "[00:01.00]a\n";
-    }
+    for (const char* name : names) SongFolder::put(name, "[00:01.00]a\n");
+  }
+  FoundFiles filesOf(const std::string& searched, const std::string& language = "") const {
+    Library library(searched, language);
+    library.refresh();
+    FoundFiles files;
+    for (const LibrarySong& song : library.songs()) files.songs.push_back(song.files);
+    files.problems = library.problems();
+    return files;
   }
   // "lyrics+translation|…" relative to the folder.
   std::string found(const std::string& language = "") {
-    const FoundFiles files = findSongFiles(folder, language);
+    const FoundFiles files = filesOf(folder, language);
     problems = files.problems.size();
     std::string result;
     for (const SongFiles& song : files.songs) {
@@ -38,7 +34,6 @@ class SongFilesInAFolder : public testing::Test {
     return result;
   }
 
-  std::filesystem::path folder;
   std::size_t problems = 0;
 };
 
@@ -69,7 +64,7 @@ TEST_F(SongFilesInAFolder, ALanguageMayBeCalledByItsName) {
 TEST_F(SongFilesInAFolder, AnotherWordMakesASongOfItsOwnThatKnowsItsNamesake) {
   put({"a.lrc", "a.live.lrc", "a.live.de.lrc", "b. Big.lrc", "b.lrc", "c.live.lrc"});
   EXPECT_EQ(found(), "a.live.lrc+a.live.de.lrc|a.lrc|b. Big.lrc|b.lrc|c.live.lrc");
-  const FoundFiles files = findSongFiles(folder, "");
+  const FoundFiles files = filesOf(folder);
   EXPECT_EQ(files.songs[0].namesake, folder / "a.lrc");
   for (std::size_t i = 1; i < files.songs.size(); ++i) {
     EXPECT_EQ(files.songs[i].namesake, "") << files.songs[i].lyrics;
@@ -79,7 +74,7 @@ TEST_F(SongFilesInAFolder, AnotherWordMakesASongOfItsOwnThatKnowsItsNamesake) {
 TEST_F(SongFilesInAFolder, ATextNamedAfterAnotherIsWarnedOf) {
   put({"a.txt", "a.live.txt"});
   EXPECT_EQ(found(), "");
-  const FoundFiles files = findSongFiles(folder, "");
+  const FoundFiles files = filesOf(folder);
   std::string text;
   for (const Problem& problem : files.problems) text += problem.text() + "\n";
   EXPECT_NE(
@@ -99,7 +94,7 @@ TEST_F(SongFilesInAFolder, AFolderMayHoldLyricsAndTranslationOfOneSong) {
   put({"01-song/lyrics.lrc", "01-song/translation.lrc", "02/lyrics.lrc", "02/translation.de.lrc"});
   EXPECT_EQ(found(),
             "01-song/lyrics.lrc+01-song/translation.lrc|02/lyrics.lrc+02/translation.de.lrc");
-  const FoundFiles files = findSongFiles(folder, "");
+  const FoundFiles files = filesOf(folder);
   EXPECT_EQ(files.songs[0].stem, "01-song");
 }
 
@@ -116,7 +111,7 @@ TEST_F(SongFilesInAFolder, OfTwoFilesOfASongTheRicherIsTaken) {
 
 TEST_F(SongFilesInAFolder, FoldersAreNamedFromTheInnermostOn) {
   put({"Artist/Album/03 - Title.lrc"});
-  const FoundFiles files = findSongFiles(folder.string() + "/", "");
+  const FoundFiles files = filesOf(folder.string() + "/");
   ASSERT_EQ(files.songs.size(), 1U);
   EXPECT_EQ(files.songs[0].folders, (std::vector<std::string>{"Album", "Artist"}));
   EXPECT_EQ(files.songs[0].stem, "03 - Title");
@@ -134,7 +129,7 @@ TEST_F(SongFilesInAFolder, TheSearchEndsAtItsDepth) {
 }
 
 TEST_F(SongFilesInAFolder, AFolderThatIsNoneIsTold) {
-  const FoundFiles files = findSongFiles(folder / "nowhere", "");
+  const FoundFiles files = filesOf(folder / "nowhere");
   ASSERT_EQ(files.problems.size(), 1U);
   EXPECT_NE(files.problems[0].text().find("nowhere: error: cannot be opened"), std::string::npos);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -8,6 +9,7 @@
 #include <string_view>
 
 #include <gtest/gtest.h>
+#include <sys/time.h>
 
 namespace vellora::companion {
 
@@ -28,6 +30,14 @@ class SongFolder : public testing::Test {
   std::string textOf(const std::string& name) const {
     std::ifstream file(folder / name, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+  }
+  // All folders get that time of their last change, in seconds since 1970.
+  void setTimes(std::time_t time) const {
+    const timeval times[2] = {{time, 0}, {time, 0}};
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      if (entry.is_directory()) utimes(entry.path().c_str(), times);
+    }
+    ASSERT_EQ(utimes(folder.c_str(), times), 0);
   }
   // `text` without the folder's name.
   std::string withoutFolder(std::string text) const {
