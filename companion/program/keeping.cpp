@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "companion/exchange/folder.h"
+#include "companion/exchange/folder_lock.h"
 #include "companion/program/interruption.h"
 #include "companion/program/overlay_start.h"
 #include "companion/program/remote.h"
@@ -145,6 +146,16 @@ int keep(const Options& options) {
   }
   const ExchangeFolder folder(options.exchange);
   if (const auto reason = folder.make()) return fail(filesFailed, *reason);
+  const FolderLock lock(folder.path());
+  if (lock.state() == FolderLock::State::anothers) {
+    return fail(folderTaken, folder.path().string() + " is fed by another companion, " +
+                                 lock.reason() +
+                                 "; end that, or name another folder with --exchange");
+  }
+  if (lock.state() == FolderLock::State::unavailable) {
+    std::cerr << "no other companion can be kept from the exchange folder: " << lock.reason()
+              << "\n";
+  }
 
   const Interruption interruption;
   Keeping keeping(Keeper(Library(options.folder, options.language), options.captions), folder);

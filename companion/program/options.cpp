@@ -27,7 +27,9 @@ constexpr const char* footer =
     "TSV.\n"
     "Exit status: 0 done; 1 check or import found something; 2 wrong arguments; 3 no overlay "
     "answers;\n"
-    "4 the player did not do it; 5 a file or folder cannot be read or written.\n";
+    "4 the player did not do it; 5 a file or folder cannot be read or written; 6 another "
+    "companion\n"
+    "feeds the exchange folder.\n";
 
 Answer wrong(const std::string& mistake) {
   return {"vellora-companion: " + mistake + "\nRun with --help for more information.\n",

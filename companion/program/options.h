@@ -22,6 +22,7 @@ enum ExitStatus : int {
   noOverlay = 3,    // no overlay answers
   noEffect = 4,     // the overlay took the command, but the player did not do it
   filesFailed = 5,  // a file or folder cannot be read or written
+  folderTaken = 6,  // another companion feeds the exchange folder
 };
 
 // Says the message on standard error, after the program's name; hands the status back.

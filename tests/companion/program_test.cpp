@@ -16,9 +16,9 @@ class Program : public SongFolder {
     std::string text;  // standard output and standard error
   };
   Result run(const std::string& words, int seconds = 60) const {
-    const std::string line = "cd " + folder.string() +
-                             " && XDG_CONFIG_HOME=" + (folder / "config").string() + " timeout " +
-                             std::to_string(seconds) + " " VELLORA_COMPANION " " + words + " 2>&1";
+    const std::string line =
+        "cd " + folder.string() + "; export XDG_CONFIG_HOME=" + (folder / "config").string() +
+        "; timeout " + std::to_string(seconds) + " " VELLORA_COMPANION " " + words + " 2>&1";
     Result result;
     FILE* const pipe = popen(line.c_str(), "r");
     std::array<char, 4096> bytes{};
@@ -100,6 +100,23 @@ TEST_F(Program, FoldersThatAreNoneHaveStatusFive) {
   put("songs/a.lrc", "");
   EXPECT_EQ(run("songs --exchange file/Vellora").status, 5);
   EXPECT_EQ(run("next --exchange file/Vellora").status, 5);
+}
+
+TEST_F(Program, ASecondOneOnAFolderSaysWhoFeedsItAndEnds) {
+  put("songs/a.lrc", "[00:01.00]a\n");
+  // The first one is killed, so that it cannot tidy up.
+  const Result result = run(
+      "songs --exchange x/Vellora >first & "
+      "timeout 60 sh -c 'until [ -e x/Vellora/sync.json ]; do sleep 0.05; done'; " VELLORA_COMPANION
+      " songs --exchange x/Vellora 2>&1; echo status $?; "
+      "kill -9 $(cat x/Vellora/companion.lock); wait");
+  const std::string text = withoutFolder(result.text);
+  std::string holder = textOf("x/Vellora/companion.lock");
+  ASSERT_FALSE(holder.empty());
+  holder.pop_back();
+  EXPECT_EQ(text, "vellora-companion: x/Vellora is fed by another companion, process " + holder +
+                      "; end that, or name another folder with --exchange\nstatus 6\n");
+  EXPECT_EQ(run("songs --exchange x/Vellora", 3).status, 124) << "it works until it is ended";
 }
 
 TEST_F(Program, WithoutATerminalItWritesPlainLines) {
