@@ -32,7 +32,10 @@ RECORDS = {
     "status.json": "overlay-status",
 }
 WRITTEN_BY_OVERLAY = ("nowplaying.json", "status.json")
-SCHEMAS = pathlib.Path(__file__).resolve().parent.parent / "docs" / "schema"
+HERE = pathlib.Path(__file__).resolve().parent
+# Beside this program where it is installed, else where the project has them.
+SCHEMAS = HERE / "schema" if (HERE / "schema").is_dir() else HERE.parent / "docs" / "schema"
+ENDING = ".schema.json"
 
 
 def load_json(data):
@@ -65,19 +68,24 @@ class Schemas:
 
     def __init__(self, folder=SCHEMAS):
         self.documents = {}
-        self._store = {}
-        for path in sorted(pathlib.Path(folder).glob("*.schema.json")):
+        for path in sorted(pathlib.Path(folder).glob("*" + ENDING)):
             document = json.loads(path.read_text(encoding="utf-8"))
-            self.documents[path.name[: -len(".schema.json")]] = document
-            self._store[path.resolve().as_uri()] = document
-        self._base = pathlib.Path(folder).resolve().as_uri() + "/"
+            self.documents[path.name[: -len(ENDING)]] = document
+
+    def _whole(self, schema):
+        """The schema with those that it refers to, each a file of the folder, in their places."""
+        if isinstance(schema, list):
+            return [self._whole(part) for part in schema]
+        if not isinstance(schema, dict):
+            return schema
+        whole = {key: self._whole(part) for key, part in schema.items() if key != "$ref"}
+        if "$ref" in schema:
+            whole.update(self._whole(self.documents[schema["$ref"][: -len(ENDING)]]))
+        return whole
 
     def faults(self, name, value):
         """What is wrong with the value as a record of that name: a list of texts, empty if right."""
-        schema = self.documents[name]
-        resolver = jsonschema.RefResolver(self._base + name + ".schema.json", schema,
-                                          store=self._store)
-        validator = jsonschema.Draft202012Validator(schema, resolver=resolver)
+        validator = jsonschema.Draft202012Validator(self._whole(self.documents[name]))
         return [f"{'/'.join(map(str, fault.absolute_path)) or 'the record'}: {fault.message}"
                 for fault in validator.iter_errors(value)]
 
@@ -101,6 +109,8 @@ class Schemas:
 
 def check_file(schemas, path):
     name = RECORDS[path.name]
+    if path.exists() and not path.is_file() and not path.is_dir():
+        return ["is no regular file"]  # reading it might wait for ever
     try:
         data = path.read_bytes()
     except OSError as error:
@@ -128,6 +138,8 @@ def main():
         if not path.exists():
             parser.error(f"{path} is not there")
     schemas = Schemas(options.schemas)
+    if not set(RECORDS.values()) <= set(schemas.documents):
+        parser.error(f"{options.schemas} does not hold the schemas; name their folder with --schemas")
     counts = {}
     wrong = 0
     for path in exchange_files(options.paths):

@@ -3,11 +3,13 @@
 import contextlib
 import io
 import json
+import os
 import pathlib
 import re
 import sys
 import tempfile
 import unittest
+import warnings
 
 import jsonschema
 
@@ -120,6 +122,26 @@ class CheckerTest(unittest.TestCase):
             self.assertIn(said, errors.getvalue())
         self.assertEqual(check_exchange.check_file(self.schemas, self.folder / "status.json"),
                          ["cannot be read: Is a directory"])
+
+    def test_does_not_wait_for_a_pipe(self):
+        os.mkfifo(self.folder / "sync.json")
+        self.assertEqual(check_exchange.check_file(self.schemas, self.folder / "sync.json"),
+                         ["is no regular file"])
+
+    def test_says_where_there_are_no_schemas(self):
+        self.faults("sync.json", '{"updatedAt":5}')
+        sys.argv = ["check_exchange.py", "--schemas", str(self.folder), str(self.folder)]
+        errors = io.StringIO()
+        with self.assertRaises(SystemExit) as ended, contextlib.redirect_stderr(errors):
+            check_exchange.main()
+        self.assertEqual(ended.exception.code, 2)
+        self.assertIn("does not hold the schemas", errors.getvalue())
+
+    def test_uses_nothing_that_its_library_is_about_to_drop(self):
+        with warnings.catch_warnings():
+            warnings.simplefilter("error")
+            self.assertEqual(self.schemas.faults("sync-request", {"updatedAt": 5}), [])
+            self.assertNotEqual(self.schemas.faults("overlay-snapshot", {"lines": [{}]}), [])
 
     def test_ends_with_what_it_found(self):
         def status(*paths):
