@@ -12,6 +12,7 @@
 #include "base/files.h"
 #include "companion/library/languages.h"
 #include "companion/settings/config_file.h"
+#include "companion/settings/user_folders.h"
 #include "companion/song/time_stamp.h"
 
 namespace vellora::companion {
@@ -205,6 +206,7 @@ std::string judge(Options& options, const Words& words, const Environment& envir
     options.exchange = std::filesystem::absolute(options.exchange).lexically_normal();
     if (!options.exchange.has_filename()) options.exchange = options.exchange.parent_path();
   }
+  if (options.folder.empty()) options.folder = musicFolder(environment).value_or("");
   const bool onFolder = options.task == Task::check || options.task == Task::import;
   if (options.folder.empty() && (onFolder || options.task == Task::keep)) {
     return onFolder ? "name the folder of lyrics" : "name the folder of lyrics, or a command";

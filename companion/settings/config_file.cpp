@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "base/nearest_word.h"
+#include "companion/settings/user_folders.h"
 #include "companion/song/text.h"
 
 namespace vellora::companion {
@@ -48,15 +49,9 @@ std::string remedyForValue(const Setting& setting, const std::string& value) {
 }  // namespace
 
 std::optional<std::filesystem::path> configFilePath(const Environment& environment) {
-  const auto inFolder = [](const std::filesystem::path& folder) {
-    return folder / "vellora" / "companion.conf";
-  };
-  // What is no whole path is to be ignored, as the specification has it.
-  const auto folder = environment("XDG_CONFIG_HOME");
-  if (folder && folder->starts_with('/')) return inFolder(*folder);
-  const auto home = environment("HOME");
-  if (!home) return std::nullopt;
-  return inFolder(std::filesystem::path(*home) / ".config");
+  const auto folder = configFolder(environment);
+  if (!folder) return std::nullopt;
+  return *folder / "vellora" / "companion.conf";
 }
 
 std::vector<ConfigEntry> readConfigText(std::string_view text, Problems& problems) {

@@ -12,8 +12,8 @@
 
 namespace vellora::companion {
 
-// Where the settings' file lies: vellora/companion.conf in $XDG_CONFIG_HOME, else in ~/.config (XDG
-// Base Directory Specification; on macOS too). Nothing where no home is known. Any thread.
+// Where the settings' file lies: vellora/companion.conf in the folder of settings. Nothing where no
+// home is known. Any thread.
 std::optional<std::filesystem::path> configFilePath(const Environment& environment);
 
 // A line "key = value".

@@ -39,6 +39,7 @@ std::span<const Setting> allSettings() {
        .valueName = "FOLDER",
        .help = "the folder of lyrics and their translations",
        .value = PathValue{placeOf<&Settings::folder>},
+       .otherwise = "the user's folder of music",
        .example = "~/Music",
        .scope = SettingScope::argument},
       {.key = "exchange",

@@ -16,9 +16,10 @@ class Program : public SongFolder {
     std::string text;  // standard output and standard error
   };
   Result run(const std::string& words, int seconds = 60) const {
-    const std::string line =
-        "cd " + folder.string() + "; export XDG_CONFIG_HOME=" + (folder / "config").string() +
-        "; timeout " + std::to_string(seconds) + " " VELLORA_COMPANION " " + words + " 2>&1";
+    const std::string line = "cd " + folder.string() +
+                             "; export HOME=$PWD XDG_CONFIG_HOME=" + (folder / "config").string() +
+                             "; timeout " + std::to_string(seconds) + " " VELLORA_COMPANION " " +
+                             words + " 2>&1";
     Result result;
     FILE* const pipe = popen(line.c_str(), "r");
     std::array<char, 4096> bytes{};
@@ -74,6 +75,13 @@ TEST_F(Program, TellsWhatHoldsAndFromWhere) {
                              "overlay = no           (default)\n"
                              "overlay-program =      (not set)\n"
                              "patience = 8           (default)\n");
+}
+
+TEST_F(Program, WithoutAFolderItTakesTheUsersMusic) {
+  EXPECT_EQ(run("check").status, 2) << "there is none";
+  put("Musik/a.lrc", "[00:01.00]a\n[00:01.00]b\n");
+  put("config/user-dirs.dirs", "XDG_MUSIC_DIR=\"$HOME/Musik\"\n");
+  EXPECT_NE(run("check").text.find("1 song, 1 complete"), std::string::npos);
 }
 
 TEST_F(Program, MakesTheFileOfSettingsOnceAndNeverReplacesIt) {

@@ -1,0 +1,43 @@
+#include "companion/settings/user_folders.h"
+
+#include "companion/song_folder.h"
+
+namespace vellora::companion {
+namespace {
+
+class UserFolders : public SongFolder {
+ protected:
+  void SetUp() override {
+    SongFolder::SetUp();
+    for (const char* name : {"Music", "Musik", "odd \"name"}) {
+      std::filesystem::create_directory(folder / name);
+    }
+  }
+  // The folder of music with that file of the user's folders, relative to the home.
+  std::string music(const std::string& text) const {
+    put(".config/user-dirs.dirs", text);
+    const auto found = musicFolder([this](const char* name) -> std::optional<std::string> {
+      return std::string_view(name) == "HOME" ? std::optional(folder.string()) : std::nullopt;
+    });
+    return found ? withoutFolder(found->string()) : "(none)";
+  }
+};
+
+TEST_F(UserFolders, TheFolderOfMusicIsTheOneThatTheUserHas) {
+  EXPECT_EQ(music(""), "Music");
+  EXPECT_EQ(music("XDG_MUSIC_DIR=\"$HOME/Musik\"\n"), "Musik");
+  EXPECT_EQ(music("# XDG_MUSIC_DIR=\"$HOME/Musik\"\nXDG_DESKTOP_DIR=\"$HOME/Musik\"\n"), "Music");
+  EXPECT_EQ(music("XDG_MUSIC_DIR=\"" + (folder / "Musik").string() + "\"\n"), "Musik");
+  EXPECT_EQ(music("XDG_MUSIC_DIR=\"$HOME/odd \\\"name\"\n"), "odd \"name");
+  EXPECT_EQ(music("XDG_MUSIC_DIR=\"$HOME/Music\"\n  XDG_MUSIC_DIR=\"$HOME/Musik\"\n"), "Musik");
+  EXPECT_EQ(music("XDG_MUSIC_DIR=\"Musik\"\n"), "Music") << "as little as a shell would find it";
+}
+
+TEST_F(UserFolders, OneThatIsNotThereIsNone) {
+  EXPECT_EQ(music("XDG_MUSIC_DIR=\"$HOME/gone\"\n"), "(none)");
+  EXPECT_EQ(music("XDG_MUSIC_DIR=\"$HOME/\"\n"), "(none)") << "the user wants none";
+  EXPECT_EQ(musicFolder([](const char*) { return std::nullopt; }), std::nullopt);
+}
+
+}  // namespace
+}  // namespace vellora::companion
