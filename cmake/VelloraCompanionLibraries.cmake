@@ -1,6 +1,6 @@
 # What the companion is built with beyond the core's libraries: the targets companion_icu,
-# companion_cli11, companion_pugixml and companion_curses. Where VELLORA_HEADERS is set, headers and
-# libraries lie there side by side. VELLORA_COMPANION_LACKS names what is missing.
+# companion_cli11, companion_mecab, companion_pugixml and companion_curses. Where VELLORA_HEADERS is
+# set, headers and libraries lie there side by side. VELLORA_COMPANION_LACKS names what is missing.
 set(VELLORA_COMPANION_LACKS)
 
 # companion_library(NAME HEADER [LIBRARY...])
@@ -29,6 +29,7 @@ endfunction()
 # The macOS SDK has some headers of another ICU; this one is not among them.
 companion_library(icu unicode/ucsdet.h icuuc icui18n)
 companion_library(cli11 CLI/CLI.hpp)
+companion_library(mecab mecab.h mecab)
 companion_library(pugixml pugixml.hpp pugixml)
 
 add_library(companion_curses INTERFACE)

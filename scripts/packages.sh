@@ -8,13 +8,14 @@ packages_build=(
   libsystemd-dev libdbusmenu-glib-dev libicu-dev
   nlohmann-json3-dev libfmt-dev libfast-float-dev
   libgtk-3-dev
-  libcli11-dev libncurses-dev libpugixml-dev
+  libcli11-dev libncurses-dev libpugixml-dev libmecab-dev
 )
 
 packages_run=(
   at-spi2-core dbus
   fonts-inter fonts-noto-core fonts-noto-cjk fonts-noto-color-emoji
   xdg-utils desktop-file-utils
+  mecab-ipadic-utf8
 )
 
 # A session of its own where there is no display, and the tests' tools.

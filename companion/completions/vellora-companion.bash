@@ -13,9 +13,11 @@ _vellora_companion()
     case $previous in
         --exchange|--to) compopt -o filenames 2>/dev/null; COMPREPLY=($(compgen -d -- "$current")); return ;;
         --overlay-program) compopt -o filenames 2>/dev/null; COMPREPLY=($(compgen -c -f -- "$current")); return ;;
+        --reading) COMPREPLY=($(compgen -W 'none pinyin romaji romaja latin auto' -- "$current")); return ;;
+        --reading-with) COMPREPLY=($(compgen -W 'above alone' -- "$current")); return ;;
         --language|--font-size|--offset|--patience|--at) return ;;
     esac
-    options='--help --version --exchange --language --font-size --offset --plain --overlay --overlay-program'
+    options='--help --version --exchange --language --font-size --offset --reading --reading-with --plain --overlay --overlay-program'
     case $command in
         play) options="$options --patience --at" ;;
         seek|next|previous|playpause) options="$options --patience" ;;

@@ -18,6 +18,8 @@ complete -c vellora-companion -l exchange -x -a '(__fish_complete_directories)' 
 complete -c vellora-companion -l language -x -d "The language of translations to prefer"
 complete -c vellora-companion -l font-size -x -d "Of the captions in points"
 complete -c vellora-companion -l offset -x -d "Move the captions down, in points"
+complete -c vellora-companion -l reading -x -a 'none pinyin romaji romaja latin auto' -d "Lines in Latin letters"
+complete -c vellora-companion -l reading-with -x -a 'above alone' -d "Where a reading stands"
 complete -c vellora-companion -l plain -d "Lines of text even on a terminal"
 complete -c vellora-companion -l overlay -d "Start the overlay, or point the running one here"
 complete -c vellora-companion -l overlay-program -r -F -d "Start this program as the overlay"

@@ -38,9 +38,40 @@ Keeper::Step Keeper::step(double now, const std::optional<NowPlayingTrack>& publ
   const bool news = lookForChanges(now);
   if (another || news) lookForSong(step.songChanged);
   if (another) step.songChanged = true;
-  if (step.songChanged) snapshot_.hasten();
+  if (stepAdditions(now) || step.songChanged) snapshot_.hasten();
   if (snapshot_.due(now)) step.snapshot = snapshot(now);
   return step;
+}
+
+void Keeper::add(std::unique_ptr<SongAddition> addition) {
+  additions_.push_back(std::move(addition));
+}
+
+std::string Keeper::notice() const {
+  for (const auto& addition : additions_) {
+    if (std::string notice = addition->notice(); !notice.empty()) return notice;
+  }
+  return {};
+}
+
+// Whether any line may have got something.
+bool Keeper::stepAdditions(double now) {
+  if (additions_.empty()) return false;
+  if (!playing_) {
+    if (std::exchange(adding_, false)) {
+      for (const auto& addition : additions_) addition->drop();
+    }
+    return false;
+  }
+  adding_ = true;
+  const bool isNew = !std::exchange(playing_->addedTo, true);
+  bool any = isNew;
+  for (const auto& addition : additions_) {
+    if (isNew) addition->begin(playing_->song);
+    any = addition->step(now, playing_->song) || any;
+  }
+  if (any) playing_->lines = playing_->song.overlayLines(settings_.reading);
+  return any;
 }
 
 // Whether there may be another song for the track: one that is being written, or one that comes

@@ -9,6 +9,7 @@
 
 #include "companion/exchange/renewal.h"
 #include "companion/library/library.h"
+#include "companion/song/song_addition.h"
 #include "exchange/records/records.h"
 
 namespace vellora::companion {
@@ -20,6 +21,7 @@ struct CaptionSettings {
   double fontSize = 26;       // points
   double verticalOffset = 0;  // points, positive moves captions down
   bool shown = true;
+  ReadingPlace reading = ReadingPlace::above;
 
   // Within their bounds.
   void changeFontSize(double points);
@@ -31,6 +33,7 @@ struct PlayingSong {
   LibrarySong from;
   Song song;
   std::vector<OverlayLine> lines;  // as the snapshot carries them
+  bool addedTo = false;            // what adds to its lines has begun
 };
 
 // What the companion does, without its files and its clock: it keeps the request to be told what
@@ -69,15 +72,23 @@ class Keeper {
   // There is something to do, so that the next step shall not be waited for.
   bool busy() const { return library_.looking(); }
 
+  // From the next song on, this adds to the lines.
+  void add(std::unique_ptr<SongAddition> addition);
+  // What those have to tell; empty where nothing.
+  std::string notice() const;
+
  private:
   bool lookForChanges(double now);
   void lookForSong(bool& changed);
+  bool stepAdditions(double now);
   OverlaySnapshot snapshot(double now) const;
 
   Library library_;
   CaptionSettings settings_;
   std::optional<NowPlayingTrack> track_;
   std::unique_ptr<PlayingSong> playing_;
+  std::vector<std::unique_ptr<SongAddition>> additions_;
+  bool adding_ = false;  // something was begun that is to be dropped
   std::uint64_t version_ = 0;
   Renewal sync_{syncInterval};
   Renewal snapshot_{snapshotInterval};

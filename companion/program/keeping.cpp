@@ -9,6 +9,7 @@
 
 #include "companion/exchange/folder.h"
 #include "companion/exchange/folder_lock.h"
+#include "companion/program/additions.h"
 #include "companion/program/interruption.h"
 #include "companion/program/overlay_start.h"
 #include "companion/program/remote.h"
@@ -122,6 +123,7 @@ class Keeping {
   std::string notice() const {
     if (unwritable_) return folder_.path().string() + " cannot be written";
     if (!remote_.report().empty()) return remote_.report();
+    if (std::string added = keeper_.notice(); !added.empty()) return added;
     if (overlay_ && !overlay_->report().empty()) return overlay_->report();
     for (const Problem& problem : keeper_.library().problems()) {
       if (problem.severity == Severity::error) return problem.text();
@@ -158,7 +160,9 @@ int keep(const Options& options) {
   }
 
   const Interruption interruption;
-  Keeping keeping(Keeper(Library(options.folder, options.language), options.captions), folder);
+  Keeper keeper(Library(options.folder, options.language), options.captions);
+  addToLines(keeper, options);
+  Keeping keeping(std::move(keeper), folder);
   std::unique_ptr<View> view;
   if (!options.plain) view = makeTerminalView();
   if (!view) view = std::make_unique<PlainView>(std::cout);

@@ -17,7 +17,9 @@ struct Settings {
   bool plain = false;
   bool overlay = false;
   std::string overlayProgram;
-  double patience = 8;  // seconds that a command's effect is waited for
+  std::string reading = "none";       // a name of a kind of reading
+  std::string readingWith = "above";  // or "alone"
+  double patience = 8;                // seconds that a command's effect is waited for
 };
 
 }  // namespace vellora::companion

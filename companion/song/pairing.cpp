@@ -130,7 +130,7 @@ std::vector<SongLine> unfolded(const LyricFile& file, Problems& problems) {
                     std::to_string(group.size()) + " lines have the time " + stampText(*first.time),
                     "the first is taken as the lyrics, the last as their translation");
     }
-    lines.push_back({first.time, first.text, std::move(translation), first.number});
+    lines.push_back({first.time, first.text, std::move(translation), first.number, {}});
   }
   return lines;
 }

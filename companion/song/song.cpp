@@ -15,7 +15,7 @@ void takeOwn(Song& song, LyricFile& lyrics) {
   for (FileLine& line : lyrics.lines) {
     if (line.text.empty()) continue;
     song.lines.push_back(
-        {line.time, std::move(line.text), std::move(line.translation), line.number});
+        {line.time, std::move(line.text), std::move(line.translation), line.number, {}});
   }
 }
 
@@ -24,6 +24,12 @@ void append(std::vector<Problem>& to, std::vector<Problem>&& from) {
 }
 
 }  // namespace
+
+std::string captionText(const SongLine& line, ReadingPlace place) {
+  if (line.reading.empty()) return line.translation;
+  if (line.translation.empty() || place == ReadingPlace::alone) return line.reading;
+  return line.reading + "\n" + line.translation;
+}
 
 bool SongLine::hasLetters() const { return !OverlayMatching::normalized(source).empty(); }
 
@@ -53,14 +59,15 @@ std::optional<std::size_t> Song::lineAt(double position) const {
   return static_cast<std::size_t>(later - lines.begin()) - 1;
 }
 
-std::vector<OverlayLine> Song::overlayLines() const {
+std::vector<OverlayLine> Song::overlayLines(ReadingPlace place) const {
   std::vector<OverlayLine> result;
   std::size_t bytes = 0;
   for (const SongLine& line : lines) {
     if (!line.hasLetters()) continue;
-    bytes += line.source.size() + line.translation.size();
+    std::string caption = captionText(line, place);
+    bytes += line.source.size() + caption.size();
     if (bytes > largestSnapshot) break;
-    result.push_back({line.source, line.translation});
+    result.push_back({line.source, std::move(caption)});
   }
   return result;
 }

@@ -16,10 +16,20 @@ struct SongLine {
   std::string source;
   std::string translation;  // empty where there is none
   int number = 0;           // its line in the file of the lyrics, from 1
+  std::string reading;      // the source in Latin letters; empty where there is none
 
   // Whether a player's row can be matched with it at all: a text of signs alone never is.
   bool hasLetters() const;
 };
+
+// Where a line's reading stands in its caption.
+enum class ReadingPlace {
+  above,  // on a line of its own above the translation
+  alone   // in the translation's place; a line without a reading keeps its translation
+};
+
+// What the caption of a line says; empty where it gets none.
+std::string captionText(const SongLine& line, ReadingPlace place);
 
 // Most bytes of lines in a snapshot: it is written every other second and read more often.
 inline constexpr std::size_t largestSnapshot = std::size_t{2} * 1024 * 1024;
@@ -45,7 +55,7 @@ struct Song {
   std::optional<std::size_t> lineAt(double position) const;
   // The lines as a snapshot carries them, as many as `largestSnapshot` allows. Lines without
   // letters, which match nothing, are left out.
-  std::vector<OverlayLine> overlayLines() const;
+  std::vector<OverlayLine> overlayLines(ReadingPlace place = ReadingPlace::above) const;
 };
 
 // Puts a song together. Without a translation file, `lyrics` may hold its own translation: in the

@@ -37,6 +37,7 @@ void PlainView::show(const ViewState& state) {
   if (!line_) return;
   const SongLine& line = state.song->song.lines[*line_];
   std::string text = "[" + clockText(state.position) + "] " + line.source;
+  if (!line.reading.empty()) text.append(" — ").append(line.reading);
   if (!line.translation.empty()) text.append(" — ").append(line.translation);
   say(text);
 }

@@ -55,6 +55,9 @@ std::vector<ScreenLine> lyricsOf(const ViewState& state, std::size_t rows) {
     const bool sung = state.line == i;
     if (sung) focus = all.size();
     all.push_back({(sung ? "› " : "  ") + lines[i].source, sung ? Style::strong : Style::faint});
+    if (!lines[i].reading.empty()) {
+      all.push_back({"    " + lines[i].reading, sung ? Style::plain : Style::faint});
+    }
     if (lines[i].translation.empty()) continue;
     all.push_back({"    " + lines[i].translation, sung ? Style::plain : Style::faint});
   }

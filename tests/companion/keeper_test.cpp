@@ -1,5 +1,7 @@
 #include "companion/exchange/keeper.h"
 
+#include <filesystem>
+
 #include "companion/exchange/folder.h"
 #include "companion/song_folder.h"
 #include "exchange/opened_url.h"
@@ -204,6 +206,56 @@ TEST(ExchangeFolders, AreMadeForTheUserAlone) {
   EXPECT_FALSE(folder.commandWaits());
   std::filesystem::remove_all(pattern);
   EXPECT_FALSE(folder.write(SyncRequest{1}));
+}
+
+constexpr double later = begin + 1;
+
+// Gives each line a reading later.
+class LateReadings : public SongAddition {
+ public:
+  explicit LateReadings(std::vector<std::string>& log) : log_(log) {}
+
+  void begin(Song& song) override {
+    log_.push_back("begin " + std::filesystem::path(song.name).filename().string());
+  }
+  void drop() override { log_.push_back("drop"); }
+  bool step(double now, Song& song) override {
+    if (now < later || !song.lines.front().reading.empty()) return false;
+    for (SongLine& line : song.lines) line.reading = "read " + line.source;
+    return true;
+  }
+  std::string notice() const override { return "told"; }
+
+ private:
+  std::vector<std::string>& log_;
+};
+
+TEST_F(Keeping, WhatIsAddedToTheLinesReachesTheSnapshotAtOnce) {
+  std::vector<std::string> log;
+  keeper->add(std::make_unique<LateReadings>(log));
+  auto step = keeper->step(begin, track(begin));
+  EXPECT_EQ(log, (std::vector<std::string>{"begin River Band - Night Drive.lrc"}));
+  EXPECT_EQ(step.snapshot->lines.front(), (OverlayLine{"a", "x"}));
+  EXPECT_FALSE(keeper->step(begin + 0.9, track(begin)).snapshot);
+  step = keeper->step(begin + 1, track(begin));
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_FALSE(step.songChanged);
+  EXPECT_EQ(step.snapshot->lines, (std::vector<OverlayLine>{{"a", "read a\nx"}, {"b", "read b"}}));
+  EXPECT_EQ(keeper->notice(), "told");
+  keeper->step(begin + 1.1, track(begin + 1.1, "Other"));
+  EXPECT_EQ(log.back(), "drop");
+}
+
+TEST_F(Keeping, ReadingsStandAloneWhereThatIsWanted) {
+  std::vector<std::string> log;
+  CaptionSettings settings;
+  settings.reading = ReadingPlace::alone;
+  Keeper alone(Library(folder, ""), settings);
+  alone.add(std::make_unique<LateReadings>(log));
+  alone.step(begin, track(begin));
+  const auto step = alone.step(begin + 1, track(begin));
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_EQ(step.snapshot->lines.front(), (OverlayLine{"a", "read a"}));
 }
 
 }  // namespace

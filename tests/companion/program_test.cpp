@@ -71,6 +71,8 @@ TEST_F(Program, TellsWhatHoldsAndFromWhere) {
                              "language = de          (line 3)\n"
                              "font-size = 30         (command line)\n"
                              "offset = 0             (default)\n"
+                             "reading = none         (default)\n"
+                             "reading-with = above   (default)\n"
                              "plain = no             (default)\n"
                              "overlay = no           (default)\n"
                              "overlay-program =      (not set)\n"

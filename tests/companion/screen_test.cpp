@@ -1,5 +1,8 @@
 #include "companion/view/screen.h"
 
+#include <algorithm>
+#include <sstream>
+
 #include <gtest/gtest.h>
 
 #include "companion/song/lrc.h"
@@ -48,6 +51,28 @@ struct Shown {
 TEST(SongText, CountsLines) {
   EXPECT_EQ(songText(Shown(1).state), "T — A: 1 line, 0 translated");
   EXPECT_EQ(songText(Shown(2).state), "T — A: 2 lines, 0 translated");
+}
+
+TEST(Screen, AReadingStandsBetweenTheLineAndItsTranslation) {
+  Shown shown(2);
+  shown.song.song.lines[0].reading = "reading";
+  shown.song.song.lines[0].translation = "translation";
+  const auto lines = screenOf(shown.state, 40, 20);
+  const auto line = std::ranges::find(lines, "  line 0", &ScreenLine::text);
+  ASSERT_LT(std::distance(line, lines.end()), 20);
+  ASSERT_GT(std::distance(line, lines.end()), 3);
+  EXPECT_EQ(line[1].text, "    reading");
+  EXPECT_EQ(line[2].text, "    translation");
+}
+
+TEST(PlainView, SaysALinesReadingBeforeItsTranslation) {
+  Shown shown(2);
+  shown.song.song.lines[0].reading = "reading";
+  shown.song.song.lines[0].translation = "translation";
+  shown.state.line = 0;
+  std::ostringstream said;
+  PlainView(said).show(shown.state);
+  EXPECT_NE(said.str().find("line 0 — reading — translation"), std::string::npos) << said.str();
 }
 
 TEST(Screen, IsNeverLargerThanTheTerminal) {

@@ -19,7 +19,8 @@ endforeach()
 foreach(header IN ITEMS pugixml.hpp pugiconfig.hpp)
   file(CREATE_LINK "${VELLORA_pugixml_HEADERS}/${header}" "${headers}/${header}" SYMBOLIC)
 endforeach()
-foreach(library IN ITEMS icuuc icui18n pugixml)
+file(CREATE_LINK "${VELLORA_mecab_HEADERS}/mecab.h" "${headers}/mecab.h" SYMBOLIC)
+foreach(library IN ITEMS icuuc icui18n mecab pugixml)
   execute_process(COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/stub_library"
     "${VELLORA_${library}_LIBRARY}" lib${library}
     OUTPUT_FILE "${headers}/lib${library}.tbd" COMMAND_ERROR_IS_FATAL ANY)
