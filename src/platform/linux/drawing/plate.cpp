@@ -67,7 +67,7 @@ int cut(double pixel, int limit) {
 void fillPlate(cairo_surface_t* pixels, const Rect& plate, double radius, const Color& color) {
   const Rect rect = plate.standardized();
   if (rect.isEmpty() || !std::isfinite(rect.x + rect.y + rect.width + rect.height)) return;
-  const double corner = std::min({radius, rect.width / 2, rect.height / 2});
+  const double corner = std::min({std::fmax(radius, 0), rect.width / 2, rect.height / 2});
   const RoundedRectangle shape(rect, corner);
   const Ink ink(color);
   const int width = cairo_image_surface_get_width(pixels);
@@ -84,7 +84,7 @@ void fillPlate(cairo_surface_t* pixels, const Rect& plate, double radius, const 
     auto* row = reinterpret_cast<std::uint32_t*>(data + y * stride);
     const double middle = y + 0.5;
     // Between its ends a row is even.
-    const int end = shape.isStraight(middle) ? 1 : static_cast<int>(std::ceil(corner)) + 1;
+    const int end = shape.isStraight(middle) ? 1 : cut(std::ceil(corner) + 1, width);
     const int evenLeft = std::min(left + end, right);
     const int evenRight = std::max(right - end, evenLeft);
     const auto fill = [&](int from, int to) {

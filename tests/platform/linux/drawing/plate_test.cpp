@@ -49,6 +49,24 @@ TEST(PlateTest, ItLooksAsCairosOwnPathDoes) {
   }
 }
 
+TEST(PlateTest, ARadiusThatIsNoneIsZero) {
+  const Rect rect{10.5, 10.25, 70.25, 30.5};
+  const Picture sharp = plateOf(rect, 0);
+  constexpr double infinity = std::numeric_limits<double>::infinity();
+  for (const double radius : {std::nan(""), -9.0, -1e300, -infinity}) {
+    const Picture picture = plateOf(rect, radius);
+    for (std::int64_t y = 0; y < 60; ++y) {
+      for (std::int64_t x = 0; x < 100; ++x) {
+        ASSERT_EQ(picture.alpha(x, y), sharp.alpha(x, y)) << x << ", " << y << " radius " << radius;
+      }
+    }
+  }
+}
+
+TEST(PlateTest, ACornerLargerThanThePictureIsCut) {
+  EXPECT_EQ(plateOf({-1e300, -1e300, 2e300, 2e300}, 1e299).alpha(50, 30), 1);
+}
+
 TEST(PlateTest, EdgesOnWholePixelsAreSharp) {
   const Picture picture = plateOf({10, 10, 80, 40}, 7);
   EXPECT_EQ(picture.bounds(), (Box{10, 10, 89, 49}));
