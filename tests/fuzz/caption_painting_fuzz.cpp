@@ -2,11 +2,14 @@
 #include <cstdlib>
 #include <string>
 
+#include <glib.h>
+
 #include "fuzz/fuzz_input.h"
 #include "fuzz/fuzz_targets.h"
 #include "platform/linux/drawing/cairo_surface.h"
 #include "platform/linux/drawing/pango_painter.h"
 #include "render/caption_view.h"
+#include "render/composition.h"
 #include "support/fake_native_view.h"
 #include "support/fake_workspace.h"
 
@@ -34,17 +37,25 @@ double lengthUpTo(FuzzInput& input, double longest) {
   return longest * input.take<std::uint16_t>() / 65535;
 }
 
+// A size that captions may have. A few only: looking for the fonts of a new size takes longer than
+// all else.
+double captionFont(FuzzInput& input) {
+  using Style = CompositionStyle;
+  return Style::smallestFont +
+         static_cast<double>(input.below(5)) / 4 * (Style::largestFont - Style::smallestFont);
+}
+
 // As the caption view has it painted.
 void paintCaption(FuzzInput& input, PangoPainter& painter) {
   Log log;
   FakeNativeView view(log);
   FakeWorkspace workspace(log);
-  view.scale = lengthUpTo(input, 3);
+  view.scale = static_cast<double>(input.below(7)) / 2;
   CaptionView canvas(painter, view, workspace);
   Caption caption;
   caption.rect = {lengthUpTo(input, 20), lengthUpTo(input, 20), lengthUpTo(input, 120),
                   lengthUpTo(input, 60)};
-  caption.font = 12 + lengthUpTo(input, 20);
+  caption.font = captionFont(input);
   caption.softness = static_cast<double>(input.below(9)) / 8;
   caption.text = input.rest();
   const double width = caption.rect.width;
@@ -72,12 +83,14 @@ void paintAnything(FuzzInput& input, PangoPainter& painter) {
   if (drawing.pixelWidth > 127 && drawing.pixelWidth < 32768) drawing.pixelWidth = 127;
   if (drawing.pixelHeight > 127 && drawing.pixelHeight < 32768) drawing.pixelHeight = 127;
   drawing.size = {anyNumber(input), anyNumber(input)};
-  drawing.scale = lengthUpTo(input, 4);
+  drawing.scale = static_cast<double>(input.below(9)) / 2;
   drawing.plate = anyRectangle(input);
   drawing.cornerRadius = anyNumber(input);
   drawing.plateColor = {anyNumber(input), anyNumber(input), anyNumber(input), anyNumber(input)};
   drawing.textRect = anyRectangle(input);
-  drawing.fontSize = input.flag() ? lengthUpTo(input, 64) : input.number();
+  drawing.fontSize = captionFont(input);
+  if (input.flag()) drawing.fontSize = -input.number();
+  if (drawing.fontSize > 0 && drawing.fontSize < 1) drawing.fontSize = 0;
   if (drawing.fontSize > 200) drawing.fontSize = 200;
   drawing.textColor = {0.8, 1, 0.9, anyNumber(input)};
   const double radius = anyNumber(input);
@@ -102,6 +115,7 @@ void fuzzCaptionPainting(std::string_view bytes) {
     setenv("FONTCONFIG_FILE", VELLORA_TEST_FONTS, 1);
     unsetenv("DISPLAY");
     unsetenv("WAYLAND_DISPLAY");
+    g_log_set_always_fatal(G_LOG_LEVEL_CRITICAL);  // no misuse of a library
     return true;
   }();
   require(ready, "an environment");
