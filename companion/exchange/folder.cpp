@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <system_error>
+#include <utility>
 
 #include "base/files.h"
 #include "base/percent_encoding.h"
@@ -14,8 +15,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// They are looked at ten times a second.
 void shorten(std::string& text) { text.resize(cut(text, 4 * longestText).size()); }
+
+void shortenTexts(NowPlayingTrack& track) {
+  for (std::string* text : {&track.title, &track.artist, &track.album}) shorten(*text);
+}
+void shortenTexts(OverlayStatus& status) { shorten(status.message); }
 
 }  // namespace
 
@@ -47,18 +52,21 @@ std::optional<std::string> ExchangeFolder::make() const {
   return path_.string() + " cannot be made: " + error.message();
 }
 
-std::optional<NowPlayingTrack> ExchangeFolder::nowPlaying() const {
-  auto track = readExchangeFile<NowPlayingTrack>(path_ / nowPlayingFileName);
-  if (!track) return std::nullopt;
-  for (std::string* text : {&track->title, &track->artist, &track->album}) shorten(*text);
-  return track;
+template <typename Record>
+std::optional<Record> ExchangeFolder::read(Kept<Record>& kept, std::string_view file) const {
+  const auto whole = kept.reader.read(path_ / file);
+  if (whole == kept.whole) return kept.cut;
+  kept.whole = whole;
+  kept.cut = whole ? std::optional(*whole) : std::nullopt;
+  if (kept.cut) shortenTexts(*kept.cut);
+  return kept.cut;
 }
 
-std::optional<OverlayStatus> ExchangeFolder::status() const {
-  auto status = readExchangeFile<OverlayStatus>(path_ / statusFileName);
-  if (status) shorten(status->message);
-  return status;
+std::optional<NowPlayingTrack> ExchangeFolder::nowPlaying() {
+  return read(track_, nowPlayingFileName);
 }
+
+std::optional<OverlayStatus> ExchangeFolder::status() { return read(status_, statusFileName); }
 
 bool ExchangeFolder::write(const SyncRequest& request) const {
   return writeExchangeFile(path_ / syncRequestFileName, request);

@@ -2,11 +2,13 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "exchange/exchange_folder.h"
+#include "exchange/record_reader.h"
 #include "exchange/records/records.h"
 
 namespace vellora::companion {
@@ -36,9 +38,10 @@ class ExchangeFolder {
   // Makes the folder where it is missing, for the user alone. What went wrong, or nothing.
   std::optional<std::string> make() const;
 
-  // Texts that are longer than any title are cut.
-  std::optional<NowPlayingTrack> nowPlaying() const;
-  std::optional<OverlayStatus> status() const;
+  // Asked for far more often than written: decoded only when it is new. Texts that are longer than
+  // any title are cut.
+  std::optional<NowPlayingTrack> nowPlaying();
+  std::optional<OverlayStatus> status();
 
   // Each replaces its file in one step; false where it cannot be written.
   bool write(const SyncRequest& request) const;
@@ -55,7 +58,19 @@ class ExchangeFolder {
   std::string url() const;
 
  private:
+  // A file's record, cut.
+  template <typename Record>
+  struct Kept {
+    RecordReader<Record> reader;
+    std::shared_ptr<const Record> whole;
+    std::optional<Record> cut;
+  };
+  template <typename Record>
+  std::optional<Record> read(Kept<Record>& kept, std::string_view file) const;
+
   std::filesystem::path path_;
+  Kept<NowPlayingTrack> track_;
+  Kept<OverlayStatus> status_;
 };
 
 }  // namespace vellora::companion

@@ -33,7 +33,7 @@ int finish(const CommandWatch& watch, CommandWatch::Outcome outcome) {
 }  // namespace
 
 int command(const Options& options) {
-  const ExchangeFolder folder(options.exchange);
+  ExchangeFolder folder(options.exchange);
   if (const auto reason = folder.make()) return fail(filesFailed, *reason);
   const SystemClock clock;
   const Interruption interruption;
@@ -51,7 +51,7 @@ int command(const Options& options) {
 }
 
 int tellStatus(const Options& options) {
-  const ExchangeFolder folder(options.exchange);
+  ExchangeFolder folder(options.exchange);
   if (const auto reason = folder.make()) return fail(filesFailed, *reason);
   const SystemClock clock;
   const double begin = clock.now();

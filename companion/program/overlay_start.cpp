@@ -143,7 +143,7 @@ void OverlayStart::overlayEnded(int status, double now) {
   if (!displayGone_ && !asked) start(now);
 }
 
-bool OverlayStart::saysStopped() const {
+bool OverlayStart::saysStopped() {
   const auto status = folder_.status();
   return status && status->stopped;
 }

@@ -62,7 +62,7 @@ class OverlayStart {
   void startDirectly();
   void openerEnded(int status);
   void overlayEnded(int status, double now);
-  bool saysStopped() const;
+  bool saysStopped();
 
   ExchangeFolder folder_;
   std::string program_;

@@ -1,3 +1,4 @@
+#include "base/files.h"
 #include "companion/exchange/keeper.h"
 
 #include <filesystem>
@@ -185,13 +186,36 @@ TEST_F(Keeping, AHugeSongStaysWithinWhatTheOverlayReads) {
 TEST(ExchangeFolders, EndlessTextsAreCut) {
   std::string pattern = "/tmp/vellora-exchange-XXXXXX";
   ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-  const ExchangeFolder folder(pattern);
+  ExchangeFolder folder(pattern);
   const std::string endless(1'000'000, 'x');
   ASSERT_TRUE(writeExchangeFile(folder.path() / nowPlayingFileName,
                                 NowPlayingTrack(1, endless, endless, endless)));
   ASSERT_TRUE(writeExchangeFile(folder.path() / statusFileName, OverlayStatus(endless)));
   EXPECT_EQ(folder.nowPlaying()->title.size(), 4000U);
   EXPECT_EQ(folder.status()->message.size(), 4000U);
+  std::filesystem::remove_all(pattern);
+}
+
+TEST(ExchangeFolders, TellWhatStandsInThemNow) {
+  std::string pattern = "/tmp/vellora-exchange-XXXXXX";
+  ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+  ExchangeFolder folder(pattern);
+  const auto file = folder.path() / statusFileName;
+  EXPECT_FALSE(folder.status());
+  for (const char* message : {"first", "second", "first"}) {
+    ASSERT_TRUE(writeExchangeFile(file, OverlayStatus(message)));
+    for (int i = 0; i < 2; ++i) {
+      ASSERT_TRUE(folder.status());
+      EXPECT_EQ(folder.status()->message, message);
+    }
+  }
+  ASSERT_TRUE(writeFileAtomically(file, "{"));
+  EXPECT_FALSE(folder.status());
+  ASSERT_TRUE(writeExchangeFile(file, OverlayStatus("third")));
+  EXPECT_EQ(folder.status()->message, "third");
+  std::filesystem::remove(file);
+  EXPECT_FALSE(folder.status());
+  EXPECT_FALSE(folder.nowPlaying());
   std::filesystem::remove_all(pattern);
 }
 
