@@ -1,8 +1,8 @@
-#include "base/files.h"
 #include "companion/exchange/keeper.h"
 
 #include <filesystem>
 
+#include "base/files.h"
 #include "companion/exchange/folder.h"
 #include "companion/song_folder.h"
 #include "exchange/opened_url.h"
