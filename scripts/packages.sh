@@ -31,6 +31,9 @@ packages_test=(
   appstream mandoc dpkg-dev lintian systemd libfaketime x11-xserver-utils
 )
 
+# For ./test --long.
+packages_long=(valgrind)
+
 # Real browsers, for their tests and for ./run --browser, and a sound server that needs no device: a
 # page's player shows itself only where its sound can be played. About 200 MB to download.
 packages_browsers=(chromium firefox-esr pulseaudio)

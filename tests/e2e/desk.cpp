@@ -1,5 +1,6 @@
 #include "e2e/desk.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
@@ -15,6 +16,12 @@ namespace vellora::e2e {
 namespace {
 
 constexpr const char* application = "com.apple.Music";
+
+// How many times as long as usual programs may take: scripts/sanitized_e2e sets it.
+double slowness() {
+  const char* const given = std::getenv("VELLORA_SLOWNESS");
+  return given != nullptr ? std::max(std::strtod(given, nullptr), 1.0) : 1;
+}
 
 }  // namespace
 
@@ -90,7 +97,7 @@ void Desk::startOverlay(std::vector<std::string> options) {
 }
 
 bool Desk::waitFor(const std::function<bool()>& condition, double seconds) {
-  const double deadline = now() + seconds;
+  const double deadline = now() + seconds * slowness();
   while (true) {
     renew();
     if (condition()) return true;
