@@ -1,6 +1,7 @@
 # What the companion is built with beyond the core's libraries: the targets companion_icu,
-# companion_cli11, companion_mecab, companion_pugixml and companion_curses. Where VELLORA_HEADERS is
-# set, headers and libraries lie there side by side. VELLORA_COMPANION_LACKS names what is missing.
+# companion_cli11, companion_mecab, companion_pugixml, companion_curses and companion_curl. Where
+# VELLORA_HEADERS is set, headers and libraries lie there side by side. VELLORA_COMPANION_LACKS names
+# what is missing.
 set(VELLORA_COMPANION_LACKS)
 
 # companion_library(NAME HEADER [LIBRARY...])
@@ -43,3 +44,12 @@ else()
   target_link_libraries(companion_curses INTERFACE ${CURSES_LIBRARIES})
 endif()
 target_compile_definitions(companion_curses INTERFACE NCURSES_NOMACROS=1)
+
+# Part of macOS, too. Earlier versions wait at the end for a name that is being looked up.
+add_library(companion_curl INTERFACE)
+if(APPLE)
+  target_link_libraries(companion_curl INTERFACE curl)
+else()
+  find_package(CURL 7.87 REQUIRED)
+  target_link_libraries(companion_curl INTERFACE CURL::libcurl)
+endif()

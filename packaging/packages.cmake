@@ -48,7 +48,8 @@ set(CPACK_COMPONENT_COMPANION_DESCRIPTION
 The companion finds the song that plays among files of lyrics and their
 translations, and keeps the overlay's captions fresh while it plays. It shows
 the song and its current line in the terminal, and steers the player.")
-set(CPACK_DEBIAN_COMPANION_PACKAGE_RECOMMENDS "vellora, mecab-ipadic-utf8")
+# The certificates are for lyrics from a service.
+set(CPACK_DEBIAN_COMPANION_PACKAGE_RECOMMENDS "vellora, ca-certificates, mecab-ipadic-utf8")
 # Kept through updates as the user left it.
 file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/conffiles" "/etc/xdg/autostart/vellora-companion.desktop\n")
 set(CPACK_DEBIAN_COMPANION_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/conffiles")

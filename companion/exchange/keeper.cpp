@@ -31,13 +31,15 @@ Keeper::Step Keeper::step(double now, const std::optional<NowPlayingTrack>& publ
   track_ = usable;
   if (another) {
     playing_.reset();
+    if (elsewhere_) elsewhere_->want(std::nullopt);
     library_.beginLook();
     files_.hasten();
     search_.hasten();
   }
   const bool news = lookForChanges(now);
   if (another || news) lookForSong(step.songChanged);
-  if (another) step.songChanged = true;
+  const bool came = elsewhere_ && takeFromElsewhere(now);
+  if (another || came) step.songChanged = true;
   if (stepAdditions(now) || step.songChanged) snapshot_.hasten();
   if (snapshot_.due(now)) step.snapshot = snapshot(now);
   return step;
@@ -78,11 +80,12 @@ bool Keeper::stepAdditions(double now) {
 // into the folder while it plays.
 bool Keeper::lookForChanges(double now) {
   const bool due = track_ && files_.due(now);
-  const bool written = due && playing_ && Library::version(playing_->from.files) != version_;
+  const bool own = playing_ && playing_->source.empty();
+  const bool written = due && own && Library::version(playing_->from.files) != version_;
   if (written) library_.beginLook();
   if (library_.looking()) {
     unsearched_ = library_.look(now) || unsearched_;
-  } else if (due && !playing_) {
+  } else if (due && !own) {
     unsearched_ = library_.lookIdly(now) || unsearched_;
   }
   // As long as a look goes on, there may be a better one in a moment.
@@ -94,6 +97,7 @@ bool Keeper::lookForChanges(double now) {
 void Keeper::lookForSong(bool& changed) {
   const auto found = track_ ? library_.find(track_->title, track_->artist) : std::nullopt;
   if (!found) {
+    if (playing_ && !playing_->source.empty()) return;
     changed = playing_ != nullptr;
     playing_.reset();
     return;
@@ -105,6 +109,24 @@ void Keeper::lookForSong(bool& changed) {
   playing_ = std::make_unique<PlayingSong>(PlayingSong{from, library_.load(from), {}});
   playing_->lines = playing_->song.overlayLines();
   changed = true;
+}
+
+// Asks for what the library lacks, once that is known. Whether the song's lines have come.
+bool Keeper::takeFromElsewhere(double now) {
+  if (!track_ || (playing_ && playing_->source.empty())) {
+    elsewhere_->want(std::nullopt);
+  } else if (!library_.looking()) {
+    elsewhere_->want(WantedSong{track_->title, track_->artist, track_->album, std::nullopt});
+  }
+  auto found = elsewhere_->step(now);
+  if (!found || !track_) return false;
+  playing_ = std::make_unique<PlayingSong>();
+  playing_->from.names.title = track_->title;
+  playing_->from.names.artist = track_->artist;
+  playing_->song = assemble(std::move(found->lyrics), std::nullopt);
+  playing_->lines = playing_->song.overlayLines();
+  playing_->source = std::move(found->from);
+  return true;
 }
 
 OverlaySnapshot Keeper::snapshot(double now) const {

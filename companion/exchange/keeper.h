@@ -5,8 +5,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "companion/exchange/lyrics_source.h"
 #include "companion/exchange/renewal.h"
 #include "companion/library/library.h"
 #include "companion/song/song_addition.h"
@@ -30,10 +32,12 @@ struct CaptionSettings {
 
 // The song that plays, with its lines and what they were read from.
 struct PlayingSong {
-  LibrarySong from;
+  LibrarySong from;  // without files where the lyrics come from elsewhere
   Song song;
   std::vector<OverlayLine> lines;  // as the snapshot carries them
   bool addedTo = false;            // what adds to its lines has begun
+  // Where the lyrics come from that the folder lacks, for people: "lrclib.net". Else empty.
+  std::string source{};
 };
 
 // What the companion does, without its files and its clock: it keeps the request to be told what
@@ -50,10 +54,15 @@ class Keeper {
   struct Step {
     std::optional<SyncRequest> sync;
     std::optional<OverlaySnapshot> snapshot;
-    bool songChanged = false;  // another track, or other files
+    bool songChanged = false;  // another track, or other lines
   };
 
   Keeper(Library library, CaptionSettings settings);
+
+  // Asks `elsewhere` for the lyrics of songs that the library lacks.
+  void askElsewhere(std::unique_ptr<LyricsSource> elsewhere) { elsewhere_ = std::move(elsewhere); }
+  // Null where nobody is asked.
+  const LyricsSource* elsewhere() const { return elsewhere_.get(); }
 
   // To be called several times a second. `now`: wall-clock seconds since 1970; `published`: what
   // stands in the now-playing file.
@@ -61,7 +70,7 @@ class Keeper {
 
   // The track that plays; nothing while none is published that is usable.
   const std::optional<NowPlayingTrack>& track() const { return track_; }
-  // Its song; null where the library has none, or none so far.
+  // Its song; null where there are no lyrics of it, or none so far.
   const PlayingSong* playing() const { return playing_.get(); }
 
   const CaptionSettings& settings() const { return settings_; }
@@ -81,6 +90,7 @@ class Keeper {
   bool lookForChanges(double now);
   void lookForSong(bool& changed);
   bool stepAdditions(double now);
+  bool takeFromElsewhere(double now);
   OverlaySnapshot snapshot(double now) const;
 
   Library library_;
@@ -89,6 +99,7 @@ class Keeper {
   std::unique_ptr<PlayingSong> playing_;
   std::vector<std::unique_ptr<SongAddition>> additions_;
   bool adding_ = false;  // something was begun that is to be dropped
+  std::unique_ptr<LyricsSource> elsewhere_;
   std::uint64_t version_ = 0;
   Renewal sync_{syncInterval};
   Renewal snapshot_{snapshotInterval};

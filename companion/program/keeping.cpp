@@ -112,6 +112,7 @@ class Keeping {
     state.song = keeper_.playing();
     if (state.song != nullptr) state.line = state.song->song.lineAt(state.position);
     if (const auto status = folder_.status()) state.overlay = status->message;
+    if (keeper_.elsewhere() != nullptr) state.elsewhere = keeper_.elsewhere()->report();
     state.settings = keeper_.settings();
     state.snapshot = folder_.snapshotPath();
     state.songsInLibrary = keeper_.library().songs().size();

@@ -19,11 +19,17 @@ std::string songText(const ViewState& state) {
   if (state.song == nullptr) return cleaned(text.append(": no lyrics in the folder"));
   const Song& song = state.song->song;
   text.append(": ").append(counted(song.lines.size(), "line")).append(", ");
-  return cleaned(text.append(std::to_string(song.translated())).append(" translated"));
+  text.append(std::to_string(song.translated())).append(" translated");
+  if (!state.song->source.empty()) text.append(", from ").append(state.song->source);
+  return cleaned(text);
 }
 
 void PlainView::show(const ViewState& state) {
   showSong(state);
+  if (state.elsewhere != elsewhere_) {
+    elsewhere_ = state.elsewhere;
+    if (!elsewhere_.empty()) say(cleaned(elsewhere_));
+  }
   if (state.overlay != overlay_) {
     overlay_ = state.overlay;
     if (!overlay_.empty()) say("overlay: " + cleaned(overlay_));

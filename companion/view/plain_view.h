@@ -24,6 +24,7 @@ class PlainView : public View {
   std::ostream& out_;
   std::optional<std::string> song_;  // what was said of it last
   std::optional<std::size_t> line_;
+  std::string elsewhere_;
   std::string overlay_;
   std::string notice_;
 };

@@ -97,6 +97,9 @@ std::vector<ScreenLine> screenOf(const ViewState& state, int columns, int rows) 
        Style::plain},
       {settingsOf(state.settings), Style::faint},
       {keys, Style::faint}};
+  if (!state.elsewhere.empty()) {
+    bottom.insert(bottom.begin() + 1, {state.elsewhere, Style::plain});
+  }
   const auto room = static_cast<std::size_t>(rows);
   const std::size_t fixed = top.size() + bottom.size();
   if (room > fixed + 2) {

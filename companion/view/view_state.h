@@ -15,14 +15,15 @@ namespace vellora::companion {
 struct ViewState {
   std::optional<NowPlayingTrack> track;  // nothing while none is published that is usable
   double position = 0;                   // of the track, in seconds, as of this moment
-  const PlayingSong* song = nullptr;     // null where the library has none
+  const PlayingSong* song = nullptr;     // null where there are no lyrics of it
   std::optional<std::size_t> line;       // the sung line of `song`
   std::string overlay;                   // the overlay's status line; empty where there is none
   CaptionSettings settings;
   std::filesystem::path snapshot;
   std::size_t songsInLibrary = 0;
-  bool reading = false;  // for the first time, and there may be more songs
-  std::string notice;    // what became of the last key; may be empty
+  std::string elsewhere;  // what comes of asking for lyrics elsewhere; may be empty
+  bool reading = false;   // for the first time, and there may be more songs
+  std::string notice;     // what became of the last key; may be empty
 };
 
 // What a user asks for.

@@ -1,9 +1,12 @@
 #include "companion/exchange/keeper.h"
 
 #include <filesystem>
+#include <memory>
+#include <utility>
 
 #include "base/files.h"
 #include "companion/exchange/folder.h"
+#include "companion/song/lrc.h"
 #include "companion/song_folder.h"
 #include "exchange/opened_url.h"
 
@@ -147,6 +150,97 @@ TEST_F(Keeping, ASongThatGoesAwaySwitchesTheSnapshotOff) {
   const auto step = keeper->step(begin + 2.1, track(begin + 2));
   ASSERT_TRUE(step.snapshot);
   EXPECT_FALSE(step.snapshot->enabled);
+}
+
+// Lyrics from elsewhere, which the test gives.
+class Elsewhere final : public LyricsSource {
+ public:
+  struct Box {
+    std::optional<WantedSong> wanted;
+    int changes = 0;
+    std::optional<FoundLyrics> found;
+  };
+  explicit Elsewhere(Box& box) : box_(box) {}
+  void want(const std::optional<WantedSong>& song) override {
+    if (song == box_.wanted) return;
+    box_.wanted = song;
+    ++box_.changes;
+  }
+  std::optional<FoundLyrics> step(double) override { return std::exchange(box_.found, {}); }
+  std::string report() const override { return {}; }
+
+ private:
+  Box& box_;
+};
+
+class AskingElsewhere : public Keeping {
+ protected:
+  void SetUp() override {
+    Keeping::SetUp();
+    keeper->askElsewhere(std::make_unique<Elsewhere>(box));
+  }
+  void give() {
+    box.found = FoundLyrics{readLrc("lrclib.net", "[00:01.00]c\n[00:02.00]d\n"), "lrclib.net"};
+  }
+
+  Elsewhere::Box box;
+};
+
+TEST_F(AskingElsewhere, ASongOfTheFolderIsNotAskedFor) {
+  keeper->step(begin, track(begin));
+  EXPECT_EQ(box.wanted, std::nullopt);
+  EXPECT_EQ(keeper->playing()->source, "");
+}
+
+TEST_F(AskingElsewhere, ASongThatTheFolderLacksIsAskedForAndShownAtOnceWhenItComes) {
+  keeper->step(begin, track(begin, "Other"));
+  EXPECT_EQ(box.wanted, (WantedSong{"Other", "River Band", "Album", std::nullopt}));
+  EXPECT_EQ(keeper->playing(), nullptr);
+  EXPECT_FALSE(keeper->step(begin + 0.1, track(begin, "Other")).snapshot);
+  give();
+  const auto step = keeper->step(begin + 0.2, track(begin, "Other"));
+  EXPECT_TRUE(step.songChanged);
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_TRUE(step.snapshot->enabled);
+  EXPECT_EQ(step.snapshot->musicTitle, "Other");
+  EXPECT_EQ(step.snapshot->lines, (std::vector<OverlayLine>{{"c", ""}, {"d", ""}}));
+  EXPECT_EQ(keeper->playing()->source, "lrclib.net");
+  EXPECT_EQ(keeper->playing()->from.label(), "Other — River Band");
+}
+
+TEST_F(AskingElsewhere, WhatHasComeStaysWhileTheFolderIsLookedAt) {
+  keeper->step(begin, track(begin, "Other"));
+  give();
+  keeper->step(begin + 0.1, track(begin, "Other"));
+  const auto step = keeper->step(begin + 2.2, track(begin + 2, "Other"));
+  EXPECT_FALSE(step.songChanged);
+  ASSERT_NE(keeper->playing(), nullptr);
+  EXPECT_EQ(keeper->playing()->lines.size(), 2U);
+  EXPECT_EQ(box.changes, 1) << "and it is not asked for again";
+}
+
+TEST_F(AskingElsewhere, AFileThatComesIntoTheFolderTakesItsPlace) {
+  keeper->step(begin, track(begin, "Other"));
+  give();
+  keeper->step(begin + 0.1, track(begin, "Other"));
+  put("River Band - Other.lrc", "[00:01.00]own\n");
+  const auto step = keeper->step(begin + 2.2, track(begin + 2, "Other"));
+  EXPECT_TRUE(step.songChanged);
+  EXPECT_EQ(keeper->playing()->source, "");
+  EXPECT_EQ(step.snapshot->lines, (std::vector<OverlayLine>{{"own", ""}}));
+  EXPECT_EQ(box.wanted, std::nullopt);
+}
+
+TEST_F(AskingElsewhere, AnotherSongForgetsIt) {
+  keeper->step(begin, track(begin, "Other"));
+  give();
+  keeper->step(begin + 0.1, track(begin, "Other"));
+  keeper->step(begin + 0.2, track(begin, "Third"));
+  EXPECT_EQ(keeper->playing(), nullptr);
+  EXPECT_EQ(box.wanted->title, "Third");
+  const auto step = keeper->step(begin + 0.3, std::nullopt);
+  EXPECT_FALSE(step.snapshot->enabled);
+  EXPECT_EQ(box.wanted, std::nullopt);
 }
 
 TEST_F(Keeping, SettingsAreBoundedAndWrittenAtOnce) {

@@ -75,9 +75,38 @@ TEST(PlainView, SaysALinesReadingBeforeItsTranslation) {
   EXPECT_NE(said.str().find("line 0 — reading — translation"), std::string::npos) << said.str();
 }
 
+TEST(SongText, SaysWhereTheLyricsComeFrom) {
+  Shown shown(1);
+  shown.song.source = "lrclib.net";
+  EXPECT_EQ(songText(shown.state), "T — A: 1 line, 0 translated, from lrclib.net");
+}
+
+TEST(PlainViews, SayOnceWhatComesOfAskingElsewhere) {
+  std::ostringstream out;
+  PlainView view(out);
+  ViewState state;
+  for (const char* report : {"asked", "asked", "", "no\x1bnetwork"}) {
+    state.elsewhere = report;
+    view.show(state);
+  }
+  EXPECT_EQ(out.str(), "nothing plays that the overlay tells of\nasked\nno network\n");
+}
+
+TEST(Screen, SaysWhatComesOfAskingElsewhere) {
+  Shown shown(3);
+  const auto says = [&](const std::string& text) {
+    return std::ranges::any_of(screenOf(shown.state, 80, 14),
+                               [&](const ScreenLine& line) { return line.text == text; });
+  };
+  EXPECT_FALSE(says("no network"));
+  shown.state.elsewhere = "no network";
+  EXPECT_TRUE(says("no network"));
+}
+
 TEST(Screen, IsNeverLargerThanTheTerminal) {
   Shown shown(50);
   shown.state.notice = std::string(500, 'n');
+  shown.state.elsewhere = std::string(500, 'e');
   for (int columns = 0; columns < 120; columns += 7) {
     for (int rows = 0; rows < 40; ++rows) {
       shown.state.line = static_cast<std::size_t>(rows);
