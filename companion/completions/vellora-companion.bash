@@ -15,9 +15,10 @@ _vellora_companion()
         --overlay-program) compopt -o filenames 2>/dev/null; COMPREPLY=($(compgen -c -f -- "$current")); return ;;
         --reading) COMPREPLY=($(compgen -W 'none pinyin romaji romaja latin auto' -- "$current")); return ;;
         --reading-with) COMPREPLY=($(compgen -W 'above alone' -- "$current")); return ;;
-        --language|--font-size|--offset|--patience|--at) return ;;
+        --lyrics) COMPREPLY=($(compgen -W 'none lrclib' -- "$current")); return ;;
+        --lyrics-server|--language|--font-size|--offset|--patience|--at) return ;;
     esac
-    options='--help --version --exchange --language --font-size --offset --reading --reading-with --plain --overlay --overlay-program'
+    options='--help --version --exchange --language --font-size --offset --reading --reading-with --lyrics --online --lyrics-server --plain --overlay --overlay-program'
     case $command in
         play) options="$options --patience --at" ;;
         seek|next|previous|playpause) options="$options --patience" ;;

@@ -11,6 +11,7 @@
 #include "companion/exchange/folder_lock.h"
 #include "companion/program/additions.h"
 #include "companion/program/interruption.h"
+#include "companion/program/online.h"
 #include "companion/program/overlay_start.h"
 #include "companion/program/remote.h"
 #include "companion/view/plain_view.h"
@@ -163,6 +164,7 @@ int keep(const Options& options) {
   const Interruption interruption;
   Keeper keeper(Library(options.folder, options.language), options.captions);
   addToLines(keeper, options);
+  keeper.askElsewhere(lyricsFromElsewhere(options));
   Keeping keeping(std::move(keeper), folder);
   std::unique_ptr<View> view;
   if (!options.plain) view = makeTerminalView();

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "companion/exchange/keeper.h"
+#include "companion/service/server_address.h"
 
 namespace vellora::companion {
 
@@ -14,6 +15,9 @@ struct Settings {
   std::filesystem::path exchange;  // empty where the usual one shall be taken
   std::string language;            // BCP 47; empty for the system's
   CaptionSettings captions;
+  // "lrclib" where a service shall be asked for lyrics that the folder lacks, else "none".
+  std::string lyrics = "none";
+  std::string lyricsServer{defaultLyricsServer};
   bool plain = false;
   bool overlay = false;
   std::string overlayProgram;

@@ -2,7 +2,9 @@
 
 #include "companion/exchange/folder.h"
 #include "companion/library/languages.h"
+#include "companion/service/server_address.h"
 #include "companion/settings/setting.h"
+#include "companion/song/text.h"
 
 namespace vellora::companion {
 namespace {
@@ -19,6 +21,12 @@ auto& captionPlace(Settings& settings) {
 std::string languageMistake(const std::string& text) {
   return isLanguageTag(text) ? std::string()
                              : "\"" + text + "\" is no language tag such as de or pt-BR";
+}
+
+std::string serverMistake(const std::string& text) {
+  return parseServerAddress(text)
+             ? std::string()
+             : inQuotes(text) + " is no address such as " + std::string(defaultLyricsServer);
 }
 
 std::string exchangeMistake(const std::filesystem::path& path) {
@@ -72,6 +80,16 @@ std::span<const Setting> allSettings() {
        .valueName = "PLACE",
        .help = "the reading above the translation, or alone",
        .value = ChoiceValue{placeOf<&Settings::readingWith>, {"above", "alone"}}},
+      {.key = "lyrics",
+       .valueName = "SERVICE",
+       .help = "who is asked for lyrics that the folder lacks",
+       .value = ChoiceValue{placeOf<&Settings::lyrics>, {"none", "lrclib"}},
+       .shorthand = SettingShorthand{"--online", "lrclib",
+                                     "ask the service for lyrics, as --lyrics=lrclib"}},
+      {.key = "lyrics-server",
+       .valueName = "URL",
+       .help = "the address of the service",
+       .value = TextValue{placeOf<&Settings::lyricsServer>, serverMistake}},
       {.key = "plain",
        .help = "lines of text even where the output is a terminal",
        .value = SwitchValue{placeOf<&Settings::plain>}},

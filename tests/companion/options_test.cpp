@@ -107,6 +107,8 @@ TEST(CompanionOptions, MistakesAreToldWithStatusTwo) {
                              {{"songs", "--offset", "401"}, "--offset"},
                              {{"songs", "--language", "german please"}, "is no language tag"},
                              {{"songs", "--wrong"}, "--wrong"},
+                             {{"songs", "--lyrics", "perhaps"}, "is not none or lrclib"},
+                             {{"songs", "--lyrics-server", "lrclib"}, "is no address such as"},
                              {{"seek"}, "TIME"},
                              {{"seek", "soon"}, "\"soon\" is no time such as 1:23"},
                              {{"play"}, "TITLE"},
@@ -204,6 +206,18 @@ TEST_F(CompanionConfig, AFileThatCannotBeReadIsToldAndNoneIsFine) {
   EXPECT_EQ(answer->status, filesFailed);
   std::filesystem::remove(folder / "home/vellora/companion.conf");
   EXPECT_EQ(parsed({"/songs"}, environment).folder, "/songs");
+}
+
+TEST(CompanionOptions, NobodyIsAskedForLyricsUnlessTheUserSaysSo) {
+  const auto lyrics = [](std::vector<std::string> words) {
+    words.insert(words.begin(), "songs");
+    return parsed(words).lyrics;
+  };
+  EXPECT_EQ(lyrics({}), "none");
+  EXPECT_EQ(lyrics({"--online"}), "lrclib");
+  EXPECT_EQ(lyrics({"--lyrics", "lrclib"}), "lrclib");
+  EXPECT_EQ(lyrics({"--lyrics", "none"}), "none");
+  EXPECT_EQ(lyrics({"--lyrics-server", "http://localhost:3300"}), "none");
 }
 
 TEST(CompanionOptions, HelpIsNoMistake) {
