@@ -20,6 +20,7 @@ void fuzzAccessibilityReplies(std::string_view bytes);
 void fuzzMprisReplies(std::string_view bytes);
 void fuzzLyricFiles(std::string_view bytes);
 void fuzzPlayerDescriptions(std::string_view bytes);
+void fuzzServiceAnswers(std::string_view bytes);
 
 struct FuzzTarget {
   std::string_view name;  // of its folder in tests/fuzz/corpus, too
@@ -39,6 +40,7 @@ inline constexpr FuzzTarget fuzzTargets[] = {
     {"mpris-replies", fuzzMprisReplies},
     {"lyric-files", fuzzLyricFiles},
     {"player-descriptions", fuzzPlayerDescriptions},
+    {"service-answers", fuzzServiceAnswers},
 };
 
 // Null for a name that is none.
