@@ -50,6 +50,7 @@ translations, and keeps the overlay's captions fresh while it plays. It shows
 the song and its current line in the terminal, and steers the player.")
 # The certificates are for lyrics from a service.
 set(CPACK_DEBIAN_COMPANION_PACKAGE_RECOMMENDS "vellora, ca-certificates, mecab-ipadic-utf8")
+set(CPACK_DEBIAN_COMPANION_PACKAGE_SUGGESTS "apertium, curl, jq")
 # Kept through updates as the user left it.
 file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/conffiles" "/etc/xdg/autostart/vellora-companion.desktop\n")
 set(CPACK_DEBIAN_COMPANION_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/conffiles")

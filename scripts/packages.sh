@@ -25,7 +25,7 @@ packages_session=(
 
 packages_test=(
   libgtk-4-dev bubblewrap xdg-dbus-proxy
-  libvterm-dev zsh fish i3lock dunst
+  apertium-eng-spa libvterm-dev zsh fish i3lock dunst
   libgtest-dev libgmock-dev googletest librapidcheck-dev python3 python3-jsonschema
   clang-19 libclang-rt-19-dev libc++-19-dev libc++abi-19-dev clang-format-14 clang-tidy-14
   appstream mandoc dpkg-dev lintian systemd libfaketime x11-xserver-utils

@@ -16,9 +16,9 @@ _vellora_companion()
         --reading) COMPREPLY=($(compgen -W 'none pinyin romaji romaja latin auto' -- "$current")); return ;;
         --reading-with) COMPREPLY=($(compgen -W 'above alone' -- "$current")); return ;;
         --lyrics) COMPREPLY=($(compgen -W 'none lrclib' -- "$current")); return ;;
-        --lyrics-server|--language|--font-size|--offset|--patience|--at) return ;;
+        --lyrics-server|--language|--font-size|--offset|--patience|--at|--translator|--translator-time) return ;;
     esac
-    options='--help --version --exchange --language --font-size --offset --reading --reading-with --lyrics --online --lyrics-server --plain --overlay --overlay-program'
+    options='--help --version --exchange --language --font-size --offset --reading --reading-with --lyrics --online --lyrics-server --translator --translator-time --plain --overlay --overlay-program'
     case $command in
         play) options="$options --patience --at" ;;
         seek|next|previous|playpause) options="$options --patience" ;;

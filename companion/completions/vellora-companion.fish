@@ -23,6 +23,8 @@ complete -c vellora-companion -l reading-with -x -a 'above alone' -d "Where a re
 complete -c vellora-companion -l lyrics -x -a 'none lrclib' -d "Who is asked for lyrics that the folder lacks"
 complete -c vellora-companion -l online -d "Ask the service for lyrics"
 complete -c vellora-companion -l lyrics-server -x -d "The address of the service"
+complete -c vellora-companion -l translator -x -d "A program that translates what the files leave open"
+complete -c vellora-companion -l translator-time -x -d "Seconds that it may take for a song"
 complete -c vellora-companion -l plain -d "Lines of text even on a terminal"
 complete -c vellora-companion -l overlay -d "Start the overlay, or point the running one here"
 complete -c vellora-companion -l overlay-program -r -F -d "Start this program as the overlay"

@@ -23,6 +23,8 @@ struct Settings {
   std::string overlayProgram;
   std::string reading = "none";       // a name of a kind of reading
   std::string readingWith = "above";  // or "alone"
+  std::string translator;             // a command; empty where none is wanted
+  double translatorTime = 60;         // seconds for a song
   double patience = 8;                // seconds that a command's effect is waited for
 };
 

@@ -34,8 +34,8 @@ std::string captionText(const SongLine& line, ReadingPlace place) {
 bool SongLine::hasLetters() const { return !OverlayMatching::normalized(source).empty(); }
 
 std::size_t Song::translated() const {
-  return static_cast<std::size_t>(
-      std::ranges::count_if(lines, [](const SongLine& line) { return !line.translation.empty(); }));
+  return static_cast<std::size_t>(std::ranges::count_if(
+      lines, [](const SongLine& line) { return !line.translation.empty() && !line.byProgram; }));
 }
 
 double Song::lastTime() const { return lines.empty() ? 0 : lines.back().time.value_or(0); }

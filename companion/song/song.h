@@ -17,6 +17,7 @@ struct SongLine {
   std::string translation;  // empty where there is none
   int number = 0;           // its line in the file of the lyrics, from 1
   std::string reading;      // the source in Latin letters; empty where there is none
+  bool byProgram = false;   // a program has made the translation, not the user's files
 
   // Whether a player's row can be matched with it at all: a text of signs alone never is.
   bool hasLetters() const;
@@ -45,6 +46,7 @@ struct Song {
   std::size_t lostTranslations = 0;
   std::optional<double> length;  // seconds, where the file's tag "length" says so
 
+  // How many lines the user's files translate.
   std::size_t translated() const;
   // When the last line begins, in seconds; 0 for untimed songs.
   double lastTime() const;

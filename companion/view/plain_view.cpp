@@ -44,7 +44,9 @@ void PlainView::show(const ViewState& state) {
   const SongLine& line = state.song->song.lines[*line_];
   std::string text = "[" + clockText(state.position) + "] " + line.source;
   if (!line.reading.empty()) text.append(" — ").append(line.reading);
-  if (!line.translation.empty()) text.append(" — ").append(line.translation);
+  if (!line.translation.empty()) {
+    text.append(line.byProgram ? " ≈ " : " — ").append(line.translation);
+  }
   say(text);
 }
 

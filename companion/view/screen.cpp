@@ -59,7 +59,8 @@ std::vector<ScreenLine> lyricsOf(const ViewState& state, std::size_t rows) {
       all.push_back({"    " + lines[i].reading, sung ? Style::plain : Style::faint});
     }
     if (lines[i].translation.empty()) continue;
-    all.push_back({"    " + lines[i].translation, sung ? Style::plain : Style::faint});
+    all.push_back({(lines[i].byProgram ? "  ≈ " : "    ") + lines[i].translation,
+                   sung ? Style::plain : Style::faint});
   }
   const std::size_t most = all.size() > rows ? all.size() - rows : 0;
   const std::size_t before = rows > 2 ? (rows - 1) / 2 : 0;
