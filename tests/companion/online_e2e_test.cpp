@@ -19,11 +19,14 @@ class Online : public CompanionOnTheDesk {
     std::filesystem::remove_all(songs);
     std::filesystem::create_directory(songs);
     environment["XDG_CACHE_HOME"] = (folder / "cache").string();
-    std::string record =
-        R"([{"trackName":"Au clair de la lune","artistName":"Traditionnel","albumName":"",)"
-        R"("duration":100,"instrumental":false,"plainLyrics":null,"syncedLyrics":)";
-    appendJson(record, readText(std::filesystem::path(VELLORA_SONGS) / "04-au-clair-de-la-lune" /
-                                "lyrics.lrc"));
+    serve("04-au-clair-de-la-lune", "Au clair de la lune", "Traditionnel");
+  }
+  // From then on the service has one of the demonstration's songs.
+  void serve(const char* song, const std::string& title, const std::string& artist) {
+    std::string record = R"([{"trackName":")" + title + R"(","artistName":")" + artist +
+                         R"(","albumName":"","duration":100,"instrumental":false,)"
+                         R"("plainLyrics":null,"syncedLyrics":)";
+    appendJson(record, readText(std::filesystem::path(VELLORA_SONGS) / song / "lyrics.lrc"));
     server.put(record + "}]");
   }
   void startOnline(const std::string& manner = {}) {
@@ -66,6 +69,29 @@ TEST_F(Online, WhatTheFolderLacksComesFromTheService) {
   ASSERT_TRUE(snapshot());
   EXPECT_FALSE(snapshot()->lines.empty());
   EXPECT_TRUE(waitFor([&] { return nothingOverPlayer(); }));
+}
+
+// The whole road: a folder without lyrics, one command, and what the settings say.
+TEST_F(Online, WithTheServiceAndATranslatorASongHasCaptions) {
+  environment["XDG_CONFIG_HOME"] = (folder / "config").string();
+  std::filesystem::create_directories(folder / "config/vellora");
+  std::ofstream(folder / "config/vellora/companion.conf")
+      << "lyrics = lrclib\ntranslator = " VELLORA_TRANSLATE_BY_APERTIUM " eng-spa\nlyrics-server = "
+      << server.base() << "\n";
+  player->stop();
+  serve("06-paper-lanterns", "Paper Lanterns", "The Harbour Lights Society");
+  ASSERT_NO_FATAL_FAILURE(startPlayer({"--song", "6", "--position", "5"}));
+  startCompanion({"--language", "es"});
+  startOverlay();
+  ASSERT_TRUE(waitFor([&] { return said("from " + server.name()); }));
+  EXPECT_TRUE(waitFor([&] { return following(); })) << "no captions came";
+  EXPECT_TRUE(waitFor([&] { return said(" ≈ "); })) << "a program's translations are marked";
+  EXPECT_TRUE(waitFor([&] {
+    const auto written = snapshot();
+    return written && std::ranges::any_of(written->lines, [](const OverlayLine& line) {
+             return line.translation.find("Linternas, linternas") != std::string::npos;
+           });
+  }));
 }
 
 TEST_F(Online, WithoutANetworkWhatWasSaidBeforeServes) {
