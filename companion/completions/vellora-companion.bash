@@ -24,6 +24,7 @@ _vellora_companion()
         seek|next|previous|playpause) options="$options --patience" ;;
         import) options="$options --to --force" ;;
         config) options="$options --write" ;;
+        status|check) options="$options --json" ;;
     esac
     if [[ $current == -* ]]; then
         COMPREPLY=($(compgen -W "$options" -- "$current"))

@@ -33,3 +33,4 @@ complete -c vellora-companion -n '__fish_seen_subcommand_from play' -l at -x -d 
 complete -c vellora-companion -n '__fish_seen_subcommand_from import' -l to -x -a '(__fish_complete_directories)' -d "The folder to write to"
 complete -c vellora-companion -n '__fish_seen_subcommand_from import' -l force -d "Replace files that are there"
 complete -c vellora-companion -n '__fish_seen_subcommand_from config' -l write -d "Make the settings' file where there is none"
+complete -c vellora-companion -n '__fish_seen_subcommand_from status check' -l json -d "As a JSON object"

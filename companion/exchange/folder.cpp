@@ -84,6 +84,8 @@ bool ExchangeFolder::commandWaits() const { return fileExists(path_ / commandFil
 
 void ExchangeFolder::withdrawCommand() const { removeFile(path_ / commandFileName); }
 
+void ExchangeFolder::withdrawStatus() const { removeFile(path_ / statusFileName); }
+
 void ExchangeFolder::withdrawRequest() const { removeFile(path_ / syncRequestFileName); }
 
 std::string ExchangeFolder::url() const {

@@ -51,6 +51,8 @@ class ExchangeFolder {
   // Whether a command waits to be taken.
   bool commandWaits() const;
   void withdrawCommand() const;
+  // Removes the overlay's word. An overlay that runs writes it again within moments.
+  void withdrawStatus() const;
   // Ends the request to be told what plays.
   void withdrawRequest() const;
 

@@ -16,10 +16,8 @@
 namespace vellora::companion {
 namespace {
 
-void tell(const Problem& problem, CheckSummary& summary, std::ostream& out) {
-  if (problem.severity == Severity::error) ++summary.errors;
-  if (problem.severity == Severity::warning) ++summary.warnings;
-  out << "  " << problem.text() << "\n";
+void tell(const std::vector<Problem>& problems, std::ostream& out) {
+  for (const Problem& problem : problems) out << "  " << problem.text() << "\n";
 }
 
 // How a table misses a row: the row is cut otherwise than the table's lines.
@@ -154,6 +152,13 @@ CheckSummary& CheckSummary::operator+=(const CheckSummary& other) {
   return *this;
 }
 
+void CheckSummary::count(const std::vector<Problem>& problems) {
+  for (const Problem& problem : problems) {
+    if (problem.severity == Severity::error) ++errors;
+    if (problem.severity == Severity::warning) ++warnings;
+  }
+}
+
 std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
   std::vector<Problem> problems;
   std::optional<TableMisses> table;
@@ -196,11 +201,7 @@ std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
   return problems;
 }
 
-CheckSummary checkSong(const LibrarySong& from, const Song& song, std::ostream& out) {
-  CheckSummary summary;
-  summary.songs = 1;
-  out << cleaned(from.label()) << ": " << counted(song.lines.size(), "line") << ", "
-      << song.translated() << " translated" << (song.complete() ? ": complete" : "") << "\n";
+std::vector<Problem> problemsOf(const LibrarySong& from, const Song& song) {
   std::vector<Problem> problems = song.problems;
   for (Problem& problem : shortcomings(from, song)) problems.push_back(std::move(problem));
   const auto place = [&](const Problem& problem) {
@@ -208,15 +209,32 @@ CheckSummary checkSong(const LibrarySong& from, const Song& song, std::ostream& 
   };
   std::ranges::stable_sort(problems,
                            [&](const Problem& a, const Problem& b) { return place(a) < place(b); });
-  for (const Problem& problem : problems) tell(problem, summary, out);
+  return problems;
+}
+
+CheckSummary summaryOf(const Song& song, const std::vector<Problem>& problems) {
+  CheckSummary summary;
+  summary.songs = 1;
   if (song.complete()) summary.complete = 1;
+  summary.count(problems);
   return summary;
 }
 
-CheckSummary checkLibrary(const Library& library, std::ostream& out) {
+CheckSummary checkSong(const LibrarySong& from, const Song& song, std::ostream& out) {
+  out << cleaned(from.label()) << ": " << counted(song.lines.size(), "line") << ", "
+      << song.translated() << " translated" << (song.complete() ? ": complete" : "") << "\n";
+  const std::vector<Problem> problems = problemsOf(from, song);
+  tell(problems, out);
+  return summaryOf(song, problems);
+}
+
+CheckSummary checkLibrary(const Library& library, const CheckProgress& progress,
+                          std::ostream& out) {
   CheckSummary sum;
-  for (const Problem& problem : library.problems()) tell(problem, sum, out);
+  sum.count(library.problems());
+  tell(library.problems(), out);
   for (const LibrarySong& from : library.songs()) {
+    if (progress) progress(sum.songs, library.songs().size());
     sum += checkSong(from, library.load(from), out);
   }
   out << counted(sum.songs, "song") << ", " << sum.complete << " complete; "

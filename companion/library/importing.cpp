@@ -1,6 +1,7 @@
 #include "companion/library/importing.h"
 
 #include <ostream>
+#include <set>
 #include <string>
 
 #include "base/files.h"
@@ -37,10 +38,18 @@ bool put(const fs::path& path, const std::string& text, ImportSummary& summary, 
   return true;
 }
 
-void write(const LibrarySong& from, const Song& song, const fs::path& to, bool replace,
-           ImportSummary& summary, std::ostream& out) {
-  const ImportedFiles files = filesOf(from, song);
-  const std::string name = fileNameOf(from);
+// The name, or where a song before has it the name with a number. File systems that ignore letter
+// case are as many as others.
+std::string freeName(const std::string& name, std::set<std::string>& taken) {
+  std::string free = name;
+  for (int number = 2; !taken.insert(lowerCase(free)).second; ++number) {
+    free = name + " (" + std::to_string(number) + ")";
+  }
+  return free;
+}
+
+void write(const LibrarySong& from, const ImportedFiles& files, const std::string& name,
+           const fs::path& to, bool replace, ImportSummary& summary, std::ostream& out) {
   const fs::path lyrics = to / (name + files.ending);
   const fs::path translation = to / (name + suffixOf(from) + files.ending);
   if (!replace && (fileExists(lyrics) || (!files.translation.empty() && fileExists(translation)))) {
@@ -88,13 +97,17 @@ ImportedFiles filesOf(const LibrarySong& from, const Song& song) {
 }
 
 ImportSummary importSongs(const Library& library, const fs::path& to, bool replace,
-                          std::ostream& out) {
+                          const CheckProgress& progress, std::ostream& out) {
   ImportSummary summary;
+  std::set<std::string> taken;
   for (const Problem& problem : library.problems()) out << problem.text() << "\n";
   for (const LibrarySong& from : library.songs()) {
+    if (progress) progress(summary.check.songs, library.songs().size());
     const Song song = library.load(from);
     summary.check += checkSong(from, song, out);
-    if (!song.lines.empty()) write(from, song, to, replace, summary, out);
+    if (song.lines.empty()) continue;
+    const ImportedFiles files = filesOf(from, song);
+    write(from, files, freeName(fileNameOf(from), taken), to, replace, summary, out);
   }
   out << counted(summary.check.songs, "song") << " read, " << counted(summary.written, "file")
       << " written, " << counted(summary.kept, "song") << " left as before\n";

@@ -9,7 +9,8 @@ namespace vellora::companion {
 
 // Writes every song of the library to `to` as files that anybody's programs read: UTF-8, "Artist -
 // Title.lrc" with "Artist - Title.LANGUAGE.lrc" beside it, or ".tsv" for songs without times. Files
-// that are there stay unless `replace`. Tells each song as a check does, and each file.
+// that are there stay unless `replace`; of two songs with equal names the second becomes "NAME
+// (2)". Tells each song as a check does, and each file.
 struct ImportSummary {
   CheckSummary check;
   std::size_t written = 0;  // files
@@ -18,7 +19,7 @@ struct ImportSummary {
 };
 
 ImportSummary importSongs(const Library& library, const std::filesystem::path& to, bool replace,
-                          std::ostream& out);
+                          const CheckProgress& progress, std::ostream& out);
 
 // A song's two files, or its one.
 struct ImportedFiles {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include <nlohmann/json.hpp>
 #include <poll.h>
 
 #include "companion/exchange/command_watch.h"
@@ -28,6 +29,21 @@ int finish(const CommandWatch& watch, CommandWatch::Outcome outcome) {
     return allWell;
   }
   return fail(outcome == CommandWatch::Outcome::notTaken ? noOverlay : noEffect, watch.report());
+}
+
+void tellAsJson(const std::optional<NowPlayingTrack>& track,
+                const std::optional<OverlayStatus>& status, const ExchangeFolder& folder) {
+  using Json = nlohmann::ordered_json;
+  Json whole{{"folder", folder.path().string()}, {"track", nullptr}, {"overlay", nullptr}};
+  if (track) {
+    whole["track"] = {{"title", track->title},
+                      {"artist", track->artist},
+                      {"album", track->album},
+                      {"position", track->position},
+                      {"playing", track->playing}};
+  }
+  if (status) whole["overlay"] = {{"message", status->message}, {"stopped", status->stopped}};
+  std::cout << whole.dump(2, ' ', false, Json::error_handler_t::replace) << std::endl;
 }
 
 }  // namespace
@@ -55,6 +71,9 @@ int tellStatus(const Options& options) {
   if (const auto reason = folder.make()) return fail(filesFailed, *reason);
   const SystemClock clock;
   const double begin = clock.now();
+  // An overlay that a signal ended leaves its last word. One that runs says it again.
+  const auto left = folder.status();
+  if (left && !left->stopped) folder.withdrawStatus();
   if (!folder.write(SyncRequest{begin})) return unwritable(folder);
   std::optional<NowPlayingTrack> track;
   for (double now = begin; now - begin < statusPatience && now >= begin; now = clock.now()) {
@@ -64,6 +83,10 @@ int tellStatus(const Options& options) {
     poll(nullptr, 0, stepMilliseconds);
   }
   const auto status = folder.status();
+  if (options.json) {
+    tellAsJson(track, status, folder);
+    return track ? allWell : noOverlay;
+  }
   if (track) std::cout << describe(*track, track->position) << "\n";
   if (status) std::cout << "overlay: " << cleaned(status->message) << "\n";
   std::cout << "folder: " << folder.path().string() << std::endl;

@@ -53,6 +53,7 @@ class Keeping {
   }
 
   bool busy() const { return keeper_.busy(); }
+  const CaptionSettings& settings() const { return keeper_.settings(); }
   bool displayIsGone() const { return overlay_ && overlay_->displayIsGone(); }
 
   // False when the user wants to end.
@@ -141,6 +142,18 @@ class Keeping {
   bool unwritable_ = false;
 };
 
+// What the keys have changed, as lines for the settings' file.
+void tellChanged(const Options& options, const CaptionSettings& captions) {
+  Settings changed = options;
+  changed.captions = captions;
+  for (const Setting& setting : allSettings()) {
+    const std::string value = shownSetting(setting, changed);
+    if (value == shownSetting(setting, options)) continue;
+    std::cerr << "to keep it, put into " << options.configFile.string() << ": " << setting.key
+              << " = " << value << "\n";
+  }
+}
+
 }  // namespace
 
 int keep(const Options& options) {
@@ -148,7 +161,7 @@ int keep(const Options& options) {
   if (!std::filesystem::is_directory(options.folder, error)) {
     return fail(filesFailed, options.folder.string() + " is no folder");
   }
-  const ExchangeFolder folder(options.exchange);
+  ExchangeFolder folder(options.exchange);
   if (const auto reason = folder.make()) return fail(filesFailed, *reason);
   const FolderLock lock(folder.path());
   if (lock.state() == FolderLock::State::anothers) {
@@ -160,6 +173,9 @@ int keep(const Options& options) {
     std::cerr << "no other companion can be kept from the exchange folder: " << lock.reason()
               << "\n";
   }
+
+  // What an overlay that was ended by a signal has left; one that runs says it again.
+  if (const auto left = folder.status(); left && !left->stopped) folder.withdrawStatus();
 
   const Interruption interruption;
   Keeper keeper(Library(options.folder, options.language), options.captions);
@@ -178,6 +194,7 @@ int keep(const Options& options) {
     for (const Wish wish : view->wait(pause)) wanted = keeping.grant(wish) && wanted;
   }
   view.reset();
+  tellChanged(options, keeping.settings());
   keeping.end();
   interruption.take();
   if (keeping.displayIsGone())

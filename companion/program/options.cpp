@@ -23,6 +23,8 @@ constexpr const char* about =
     "its\n"
     "tags or its file name, and keeps the overlay's snapshot fresh while it plays.";
 
+constexpr const char* asJson = "as a JSON object, for programs";
+
 constexpr const char* footer =
     "Files: song.lrc with song.de.lrc beside it, or one with both; also TTML, SRT, text, PO and "
     "TSV.\n"
@@ -108,11 +110,13 @@ void addCommands(CLI::App& app, Options& options, Words& words) {
 
 void addTasks(CLI::App& app, Options& options, Words& words) {
   const auto is = [&options](Task task) { return [&options, task] { options.task = task; }; };
-  app.add_subcommand("status", "say what plays and what the overlay says")
-      ->callback(is(Task::status));
+  CLI::App* const status = app.add_subcommand("status", "say what plays and what the overlay says");
+  status->add_flag("--json", options.json, asJson);
+  status->callback(is(Task::status));
   CLI::App* const check =
       app.add_subcommand("check", "say which songs of a folder are complete, and what is wrong");
   check->add_option("FOLDER", words.checked, "the folder of lyrics");
+  check->add_flag("--json", options.json, asJson);
   check->callback(is(Task::check));
   CLI::App* const import =
       app.add_subcommand("import", "write a folder's songs as clean pairs of LRC files");

@@ -42,6 +42,7 @@ struct Options : Settings {
   SeekTarget target;                    // of seek, and of play ("--at")
   std::filesystem::path importTo;
   bool force = false;
+  bool json = false;
   bool writeConfig = false;
   std::filesystem::path configFile;    // empty where no home is known
   std::vector<SettingOrigin> origins;  // one for each of `allSettings()`

@@ -13,7 +13,7 @@ class Checking : public SongFolder {
     Library library(folder, "");
     library.refresh();
     std::ostringstream out;
-    summary = checkLibrary(library, out);
+    summary = checkLibrary(library, {}, out);
     return withoutFolder(out.str());
   }
 

@@ -21,7 +21,7 @@ class Importing : public SongFolder {
     Library library(from, "");
     library.refresh();
     std::ostringstream out;
-    summary = importSongs(library, to, replace, out);
+    summary = importSongs(library, to, replace, {}, out);
     return withoutFolder(out.str());
   }
   std::string read(const char* name) const {
@@ -40,6 +40,18 @@ TEST_F(Importing, ATimedSongBecomesAPairOfLrcFiles) {
   EXPECT_EQ(read("A - T.lrc"), "[ti:T]\n[ar:A]\n[00:01.00]a\n[00:02.00]b\n[00:03.00]a\n");
   EXPECT_EQ(read("A - T.de.lrc"), "[00:01.00]y\n[00:02.00]z\n");
   EXPECT_EQ(summary.written, 2U);
+}
+
+TEST_F(Importing, TwoSongsWithEqualTagsAreBothKept) {
+  put("from/x.lrc", "[ti:T]\n[ar:A]\n[00:01.00]a\n");
+  put("from/y.lrc", "[ti:t]\n[ar:a]\n[00:01.00]b\n");
+  for (const bool replace : {false, true}) {
+    run(replace);
+    EXPECT_EQ(read("A - T.lrc"), "[ti:T]\n[ar:A]\n[00:01.00]a\n");
+    EXPECT_EQ(read("a - t (2).lrc"), "[ti:t]\n[ar:a]\n[00:01.00]b\n");
+  }
+  run();
+  EXPECT_EQ(summary.kept, 2U);
 }
 
 TEST_F(Importing, ALanguagesNameBecomesItsTag) {

@@ -4,6 +4,7 @@
 #include <set>
 #include <sstream>
 
+#include <nlohmann/json.hpp>
 #include <sys/wait.h>
 
 #include "companion/song_folder.h"
@@ -135,6 +136,57 @@ TEST_F(Program, ASecondOneOnAFolderSaysWhoFeedsItAndEnds) {
   EXPECT_EQ(text, "vellora-companion: x/Vellora is fed by another companion, process " + holder +
                       "; end that, or name another folder with --exchange\nstatus 6\n");
   EXPECT_EQ(run("songs --exchange x/Vellora", 3).status, 124) << "it works until it is ended";
+}
+
+TEST_F(Program, TellsAsJsonForPrograms) {
+  put("songs/a\xFF.lrc", "[ti:T]\n[ar:A]\n[00:01.00]a\n[00:01.00]b\n");
+  put("songs/b.lrc", "[00:01.00]\"c\"\n");
+  const Result checked = run("check songs --json");
+  EXPECT_EQ(checked.status, 1);
+  const auto json = nlohmann::json::parse(checked.text);
+  EXPECT_EQ(json["summary"],
+            nlohmann::json::parse(R"({"songs": 2, "complete": 1, "errors": 0, "warnings": 1})"));
+  EXPECT_EQ(json["problems"], nlohmann::json::array());
+  ASSERT_EQ(json["songs"].size(), 2U);
+  const auto& first = json["songs"][0];
+  EXPECT_EQ(first["title"], "T");
+  EXPECT_EQ(first["artist"], "A");
+  EXPECT_EQ(first["file"], "songs/a\xEF\xBF\xBD.lrc") << "not UTF-8";
+  EXPECT_EQ(first["translation"], "");
+  EXPECT_EQ(first["lines"], 1);
+  EXPECT_EQ(first["translated"], 1);
+  EXPECT_EQ(first["complete"], true);
+  const auto& problem = json["songs"][1]["problems"].at(0);
+  EXPECT_EQ(problem["severity"], "warning");
+  EXPECT_EQ(problem["line"], 0);
+  EXPECT_EQ(problem["message"], "no line has a translation");
+  EXPECT_NE(problem["advice"], "");
+
+  const Result status = run("status --json --exchange x/Vellora");
+  EXPECT_EQ(status.status, 3);
+  EXPECT_EQ(nlohmann::json::parse(status.text),
+            nlohmann::json::parse(R"({"folder": ")" + (folder / "x/Vellora").string() +
+                                  R"(", "track": null, "overlay": null})"));
+}
+
+TEST_F(Program, AnOverlayThatASignalEndedHasNoSayAnyMore) {
+  put("x/Vellora/status.json", R"({"message":"Following Music","stopped":false})");
+  EXPECT_EQ(run("status --exchange x/Vellora").text.find("Following"), std::string::npos);
+  put("x/Vellora/status.json", R"({"message":"Overlay stopped","stopped":true})");
+  EXPECT_NE(run("status --exchange x/Vellora").text.find("overlay: Overlay stopped\n"),
+            std::string::npos)
+      << "one that has ended by itself has said so";
+  put("songs/a.lrc", "[00:01.00]a\n");
+  put("x/Vellora/status.json", R"({"message":"Following Music","stopped":false})");
+  EXPECT_EQ(run("songs --exchange x/Vellora", 2).text.find("Following"), std::string::npos);
+}
+
+TEST_F(Program, SaysOnATerminalHowFarLongWorkIs) {
+  put("songs/a.lrc", "[00:01.00]a\n");
+  run("--help >/dev/null; script -qefc '" VELLORA_COMPANION " check songs >/dev/null' log");
+  EXPECT_NE(textOf("log").find("\r0 of 1 songs checked\x1b[K\r\x1b[K"), std::string::npos)
+      << textOf("log");
+  EXPECT_EQ(run("check songs").text.find("songs checked"), std::string::npos) << "not elsewhere";
 }
 
 TEST_F(Program, WithoutATerminalItWritesPlainLines) {

@@ -30,13 +30,17 @@ class TerminalView : public SongFolder {
         "[length:01:40]\n[00:00.00]First line\n[00:10.00]夜の道\n[00:20.00]Third line\n");
     put("songs/River Band - Night Drive.de.lrc", "[00:00.00]Erste\n[00:10.00]Straße bei Nacht\n");
     publish({0, "Night Drive", "River Band", "Album", 12, false});
-    ASSERT_TRUE(writeFileAtomically(exchange / statusFileName,
-                                    *encode(OverlayStatus("Following Music • 2 translated rows"))));
   }
   void start(int rows = 24, int columns = 90) {
     terminal = std::make_unique<Terminal>(
-        std::vector<std::string>{VELLORA_COMPANION, folder / "songs", "--exchange", exchange}, rows,
-        columns);
+        std::vector<std::string>{"/usr/bin/env", "XDG_CONFIG_HOME=" + folder.string(),
+                                 VELLORA_COMPANION, folder / "songs", "--exchange", exchange},
+        rows, columns);
+    // An overlay says again what it has said before.
+    ASSERT_TRUE(terminal->waitFor(
+        [this] { return std::filesystem::exists(exchange / syncRequestFileName); }));
+    ASSERT_TRUE(writeFileAtomically(exchange / statusFileName,
+                                    *encode(OverlayStatus("Following Music • 2 translated rows"))));
   }
   // Publishes the track once more every half second while it waits.
   bool waitFor(const std::function<bool()>& condition) {
@@ -81,7 +85,8 @@ TEST_F(TerminalView, ShowsSongLinePlaceAndStatus) {
   EXPECT_TRUE(
       terminal->shows("\n  First line\n    Erste\n› 夜の道\n    Straße bei Nacht\n  Third line\n"))
       << terminal->screen();
-  EXPECT_TRUE(terminal->shows("overlay: Following Music • 2 translated rows\n"));
+  EXPECT_TRUE(
+      waitFor([&] { return terminal->shows("overlay: Following Music • 2 translated rows\n"); }));
   EXPECT_TRUE(terminal->shows("captions on  size 26  offset +0\n"));
   EXPECT_TRUE(terminal->taken());
 }
@@ -107,6 +112,10 @@ TEST_F(TerminalView, KeysChangeTheCaptionsInTheSnapshot) {
   terminal->type("c");
   EXPECT_TRUE(waitFor([&] { return terminal->shows("captions off"); }));
   EXPECT_TRUE(waitFor([&] { return snapshot() && !snapshot()->enabled; }));
+  terminal->type("q");
+  EXPECT_TRUE(waitFor([&] { return terminal->shows(": font-size = 27\n"); }))
+      << "how to keep it: " << terminal->screen();
+  EXPECT_TRUE(terminal->shows(": offset = -4\n")) << terminal->screen();
 }
 
 TEST_F(TerminalView, KeysSendCommandsAndTellTheirEffect) {
@@ -171,8 +180,8 @@ TEST_F(TerminalView, TextsFromOutsideCannotSteerTheTerminal) {
       "[00:00.00]a\x1b[2J\x1b[1;1Hevil\x07\xC2\x9B"
       "31m\n");
   publish({0, "Evil\x1b]0;x\x07", "Band\x1b[5;5H", "", 1, false});
-  ASSERT_TRUE(writeFileAtomically(exchange / statusFileName, *encode(OverlayStatus("a\x1b[2Jb"))));
   start();
+  ASSERT_TRUE(writeFileAtomically(exchange / statusFileName, *encode(OverlayStatus("a\x1b[2Jb"))));
   ASSERT_TRUE(waitFor([&] { return terminal->shows("a [2J [1;1Hevil 31m"); }))
       << terminal->screen();
   EXPECT_EQ(terminal->row(0), "Evil ]0;x  — Band [5;5H");
