@@ -1,7 +1,7 @@
 # What the companion is built with beyond the core's libraries: the targets companion_icu,
-# companion_cli11, companion_mecab, companion_pugixml, companion_curses and companion_curl. Where
-# VELLORA_HEADERS is set, headers and libraries lie there side by side. VELLORA_COMPANION_LACKS names
-# what is missing.
+# companion_cli11, companion_mecab, companion_pugixml, companion_taglib, companion_curses and
+# companion_curl. Where VELLORA_HEADERS is set, headers and libraries lie there side by side.
+# VELLORA_COMPANION_LACKS names what is missing.
 set(VELLORA_COMPANION_LACKS)
 
 # companion_library(NAME HEADER [LIBRARY...])
@@ -32,6 +32,7 @@ companion_library(icu unicode/ucsdet.h icuuc icui18n)
 companion_library(cli11 CLI/CLI.hpp)
 companion_library(mecab mecab.h mecab)
 companion_library(pugixml pugixml.hpp pugixml)
+companion_library(taglib taglib/tag.h tag)
 
 add_library(companion_curses INTERFACE)
 if(APPLE)

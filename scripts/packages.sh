@@ -8,7 +8,7 @@ packages_build=(
   libsystemd-dev libdbusmenu-glib-dev libicu-dev
   nlohmann-json3-dev libfmt-dev libfast-float-dev
   libgtk-3-dev
-  libcli11-dev libcurl4-openssl-dev libncurses-dev libpugixml-dev libmecab-dev
+  libcli11-dev libcurl4-openssl-dev libncurses-dev libpugixml-dev libmecab-dev libtag1-dev
 )
 
 packages_run=(

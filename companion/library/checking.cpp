@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "companion/lyrics/audio.h"
 #include "companion/lyrics/reading.h"
 #include "companion/song/text.h"
 #include "companion/song/time_stamp.h"
@@ -103,6 +104,9 @@ std::string remedyWithin(const std::string& ending, const SongLine& line) {
 // Where a translation that is missing belongs.
 std::string remedy(const LibrarySong& from, const SongLine& line) {
   const std::filesystem::path& other = from.files.translation;
+  if (isAudio(from.files.lyrics)) {
+    return "write it into " + from.files.lyrics.stem().string() + ".LANGUAGE.lrc beside it";
+  }
   if (other.empty()) return remedyWithin(readableEnding(from.files.lyrics), line);
   const std::string file = other.filename().string();
   if (isTable(other)) return "add it to " + file;

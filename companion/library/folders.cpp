@@ -7,6 +7,7 @@
 
 #include <sys/stat.h>
 
+#include "companion/lyrics/audio.h"
 #include "companion/lyrics/reading.h"
 
 namespace vellora::companion {
@@ -51,11 +52,13 @@ Folders::Look Folders::next(double now) {
 
 Folders::Look Folders::look(Known& known, std::optional<std::int64_t> time, double now) {
   if (time && known.settled == time) return {&known.folder};
-  const std::vector<std::string> before = known.folder.files;
+  const Folder before = known.folder;
   read(known);
   known.settled.reset();
   if (time && static_cast<double>(*time) + settling <= now) known.settled = time;
-  return {&known.folder, true, before != known.folder.files, !before.empty()};
+  return {&known.folder, true,
+          before.files != known.folder.files || before.audio != known.folder.audio,
+          !before.files.empty() || !before.audio.empty()};
 }
 
 std::vector<std::size_t> Folders::takeGone() { return std::exchange(gone_, {}); }
@@ -69,7 +72,8 @@ std::vector<Problem> Folders::problems() const {
   }
   if (tooMany_) {
     result.push_back({Severity::error, root_, 0,
-                      "more than " + std::to_string(mostFiles) + " files or " +
+                      "more than " + std::to_string(mostFiles) + " files of lyrics, " +
+                          std::to_string(mostAudioFiles) + " audio files or " +
                           std::to_string(mostFolders) + " folders",
                       "the rest is left out; name the folder that holds your lyrics"});
   }
@@ -79,7 +83,9 @@ std::vector<Problem> Folders::problems() const {
 void Folders::read(Known& known) {
   Folder& folder = known.folder;
   files_ -= folder.files.size();
+  audio_ -= folder.audio.size();
   folder.files.clear();
+  folder.audio.clear();
   folder.problem.reset();
   std::vector<std::string> inner;
   std::error_code error;
@@ -93,16 +99,14 @@ void Folders::read(Known& known) {
     const std::string name = entry->path().filename().string();
     if (entry->is_directory(failure) && !entry->is_symlink(failure)) {
       inner.push_back(name);
-    } else if (readableEnding(name).empty()) {
-      continue;
-    } else if (files_ == mostFiles) {
-      tooMany_ = true;
-    } else {
-      ++files_;
-      folder.files.push_back(name);
+    } else if (isAudio(name)) {
+      addFile(folder.audio, name, audio_, mostAudioFiles);
+    } else if (!readableEnding(name).empty()) {
+      addFile(folder.files, name, files_, mostFiles);
     }
   }
   std::ranges::sort(folder.files);
+  std::ranges::sort(folder.audio);
   std::ranges::sort(inner);
   std::vector<std::string> gone;
   std::ranges::set_difference(known.inner, inner, std::back_inserter(gone));
@@ -110,6 +114,16 @@ void Folders::read(Known& known) {
   known.inner = std::move(inner);
   if (static_cast<int>(folder.names.size()) == deepestFolder) return;
   for (const std::string& name : known.inner) add(known, name);
+}
+
+void Folders::addFile(std::vector<std::string>& to, const std::string& name, std::size_t& count,
+                      std::size_t most) {
+  if (count == most) {
+    tooMany_ = true;
+    return;
+  }
+  ++count;
+  to.push_back(name);
 }
 
 void Folders::add(const Known& outer, const std::string& name) {
@@ -134,7 +148,9 @@ void Folders::remove(const std::string& path) {
     remove((at->second.folder.path / name).string());
   }
   files_ -= at->second.folder.files.size();
-  if (!at->second.folder.files.empty()) gone_.push_back(at->second.folder.number);
+  audio_ -= at->second.folder.audio.size();
+  if (!at->second.folder.files.empty() || !at->second.folder.audio.empty())
+    gone_.push_back(at->second.folder.number);
   folders_.erase(at);
 }
 

@@ -15,6 +15,7 @@ namespace vellora::companion {
 // Bounds of a search.
 inline constexpr int deepestFolder = 8;
 inline constexpr std::size_t mostFiles = 50'000;
+inline constexpr std::size_t mostAudioFiles = 200'000;
 inline constexpr std::size_t mostFolders = 50'000;
 
 // The folders within one (symbolic links to folders are not followed) and the names of the files in
@@ -28,6 +29,7 @@ class Folders {
     // Its name and those of the folders that it lies in, up to the one that was searched.
     std::vector<std::string> names;
     std::vector<std::string> files;  // in order
+    std::vector<std::string> audio;  // names of audio files, in order
     std::optional<Problem> problem;  // why it could not be read
   };
 
@@ -62,6 +64,8 @@ class Folders {
 
   Look look(Known& known, std::optional<std::int64_t> time, double now);
   void read(Known& known);
+  void addFile(std::vector<std::string>& to, const std::string& name, std::size_t& count,
+               std::size_t most);
   void add(const Known& outer, const std::string& name);
   void remove(const std::string& path);
 
@@ -71,6 +75,7 @@ class Folders {
   std::vector<std::size_t> gone_;
   std::size_t number_ = 0;
   std::size_t files_ = 0;
+  std::size_t audio_ = 0;
   bool tooMany_ = false;
 };
 

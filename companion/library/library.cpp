@@ -1,10 +1,12 @@
 #include "companion/library/library.h"
 
 #include <algorithm>
+#include <set>
 #include <system_error>
 #include <utility>
 
 #include "companion/lyrics/reading.h"
+#include "companion/song/time_stamp.h"
 
 namespace vellora::companion {
 namespace {
@@ -27,6 +29,13 @@ void mixFile(std::uint64_t& hash, const fs::path& path) {
 std::uint64_t versionOf(const fs::path& path) {
   std::uint64_t hash = basis;
   mixFile(hash, path);
+  return hash;
+}
+
+std::uint64_t nameVersion(const SongFiles& files) {
+  std::uint64_t hash = basis;
+  mixFile(hash, files.lyrics);
+  if (!files.audio.empty()) mixFile(hash, files.audio);
   return hash;
 }
 
@@ -68,7 +77,7 @@ bool Library::lookIdly(double now) {
   if (stage_ == Stage::done) {
     beginLook();
     // A file that was changed in place is rarer than one that came.
-    const bool few = songs_.size() <= static_cast<std::size_t>(idleWork);
+    const bool few = songs_.size() + audio_.size() <= static_cast<std::size_t>(idleWork);
     filesToo_ = few || ++idleRounds_ % roundsForFiles == 0;
   }
   lookOn(now, idleWork);
@@ -78,7 +87,9 @@ bool Library::lookIdly(double now) {
 
 void Library::lookOn(double now, int work) {
   while (stage_ != Stage::done && work > 0) {
-    work -= stage_ == Stage::folders ? lookAtFolder(now) : lookAtSong();
+    work -= stage_ == Stage::folders ? lookAtFolder(now)
+            : stage_ == Stage::files ? lookAtSong()
+                                     : lookAtAudio();
   }
 }
 
@@ -87,41 +98,104 @@ int Library::lookAtFolder(double now) {
   for (const std::size_t gone : folders_.takeGone()) drop(gone);
   if (look.folder == nullptr) {
     stage_ = Stage::files;
-    song_ = 0;
+    song_ = sound_ = 0;
     return timeWork;
   }
   if (!look.read) return timeWork;
   ++work_.folders;
   if (look.changed) take(*look.folder, look.hadFiles);
-  return folderWork + static_cast<int>(look.folder->files.size());
+  return folderWork + static_cast<int>(look.folder->files.size() + look.folder->audio.size());
 }
 
 int Library::lookAtSong() {
   if (song_ >= songs_.size()) {
-    end();
+    stage_ = Stage::audio;
     return timeWork;
   }
   LibrarySong& song = songs_[song_++];
   if (song.version != 0 && !filesToo_) return 0;
-  const std::uint64_t version = versionOf(song.files.lyrics);
+  const std::uint64_t version = nameVersion(song.files);
   if (song.version == version) return timeWork;
-  ++work_.files;
-  song.names = namesOf(song.files, readLyricFile(song.files.lyrics, language_));
   song.version = version;
+  name(song);
   changed_ = true;
   return fileWork;
 }
 
-// The songs that it had keep their names as far as they are the same.
+// By its tags; an audio file beside it has some where it has none.
+void Library::name(LibrarySong& song) {
+  ++work_.files;
+  LyricFile file = readLyricFile(song.files.lyrics, language_);
+  if (!song.files.audio.empty() && !file.tags.contains("ti")) {
+    ++work_.files;
+    file.tags.merge(readLyricFile(song.files.audio, language_).tags);
+  }
+  song.names = namesOf(song.files, file);
+  song.album = file.tags["al"];
+  song.length = parseTime(file.tags["length"]);
+}
+
+// Those that have lyrics become songs, which are named afterwards.
+int Library::lookAtAudio() {
+  const bool all = sound_ >= audio_.size();
+  if (sounding_ != nullptr && (all || audio_[sound_].folder != sounding_)) {
+    takeSongs(*std::exchange(sounding_, nullptr), true);
+    stage_ = Stage::files;
+    return folderWork;
+  }
+  if (all) {
+    end();
+    return timeWork;
+  }
+  Audio& audio = audio_[sound_++];
+  if (audio.version != 0 && !filesToo_) return 0;
+  const fs::path path = audio.folder->path / audio.name;
+  const std::uint64_t version = versionOf(path);
+  if (audio.version == version) return timeWork;
+  ++work_.files;
+  audio.version = version;
+  const bool lyrics = !readLyricFile(path, language_).lines.empty();
+  if (std::exchange(audio.lyrics, lyrics) != lyrics) {
+    sounding_ = audio.folder;
+    soundingNumber_ = audio.number;
+  }
+  return fileWork;
+}
+
+// The audio files that it had stay known as far as they are the same.
 void Library::take(const Folders::Folder& folder, bool hadFiles) {
+  std::map<std::string, Audio> before;
+  if (hadFiles) {
+    for (Audio& audio : audio_) {
+      if (audio.number == folder.number) before.emplace(audio.name, audio);
+    }
+    std::erase_if(audio_, [&](const Audio& audio) { return audio.number == folder.number; });
+  }
+  std::set<std::string> stems;
+  for (const std::string& name : folder.files) stems.insert(fs::path(name).stem().string());
+  for (const std::string& name : folder.audio) {
+    if (stems.contains(fs::path(name).stem().string())) continue;
+    const auto known = before.find(name);
+    audio_.push_back(known == before.end() ? Audio{folder.number, &folder, name} : known->second);
+  }
+  takeSongs(folder, hadFiles);
+}
+
+// The songs that it had keep their names as far as they are the same. They are the last afterwards.
+void Library::takeSongs(const Folders::Folder& folder, bool hadFiles) {
   std::map<fs::path, LibrarySong> before;
+  std::set<std::string> withLyrics;
   if (hadFiles) {
     for (LibrarySong& song : songs_) {
       if (song.folder == folder.number) before.emplace(song.files.lyrics, std::move(song));
     }
-    drop(folder.number);
+    for (const Audio& audio : audio_) {
+      if (audio.number == folder.number && audio.lyrics) withLyrics.insert(audio.name);
+    }
+    dropSongs(folder.number);
   }
-  FoundFiles found = songsIn(folder, language_, languages_);
+  FoundFiles found = songsIn(folder, language_, withLyrics, languages_);
+  song_ = songs_.size();
   for (SongFiles& files : found.songs) {
     const auto known = before.find(files.lyrics);
     LibrarySong song;
@@ -135,6 +209,12 @@ void Library::take(const Folders::Folder& folder, bool hadFiles) {
 }
 
 void Library::drop(std::size_t folder) {
+  std::erase_if(audio_, [&](const Audio& audio) { return audio.number == folder; });
+  if (soundingNumber_ == folder) sounding_ = nullptr;
+  dropSongs(folder);
+}
+
+void Library::dropSongs(std::size_t folder) {
   std::erase_if(songs_, [&](const LibrarySong& song) { return song.folder == folder; });
   told_.erase(folder);
   changed_ = true;

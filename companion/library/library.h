@@ -22,8 +22,10 @@ namespace vellora::companion {
 struct LibrarySong {
   SongFiles files;
   SongNames names;
+  std::string album;             // as the tags say; may be empty
+  std::optional<double> length;  // seconds, where the tags say so
 
-  // Of its file of lyrics when its names were read; 0 where they are still to be read.
+  // Of the files that name it when its names were read; 0 where they are still to be read.
   std::uint64_t version = 0;
 
   std::size_t folder = 0;  // Folders::Folder::number of the one that it lies in
@@ -77,7 +79,16 @@ class Library {
   static std::uint64_t version(const SongFiles& files);
 
  private:
-  enum class Stage { folders, files, done };
+  enum class Stage { folders, files, audio, done };
+
+  // An audio file that has no lyrics beside it.
+  struct Audio {
+    std::size_t number = 0;  // the folder's
+    const Folders::Folder* folder = nullptr;
+    std::string name;
+    std::uint64_t version = 0;  // when it was read; 0 where it was not
+    bool lyrics = false;        // there are some in it
+  };
 
   // As far as `work` goes; each folder and file that is looked at, and more so each that is read,
   // takes something off it.
@@ -85,20 +96,29 @@ class Library {
   // Each returns what it took.
   int lookAtFolder(double now);
   int lookAtSong();
+  int lookAtAudio();
+  void name(LibrarySong& song);
   void take(const Folders::Folder& folder, bool hadFiles);
+  void takeSongs(const Folders::Folder& folder, bool hadFiles);
   void drop(std::size_t folder);
+  void dropSongs(std::size_t folder);
   void end();
 
   Folders folders_;
   std::string language_;
   Languages languages_;
   std::vector<LibrarySong> songs_;
+  std::vector<Audio> audio_;
   // What is told of each folder's files, by its number.
   std::map<std::size_t, std::vector<Problem>> told_;
   std::vector<Problem> problems_;
   Work work_;
   Stage stage_ = Stage::folders;
-  std::size_t song_ = 0;  // the next to be looked at
+  std::size_t song_ = 0;   // the next to be looked at
+  std::size_t sound_ = 0;  // of `audio_`, likewise
+  // Other audio files in it than before have lyrics, and its songs are to be taken anew.
+  const Folders::Folder* sounding_ = nullptr;
+  std::size_t soundingNumber_ = 0;
   bool idle_ = false;
   bool complete_ = false;
   bool filesToo_ = true;  // else those alone whose names are not known yet

@@ -70,13 +70,19 @@ fs::path chosen(const std::vector<Translation>& translations, const std::string&
 
 class Search {
  public:
-  Search(const Folders::Folder& folder, const std::string& wanted, Languages& languages)
-      : folder_(folder), wanted_(wanted), languages_(languages) {}
+  Search(const Folders::Folder& folder, const std::string& wanted,
+         const std::set<std::string>& withLyrics, Languages& languages)
+      : folder_(folder), wanted_(wanted), withLyrics_(withLyrics), languages_(languages) {}
 
   FoundFiles run() && {
     ByStem files;
     for (const std::string& name : folder_.files) {
       files[fs::path(name).stem().string()].push_back(folder_.path / name);
+    }
+    for (const std::string& name : folder_.audio) {
+      const std::string stem = fs::path(name).stem().string();
+      audio_.emplace(stem, folder_.path / name);
+      if (withLyrics_.contains(name)) files.try_emplace(stem, 1, folder_.path / name);
     }
     addSongs(files);
     std::ranges::sort(found_.songs,
@@ -114,9 +120,12 @@ class Search {
     for (const fs::path& path : paths) {
       if (!table && isTable(path)) translations.push_back({wanted_, path});
     }
-    SongFiles song{paths.front(), chosen(translations, wanted_), stem, folder_.names,
-                   std::move(namesake)};
-    if (song.translation.empty() && readableEnding(song.lyrics) == ".txt") return noteText(song);
+    SongFiles song{paths.front(), chosen(translations, wanted_), stem,
+                   folder_.names, std::move(namesake),           {}};
+    const auto audio = audio_.find(stem);
+    if (audio != audio_.end() && audio->second != song.lyrics) song.audio = audio->second;
+    const bool alone = song.translation.empty() && song.audio.empty();
+    if (alone && readableEnding(song.lyrics) == ".txt") return noteText(song);
     if (sameLetters(stem, lyricsWord) && !song.folders.empty()) {
       song.stem = song.folders.front();
       song.folders.erase(song.folders.begin());
@@ -140,7 +149,9 @@ class Search {
 
   const Folders::Folder& folder_;
   const std::string& wanted_;
+  const std::set<std::string>& withLyrics_;
   Languages& languages_;
+  std::map<std::string, fs::path> audio_;  // by stem
   FoundFiles found_;
 };
 
@@ -154,8 +165,8 @@ std::string adviceToTranslate(const fs::path& song, const fs::path& translation)
 }
 
 FoundFiles songsIn(const Folders::Folder& folder, const std::string& wantedLanguage,
-                   Languages& languages) {
-  return Search(folder, wantedLanguage, languages).run();
+                   const std::set<std::string>& withLyrics, Languages& languages) {
+  return Search(folder, wantedLanguage, withLyrics, languages).run();
 }
 
 }  // namespace vellora::companion

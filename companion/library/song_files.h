@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,8 @@ struct SongFiles {
   // The lyrics of the song after which it is named, with a word more that is no language:
   // "song.lrc" for "song.live.lrc". Empty for all others.
   std::filesystem::path namesake{};
+  // The audio file of that stem; empty where there is none but the lyrics.
+  std::filesystem::path audio{};
 
   bool operator==(const SongFiles&) const = default;
 };
@@ -35,9 +38,11 @@ struct FoundFiles {
 // "song.translation.lrc", or as a table "song.po" or "song.tsv" beside "song.lrc";
 // "translation.lrc" beside "lyrics.lrc" is one too. With another word in that place it is a song of
 // its own. Of several languages, `wantedLanguage` (a tag or "") is taken, else the first by name. A
-// text file alone is no song.
+// text file alone is no song. A text file beside an audio file of its stem is one,
+// and so is an audio file where no lyrics stand beside it and `withLyrics` has its name, because
+// there are lyrics in it.
 FoundFiles songsIn(const Folders::Folder& folder, const std::string& wantedLanguage,
-                   Languages& languages);
+                   const std::set<std::string>& withLyrics, Languages& languages);
 
 // How a file is to be named to be found as the translation of `song`.
 std::string adviceToTranslate(const std::filesystem::path& song,

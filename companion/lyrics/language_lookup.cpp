@@ -8,8 +8,6 @@
 namespace vellora::companion {
 namespace {
 
-constexpr int anotherLanguage = 1000;
-
 // The tag's first part up to a hyphen, which is taken off it.
 std::string nextPart(std::string_view& tag) {
   const std::size_t hyphen = std::min(tag.find('-'), tag.size());

@@ -1,10 +1,13 @@
 #include "companion/lyrics/reading.h"
 
 #include <algorithm>
+#include <fstream>
+#include <sstream>
 #include <system_error>
 #include <utility>
 
 #include "base/files.h"
+#include "companion/lyrics/audio.h"
 #include "companion/lyrics/encoding.h"
 #include "companion/lyrics/plain.h"
 #include "companion/lyrics/srt.h"
@@ -49,6 +52,10 @@ bool isTable(const std::filesystem::path& path) {
 
 LyricFile readLyrics(const std::filesystem::path& name, std::string_view bytes,
                      std::string_view wantedLanguage) {
+  if (isAudio(name)) {
+    std::istringstream stream{std::string(bytes)};
+    return readAudio(name, stream, wantedLanguage);
+  }
   const auto decoded = decodeText(bytes);
   if (!decoded) {
     return unreadable(name, "not a text in any encoding that is known", "save it as UTF-8");
@@ -65,6 +72,10 @@ LyricFile readLyrics(const std::filesystem::path& name, std::string_view bytes,
 
 LyricFile readLyricFile(const std::filesystem::path& path, std::string_view wantedLanguage) {
   std::error_code error;
+  if (isAudio(path) && std::filesystem::is_regular_file(path, error)) {
+    std::ifstream bytes(path, std::ios::binary);
+    if (bytes) return readAudio(path, bytes, wantedLanguage);
+  }
   const auto size = std::filesystem::file_size(path, error);
   if (!error && size > largestReadableFile) {
     return unreadable(path, "larger than 16 MiB", "no song's lyrics are; it is left out");

@@ -19,9 +19,10 @@ std::string readableEnding(const std::filesystem::path& path);
 // Whether that is the ending of a table (see LyricFile::isTable).
 bool isTable(const std::filesystem::path& path);
 
-// Reads a file as its ending says. `wantedLanguage`, a BCP 47 tag or "", chooses among several
-// translations within one file. A file that cannot be read, is larger than 16 MiB or is no text
-// has no lines and a problem that says so. Any thread.
+// Reads a file as its ending says, which may be that of an audio file too (see readAudio).
+// `wantedLanguage`, a BCP 47 tag or "", chooses among several translations within one file. A file
+// that cannot be read, is no text, or is larger than 16 MiB and no audio file has no lines and a
+// problem that says so. Any thread.
 LyricFile readLyricFile(const std::filesystem::path& path, std::string_view wantedLanguage);
 
 // The same for bytes that are at hand; `name` stands in the problems and its ending says the

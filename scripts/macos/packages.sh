@@ -1,9 +1,9 @@
 # shellcheck shell=bash disable=SC2034
 # The one list of Homebrew formulae that the project needs, by purpose, and their installation.
 # Sourced by scripts/macos/run and scripts/macos/test. All are for building: Vellora.app itself needs
-# nothing outside the system, the companion ICU, pugixml and MeCab.
+# nothing outside the system, the companion ICU, pugixml, MeCab and TagLib.
 
-packages_build=(cmake ninja nlohmann-json fmt fast_float icu4c cli11 pugixml mecab mecab-ipadic)
+packages_build=(cmake ninja nlohmann-json fmt fast_float icu4c cli11 pugixml mecab mecab-ipadic taglib)
 packages_test=(googletest)
 
 # install_packages WHAT_FOR FORMULA...

@@ -11,7 +11,7 @@ endif()
 set(headers "${CMAKE_BINARY_DIR}/macos-headers")
 file(MAKE_DIRECTORY "${headers}")
 foreach(library IN ITEMS nlohmann/json.hpp fmt/format.h fast_float/fast_float.h CLI/CLI.hpp
-    unicode/ucsdet.h)
+    taglib/tag.h unicode/ucsdet.h)
   get_filename_component(name "${library}" DIRECTORY)
   find_path(VELLORA_${name}_FOLDER "${library}" REQUIRED)
   file(CREATE_LINK "${VELLORA_${name}_FOLDER}/${name}" "${headers}/${name}" SYMBOLIC)
@@ -20,7 +20,7 @@ foreach(header IN ITEMS pugixml.hpp pugiconfig.hpp)
   file(CREATE_LINK "${VELLORA_pugixml_HEADERS}/${header}" "${headers}/${header}" SYMBOLIC)
 endforeach()
 file(CREATE_LINK "${VELLORA_mecab_HEADERS}/mecab.h" "${headers}/mecab.h" SYMBOLIC)
-foreach(library IN ITEMS icuuc icui18n mecab pugixml)
+foreach(library IN ITEMS icuuc icui18n mecab pugixml tag)
   execute_process(COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/stub_library"
     "${VELLORA_${library}_LIBRARY}" lib${library}
     OUTPUT_FILE "${headers}/lib${library}.tbd" COMMAND_ERROR_IS_FATAL ANY)

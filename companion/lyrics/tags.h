@@ -1,0 +1,31 @@
+#pragma once
+
+#include <istream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "companion/song/lyric_file.h"
+#include "companion/song/problem.h"
+
+namespace vellora::companion {
+
+// The lyrics that stand in one place of a file's tags.
+struct TagLyrics {
+  LyricFile file;
+  std::string language;      // a BCP 47 tag, or "" where none is given
+  bool translation = false;  // as their description says
+};
+
+// What an audio file's tags say.
+struct AudioTags {
+  std::map<std::string, std::string> tags;  // as of LyricFile
+  std::string language;                     // of what is sung; a BCP 47 tag or ""
+  std::vector<TagLyrics> lyrics;            // each with a line at least, in the file's order
+};
+
+// Reads the tags of a file with this ending, one of `audioEndings` in lower case. See readAudio.
+AudioTags readTags(const std::string& name, const std::string& ending, std::istream& bytes,
+                   Problems& problems);
+
+}  // namespace vellora::companion

@@ -1,0 +1,300 @@
+#include "companion/lyrics/audio.h"
+
+#include <fstream>
+#include <random>
+
+#include "companion/audio_files.h"
+#include "companion/library/library.h"
+#include "companion/lines_text.h"
+#include "companion/lyrics/reading.h"
+#include "companion/song/text.h"
+#include "companion/song_folder.h"
+
+namespace vellora::companion {
+namespace {
+
+using TagLib::ID3v2::Tag;
+using Timed = TagLib::ID3v2::SynchronizedLyricsFrame::SynchedText;
+using TimedList = TagLib::ID3v2::SynchronizedLyricsFrame::SynchedTextList;
+
+TimedList listOf(std::initializer_list<Timed> lines) {
+  TimedList list;
+  for (const Timed& line : lines) list.append(line);
+  return list;
+}
+
+TEST(AudioTags, NamesAndLengthAreRead) {
+  const LyricFile file = readLyrics("a.mp3", mp3([](Tag& tag) {
+                                      tag.setTitle(utf8("Große Fahrt"));
+                                      tag.setArtist("River Band");
+                                      tag.setAlbum("Roads");
+                                      addText(tag, "TLEN", "201500");
+                                    }),
+                                    "");
+  const std::map<std::string, std::string> expected{
+      {"ti", "Große Fahrt"}, {"ar", "River Band"}, {"al", "Roads"}, {"length", "201"}};
+  EXPECT_EQ(file.tags, expected);
+  EXPECT_TRUE(file.lines.empty());
+  EXPECT_TRUE(file.problems.empty()) << textOf(file.problems);
+}
+
+TEST(AudioTags, LyricsOfEachFormatAreRead) {
+  const auto comment = [](const char* key, const char* text) {
+    return [=](TagLib::Ogg::XiphComment& comments) { comments.addField(key, utf8(text)); };
+  };
+  const char* const lrc = "[ar:x]\n[00:01.00]a\n[00:02.50]ü";
+  const auto mp4 = m4a([&](TagLib::MP4::Tag& tag) {
+    tag.setItem("\251lyr", TagLib::StringList(utf8(lrc)));
+    tag.setArtist("y");
+  });
+  EXPECT_EQ(textOf(readLyrics("a.M4A", mp4, "")), "100 a|250 ü");
+  EXPECT_EQ(readLyrics("a.m4a", mp4, "").tags["ar"], "y") << "the file's own tags outweigh";
+  EXPECT_EQ(textOf(readLyrics("a.flac", flac(comment("LYRICS", lrc)), "")), "100 a|250 ü");
+  EXPECT_EQ(textOf(readLyrics("a.ogg", ogg(comment("SYNCEDLYRICS", lrc)), "")), "100 a|250 ü");
+  EXPECT_EQ(textOf(readLyrics("a.opus", opus(comment("UNSYNCEDLYRICS", "a\nb")), "")), "a|b");
+  EXPECT_EQ(textOf(readLyrics("a.mp3", mp3([&](Tag& tag) { addUslt(tag, "eng", lrc); }), "")),
+            "100 a|250 ü");
+}
+
+TEST(AudioTags, TimedLyricsOutweighPlainOnes) {
+  const auto comments = [](TagLib::Ogg::XiphComment& to) {
+    to.addField("LYRICS", "a\nb");
+    to.addField("UNSYNCEDLYRICS", "[00:01.00]a\n[00:02.00]b");
+  };
+  EXPECT_EQ(textOf(readLyrics("a.flac", flac(comments), "")), "100 a|200 b");
+  const auto frames = [](Tag& tag) {
+    addUslt(tag, "und", "a\nb");
+    addSylt(tag, "eng", listOf({Timed(1000, "a"), Timed(2000, "b")}));
+  };
+  EXPECT_EQ(textOf(readLyrics("a.mp3", mp3(frames), "")), "100 a|200 b");
+}
+
+TEST(AudioTags, PiecesOfALineAreJoined) {
+  const auto pieces = [](Tag& tag) {
+    addSylt(tag, "eng",
+            listOf({Timed(500, "one "), Timed(900, "two"), Timed(1500, "\nthree "),
+                    Timed(1900, "four")}));
+  };
+  EXPECT_EQ(textOf(readLyrics("a.mp3", mp3(pieces), "")), "50 one two|150 three four");
+}
+
+TEST(AudioTags, TimesInFramesAreTold) {
+  const LyricFile file =
+      readLyrics("a.mp3", mp3([](Tag& tag) {
+                   addSylt(tag, "eng", listOf({Timed(5, "a"), Timed(9, "b")}), false);
+                 }),
+                 "");
+  EXPECT_EQ(textOf(file), "a|b");
+  EXPECT_EQ(textOf(file.problems),
+            "a.mp3: warning: the times of the synchronised lyrics count MPEG frames; the lines are "
+            "taken without times; write them in milliseconds");
+}
+
+TEST(AudioTags, OfSeveralLanguagesOneTranslatesTheOther) {
+  const auto three = [](Tag& tag) {
+    addUslt(tag, "eng", "[00:01.00]a\n[00:02.00]b");
+    addUslt(tag, "ger", "[00:01.00]A\n[00:02.00]B");
+    addUslt(tag, "fra", "[00:01.00]x\n[00:02.00]y");
+  };
+  const std::string bytes = mp3(three);
+  EXPECT_EQ(textOf(readLyrics("a.mp3", bytes, "")), "100 a=A|200 b=B");
+  EXPECT_EQ(textOf(readLyrics("a.mp3", bytes, "de")), "100 a=A|200 b=B");
+  EXPECT_EQ(textOf(readLyrics("a.mp3", bytes, "fr")), "100 a=x|200 b=y");
+  EXPECT_EQ(textOf(readLyrics("a.mp3", bytes, "en")), "100 A=a|200 B=b");
+  const std::string sung = mp3([&](Tag& tag) {
+    three(tag);
+    addText(tag, "TLAN", "fre");
+  });
+  EXPECT_EQ(textOf(readLyrics("a.mp3", sung, "de")), "100 x=A|200 y=B");
+}
+
+TEST(AudioTags, ADescriptionMaySayThatItIsATranslation) {
+  const std::string bytes = mp3([](Tag& tag) {
+    addUslt(tag, "und", "A\nB", "Translation");
+    addUslt(tag, "und", "a\nb");
+  });
+  EXPECT_EQ(textOf(readLyrics("a.mp3", bytes, "")), "a=A|b=B");
+}
+
+TEST(AudioTags, TheSameTextTwiceIsNoTranslation) {
+  const std::string bytes = mp3([](Tag& tag) {
+    addUslt(tag, "eng", "a\nb");
+    addUslt(tag, "deu", "a\nb");
+  });
+  EXPECT_EQ(textOf(readLyrics("a.mp3", bytes, "de")), "a|b");
+}
+
+void expectBounded(const LyricFile& file) {
+  ASSERT_LE(file.lines.size(), mostLines);
+  ASSERT_LE(file.problems.size(), 4 * Problems::most);
+  for (const FileLine& line : file.lines) ASSERT_EQ(cleaned(line.text), line.text);
+}
+
+// ID3v2.4 with that size, whatever follows.
+std::string id3Header(std::size_t size, char flags = 0) {
+  std::string header = "ID3\x04\0"s + flags;
+  for (int shift = 21; shift >= 0; shift -= 7) {
+    header.push_back(static_cast<char>((size >> shift) & 0x7F));
+  }
+  return header;
+}
+
+TEST(HostileAudio, TagsThatAreTooLargeAreLeftOutAndTold) {
+  const std::string told =
+      ": warning: the tag is larger than any song's, and left out; put the lyrics into a file of "
+      "their own";
+  EXPECT_EQ(textOf(readLyrics("a.mp3", id3Header(100'000'000) + "x", "").problems), "a.mp3" + told);
+  const std::string frame = "TIT2\0\0\0\x01\0\0\0"s;
+  std::string frames;
+  for (int i = 0; i < 2001; ++i) frames += frame;
+  EXPECT_EQ(textOf(readLyrics("a.mp3", id3Header(frames.size()) + frames, "").problems),
+            "a.mp3" + told);
+  const std::string comments = "fLaC\x84\x30\x00\x00"s;  // 3 MiB
+  EXPECT_EQ(readLyrics("a.flac", comments, "").problems.size(), 1U);
+}
+
+TEST(HostileAudio, DeepNestingEnds) {
+  // Each atom's size is that of the rest of the file.
+  constexpr unsigned depth = 1'000'000;
+  std::string deep = atom("ftyp", "M4A \0\0\0\0"s);
+  for (unsigned i = 0; i < depth; ++i) {
+    const std::string size = littleEndian((depth - i) * 8);
+    deep.append(size.rbegin(), size.rend()).append("moov");
+  }
+  expectBounded(readLyrics("a.m4a", deep, ""));
+  // Chapters within chapters.
+  const std::string header = "a\0"s + std::string(16, '\0');
+  std::string chapters;
+  constexpr int levels = 1500;
+  for (int i = 0; i < levels; ++i) {
+    const std::size_t size = static_cast<std::size_t>(levels - i - 1) * 28 + 18;
+    std::string frame = "CHAP"s;
+    for (int shift = 21; shift >= 0; shift -= 7) {
+      frame.push_back(static_cast<char>((size >> shift) & 0x7F));
+    }
+    chapters += frame + "\0\0"s + header;
+  }
+  expectBounded(readLyrics("a.mp3", id3Header(chapters.size()) + chapters, ""));
+}
+
+// Every file cut anywhere, and with bytes changed.
+TEST(HostileAudio, DamagedFilesHarmNothing) {
+  const auto comments = [](TagLib::Ogg::XiphComment& to) {
+    to.setTitle("t");
+    to.addField("LYRICS", "[00:01.00]a\n[00:02.00]b");
+  };
+  const std::pair<const char*, std::string> files[] = {
+      {"a.mp3", mp3([](Tag& tag) {
+         tag.setTitle("t");
+         addUslt(tag, "eng", "a\nb");
+         addSylt(tag, "deu", listOf({Timed(1000, "A"), Timed(2000, "\nB")}));
+       })},
+      {"a.flac", flac(comments)},
+      {"a.ogg", ogg(comments)},
+      {"a.opus", opus(comments)},
+      {"a.m4a",
+       m4a([](TagLib::MP4::Tag& tag) { tag.setItem("\251lyr", TagLib::StringList("a\nb")); })}};
+  std::mt19937 random(20261122);
+  for (const auto& [name, bytes] : files) {
+    ASSERT_FALSE(readLyrics(name, bytes, "").lines.empty()) << name;
+    const std::size_t interesting = std::min<std::size_t>(bytes.size(), 400);
+    for (std::size_t length = 0; length < interesting; ++length) {
+      expectBounded(readLyrics(name, bytes.substr(0, length), "de"));
+    }
+    for (int round = 0; round < 300; ++round) {
+      std::string damaged = bytes;
+      for (unsigned i = 0; i <= random() % 4; ++i) {
+        damaged[random() % interesting] = static_cast<char>(random());
+      }
+      expectBounded(readLyrics(name, damaged, "de"));
+      if (testing::Test::HasFatalFailure()) return;
+    }
+  }
+}
+
+class AudioFiles : public SongFolder {
+ protected:
+  // "file+translation: title by artist|…"
+  std::string songs() {
+    library.emplace(folder, "");
+    library->refresh();
+    std::string result;
+    for (const LibrarySong& song : library->songs()) {
+      if (!result.empty()) result += "|";
+      result += song.files.lyrics.filename().string();
+      if (!song.files.translation.empty()) {
+        result += "+" + song.files.translation.filename().string();
+      }
+      result += ": " + song.names.title + " by " + song.names.artist;
+    }
+    return result;
+  }
+  static std::string named(const char* lyrics) {
+    return mp3([&](Tag& tag) {
+      tag.setTitle("Night Drive");
+      tag.setArtist("River Band");
+      tag.setAlbum("Roads");
+      if (*lyrics != '\0') addUslt(tag, "eng", lyrics);
+    });
+  }
+
+  std::optional<Library> library;
+};
+
+TEST_F(AudioFiles, GiveTheLyricsBesideThemTheirNames) {
+  put("01.mp3", named(""));
+  put("01.lrc", "[00:01.00]a");
+  put("02.mp3", named(""));
+  put("02.lrc", "[ti:Own]\n[00:01.00]a");
+  EXPECT_EQ(songs(), "01.lrc: Night Drive by River Band|02.lrc: Own by ");
+  EXPECT_EQ(library->songs()[0].album, "Roads");
+}
+
+TEST_F(AudioFiles, WithLyricsInThemAreSongs) {
+  put("a.mp3", named("[00:01.00]a\n[00:02.00]b"));
+  put("a.de.lrc", "[00:01.00]A\n[00:02.00]B");
+  put("b.mp3", named(""));
+  put("b.de.lrc", "[00:01.00]A");
+  put("c.mp3", "no audio at all");
+  EXPECT_EQ(songs(), "a.mp3+a.de.lrc: Night Drive by River Band|b.de.lrc: b.de by ");
+  EXPECT_EQ(companion::textOf(library->load(library->songs()[0])), "100 a=A|200 b=B");
+  EXPECT_TRUE(library->problems().empty());
+}
+
+TEST_F(AudioFiles, MakeATextBesideThemASong) {
+  put("a.mp3", named(""));
+  put("a.txt", "a\nb");
+  EXPECT_EQ(songs(), "a.txt: Night Drive by River Band");
+}
+
+TEST_F(AudioFiles, ThatGetLyricsLaterBecomeSongs) {
+  put("a.mp3", named(""));
+  put("x/b.mp3", named("b"));
+  EXPECT_EQ(songs(), "b.mp3: Night Drive by River Band");
+  put("a.mp3", named("a"));
+  library->refresh();
+  EXPECT_EQ(library->songs().size(), 2U);
+  std::filesystem::remove_all(folder / "x");
+  put("a.mp3", named(""));
+  library->refresh();
+  EXPECT_TRUE(library->songs().empty());
+}
+
+TEST_F(AudioFiles, AreNotReadAgainWithoutAChange) {
+  put("a.mp3", named(""));
+  put("b.mp3", named("a"));
+  songs();
+  const std::size_t files = library->work().files;
+  library->refresh();
+  EXPECT_EQ(library->work().files, files);
+}
+
+TEST_F(AudioFiles, ThatAreNoneAreToldOfLikeOthers) {
+  std::filesystem::create_directory(folder / "a.mp3");
+  put("b.mp3", "");
+  put("c.flac", std::string(100'000, '\xFF'));
+  EXPECT_EQ(songs(), "");
+}
+
+}  // namespace
+}  // namespace vellora::companion
