@@ -69,11 +69,20 @@ std::optional<DecodedText> guessed(std::string_view bytes) {
     const char* const name = ucsdet_getName(matches[i], &error);
     const std::int32_t confidence = ucsdet_getConfidence(matches[i], &error);
     if (U_FAILURE(error) || name == nullptr) return std::nullopt;
+    // A text of one or two lines looks like many things, but one of wide characters has a blank or
+    // a sign among them, and these have a byte of zero.
+    const bool wide = std::string_view(name).starts_with("UTF-16") ||
+                      std::string_view(name).starts_with("UTF-32");
+    if (wide && bytes.find('\0') == std::string_view::npos) continue;
     auto text = converted(name, bytes);
     if (text && text->find('\0') == std::string::npos) {
       return DecodedText{*std::move(text), name, std::min(confidence, 99)};
     }
   }
+  // Nothing else is left of a word or two; any byte but five is a letter or a sign there.
+  if (bytes.find('\0') != std::string_view::npos) return std::nullopt;
+  auto text = converted("windows-1252", bytes);
+  if (text) return DecodedText{*std::move(text), "windows-1252", 1};
   return std::nullopt;
 }
 

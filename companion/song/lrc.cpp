@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/number_text.h"
+#include "companion/song/credits.h"
 #include "companion/song/text.h"
 #include "companion/song/time_stamp.h"
 #include "matching/trimming.h"
@@ -16,6 +17,7 @@ namespace {
 
 using OverlayMatching::trimmed;
 
+constexpr double roundingError = 0.0005;   // seconds
 constexpr double largestOffset = 600'000;  // milliseconds
 constexpr std::size_t mostStamps = 200;    // of one line
 constexpr std::size_t longestStamp = 16;
@@ -51,6 +53,26 @@ std::string sungText(std::string_view text) {
   return cleaned(cut(withoutMarks(text, "<[", lengthOf), longestText));
 }
 
+// "[tr]", "[tr:LANGUAGE]" or "[tt]" with a text after it.
+struct Mark {
+  bool isTranslation;
+  std::size_t length;
+};
+
+std::optional<Mark> markAt(std::string_view line) {
+  const bool translation = line.starts_with("[tr]") || line.starts_with("[tr:");
+  if (!translation && !line.starts_with("[tt]")) return std::nullopt;
+  const std::size_t end = line.find(']') + 1;
+  if (end == 0 || end == line.size()) return std::nullopt;
+  return Mark{translation, end};
+}
+
+// {"t":0,"c":[{"tx":"…"}]}
+bool isJson(std::string_view line) {
+  return line.starts_with("{\"t\":") && line.ends_with('}') &&
+         line.find("\"c\":[") != std::string_view::npos;
+}
+
 class Reader {
  public:
   explicit Reader(std::string_view name) : problems_(name) {
@@ -69,6 +91,12 @@ class Reader {
       times.push_back(stamp->time);
       line = trimmed(line.substr(stamp->length));
     }
+    const std::optional<Mark> mark = markAt(line);
+    if (mark && mark->isTranslation) {
+      addMarked(number, times, line.substr(mark->length));
+      return true;
+    }
+    if (mark || isJson(line)) return true;
     if (!times.empty()) return addTimed(number, times, line);
     if (line.front() == '[') {
       const std::size_t end = line.find(']');
@@ -91,8 +119,10 @@ class Reader {
       takeUntimed();
     } else {
       reportUntimed();
+      addTranslations();
       for (FileLine& line : file_.lines) line.time = std::max(*line.time - file_.offset, 0.0);
     }
+    leaveOutCredits(file_, problems_);
     return finished(std::move(file_), std::move(problems_),
                     "a line of LRC reads [mm:ss.xx] and the text");
   }
@@ -135,6 +165,28 @@ class Reader {
     return true;
   }
 
+  void addMarked(int number, const std::vector<double>& times, std::string_view rest) {
+    if (marked_.size() >= mostLines) return;
+    const std::string text = sungText(cut(rest, longestText));
+    for (const double time : times) marked_.push_back({time, text, {}, number});
+    if (times.empty() && !file_.lines.empty()) file_.lines.back().translation = text;
+    file_.mayBeBilingual = false;
+  }
+
+  // Each to the first line of its time that has none.
+  void addTranslations() {
+    std::ranges::stable_sort(file_.lines, {}, [](const FileLine& line) { return *line.time; });
+    for (const FileLine& mark : marked_) {
+      auto line = std::ranges::lower_bound(file_.lines, *mark.time - roundingError, {},
+                                           [](const FileLine& one) { return *one.time; });
+      const auto here = [&] {
+        return line != file_.lines.end() && *line->time < *mark.time + roundingError;
+      };
+      while (here() && (line->text.empty() || !line->translation.empty())) ++line;
+      if (here()) line->translation = mark.text;
+    }
+  }
+
   void addUntimed(int number, std::string_view line) {
     if (untimed_.size() == mostLines) {
       if (untimedRest_ == 0) untimedRest_ = number;
@@ -162,6 +214,7 @@ class Reader {
   Problems problems_;
   LyricFile file_;
   std::vector<FileLine> untimed_;
+  std::vector<FileLine> marked_;  // translations that are marked as such
   int untimedRest_ = 0;  // the first line that has no place among them; 0 where there is none
 };
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "companion/song/text.h"
+
 namespace vellora::companion {
 
 bool hasRoom(LyricFile& file, Problems& problems, int number) {
@@ -15,10 +17,16 @@ bool hasRoom(LyricFile& file, Problems& problems, int number) {
   return false;
 }
 
+bool isInstrumental(const LyricFile& file) {
+  const auto tag = file.tags.find("au");
+  return tag != file.tags.end() && lowerCase(tag->second) == "instrumental";
+}
+
 LyricFile finished(LyricFile file, Problems problems, std::string form) {
   const bool any =
       std::ranges::any_of(file.lines, [](const FileLine& line) { return !line.text.empty(); });
-  if (!any && file.lost == 0) problems.fail(0, "no lines", std::move(form));
+  if (!any && file.lost == 0 && !isInstrumental(file))
+    problems.fail(0, "no lines", std::move(form));
   if (file.timed()) {
     std::ranges::stable_sort(
         file.lines, [](const FileLine& a, const FileLine& b) { return *a.time < *b.time; });

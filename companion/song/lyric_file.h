@@ -43,6 +43,9 @@ struct LyricFile {
   bool timed() const { return !lines.empty() && lines.front().time.has_value(); }
 };
 
+// Whether it says by its tag "au" that nothing is sung, as services have it in LRC.
+bool isInstrumental(const LyricFile& file);
+
 // Whether the file, which is being read, may have one line more. Where it may not, that is told for
 // its line `number`, and what is left out counts as lost.
 bool hasRoom(LyricFile& file, Problems& problems, int number);

@@ -17,28 +17,6 @@ namespace {
 constexpr double sameTime = 0.05;         // seconds
 constexpr double roundingError = 0.0005;  // seconds
 
-// The end of the lines from `begin` on that have the time of the first; lines without text do not
-// count as one of them, but do not end them either.
-std::size_t endOfTime(const std::vector<FileLine>& lines, std::size_t begin) {
-  std::size_t end = begin + 1;
-  while (end < lines.size() && *lines[end].time - *lines[begin].time < roundingError) ++end;
-  return end;
-}
-
-// The lines of each time, those without text left out.
-std::vector<std::vector<const FileLine*>> byTime(const LyricFile& file) {
-  std::vector<std::vector<const FileLine*>> groups;
-  for (std::size_t begin = 0; begin < file.lines.size();) {
-    const std::size_t end = endOfTime(file.lines, begin);
-    std::vector<const FileLine*> group;
-    for (; begin < end; ++begin) {
-      if (!file.lines[begin].text.empty()) group.push_back(&file.lines[begin]);
-    }
-    if (!group.empty()) groups.push_back(std::move(group));
-  }
-  return groups;
-}
-
 // How many of the file's lines have the time of one of the song's.
 std::size_t fitting(const Song& song, const LyricFile& file) {
   const auto fits = [&](const FileLine& line) {
@@ -111,29 +89,6 @@ void pairByTable(Song& song, const LyricFile& table) {
 }
 
 }  // namespace
-
-bool isBilingual(const LyricFile& file) {
-  if (!file.timed()) return false;
-  const auto groups = byTime(file);
-  const auto doubled =
-      std::ranges::count_if(groups, [](const auto& group) { return group.size() >= 2; });
-  return doubled > 0 && static_cast<std::size_t>(doubled) * 2 >= groups.size();
-}
-
-std::vector<SongLine> unfolded(const LyricFile& file, Problems& problems) {
-  std::vector<SongLine> lines;
-  for (const auto& group : byTime(file)) {
-    const FileLine& first = *group.front();
-    std::string translation = group.size() > 1 ? group.back()->text : std::string();
-    if (group.size() > 2) {
-      problems.note(first.number,
-                    std::to_string(group.size()) + " lines have the time " + stampText(*first.time),
-                    "the first is taken as the lyrics, the last as their translation");
-    }
-    lines.push_back({first.time, first.text, std::move(translation), first.number, {}});
-  }
-  return lines;
-}
 
 void pair(Song& song, LyricFile translation, double offset, Problems& problems) {
   const bool timed = !song.lines.empty() && song.lines.front().time.has_value();

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "companion/song/bilingual.h"
 #include "companion/song/pairing.h"
 #include "companion/song/time_stamp.h"
 #include "matching/normalization.h"
@@ -42,6 +43,7 @@ double Song::lastTime() const { return lines.empty() ? 0 : lines.back().time.val
 
 bool Song::complete() const {
   if (lostLines > 0) return false;
+  if (instrumental) return lines.empty();
   bool any = false;
   for (const SongLine& line : lines) {
     if (!line.hasLetters()) continue;
@@ -77,6 +79,7 @@ Song assemble(LyricFile lyrics, std::optional<LyricFile> translation) {
   song.name = lyrics.name;
   song.problems = std::move(lyrics.problems);
   song.lostLines = lyrics.lost;
+  song.instrumental = isInstrumental(lyrics);
   if (const auto tag = lyrics.tags.find("length"); tag != lyrics.tags.end()) {
     song.length = parseTime(tag->second);
   }

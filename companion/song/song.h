@@ -44,6 +44,7 @@ struct Song {
   // beside them.
   std::size_t lostLines = 0;
   std::size_t lostTranslations = 0;
+  bool instrumental = false;     // there is nothing to sing, as its file says
   std::optional<double> length;  // seconds, where the file's tag "length" says so
 
   // How many lines the user's files translate.
@@ -51,7 +52,7 @@ struct Song {
   // When the last line begins, in seconds; 0 for untimed songs.
   double lastTime() const;
   // No line of its lyrics was lost in reading, every line that has letters has a translation, and
-  // there is such a line.
+  // there is such a line, or the song is an instrumental.
   bool complete() const;
   // The line that is sung at `position` seconds; nothing before the first, and in untimed songs.
   std::optional<std::size_t> lineAt(double position) const;

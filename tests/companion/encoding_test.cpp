@@ -60,6 +60,19 @@ TEST(Encoding, WesternEuropeanIsDetected) {
   EXPECT_NE(decoded->text.find("écrire"), std::string::npos);
 }
 
+// A line of GB 18030 alone, which ICU takes for UTF-16 first.
+TEST(Encoding, AShortTextWithoutABlankByteIsNotTakenForWideCharacters) {
+  for (const char* const bytes : {"\xB5\xAB\xD4\xB8\xC8\xCB\xB3\xA4\xBE\xC3", "d\xE9j\xE0",
+                                  "\x82\xB3\x82\xAD\x82\xE7\n\x82\xB3\x82\xAD\x82\xE7"}) {
+    const auto decoded = decodeText(bytes);
+    ASSERT_TRUE(decoded) << bytes;
+    EXPECT_FALSE(decoded->encoding.starts_with("UTF-16")) << decoded->encoding;
+  }
+  const auto wide = decodeText("a\0b\0\n\0\xE9\0c\0d\0 \0e\0"sv);
+  ASSERT_TRUE(wide);
+  EXPECT_EQ(wide->encoding, "UTF-16LE");
+}
+
 TEST(Encoding, WhatIsNoTextIsRefused) {
   EXPECT_FALSE(decodeText("\0\0\0\0"sv));
   EXPECT_FALSE(decodeText("a\0b"sv));
