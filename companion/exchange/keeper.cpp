@@ -31,6 +31,7 @@ Keeper::Step Keeper::step(double now, const std::optional<NowPlayingTrack>& publ
   track_ = usable;
   if (another) {
     playing_.reset();
+    wanted_.reset();
     if (elsewhere_) elsewhere_->want(std::nullopt);
     library_.beginLook();
     files_.hasten();
@@ -116,7 +117,8 @@ bool Keeper::takeFromElsewhere(double now) {
   if (!track_ || (playing_ && playing_->source.empty())) {
     elsewhere_->want(std::nullopt);
   } else if (!library_.looking()) {
-    elsewhere_->want(WantedSong{track_->title, track_->artist, track_->album, std::nullopt});
+    if (!wanted_) wanted_ = wantedSong();
+    elsewhere_->want(wanted_);
   }
   auto found = elsewhere_->step(now);
   if (!found || !track_) return false;
@@ -127,6 +129,16 @@ bool Keeper::takeFromElsewhere(double now) {
   playing_->lines = playing_->song.overlayLines();
   playing_->source = std::move(found->from);
   return true;
+}
+
+// The track, with what its audio file knows beyond what the player tells.
+WantedSong Keeper::wantedSong() const {
+  WantedSong song{track_->title, track_->artist, track_->album, std::nullopt};
+  if (auto recording = library_.recording(song.title, song.artist, song.album)) {
+    if (song.album.empty()) song.album = std::move(recording->album);
+    song.duration = recording->length;
+  }
+  return song;
 }
 
 OverlaySnapshot Keeper::snapshot(double now) const {

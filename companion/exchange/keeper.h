@@ -91,6 +91,7 @@ class Keeper {
   void lookForSong(bool& changed);
   bool stepAdditions(double now);
   bool takeFromElsewhere(double now);
+  WantedSong wantedSong() const;
   OverlaySnapshot snapshot(double now) const;
 
   Library library_;
@@ -100,6 +101,7 @@ class Keeper {
   std::vector<std::unique_ptr<SongAddition>> additions_;
   bool adding_ = false;  // something was begun that is to be dropped
   std::unique_ptr<LyricsSource> elsewhere_;
+  std::optional<WantedSong> wanted_;  // from it, once the track was looked up
   std::uint64_t version_ = 0;
   Renewal sync_{syncInterval};
   Renewal snapshot_{snapshotInterval};

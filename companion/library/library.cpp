@@ -1,10 +1,12 @@
 #include "companion/library/library.h"
 
 #include <algorithm>
+#include <functional>
 #include <set>
 #include <system_error>
 #include <utility>
 
+#include "companion/lyrics/audio.h"
 #include "companion/lyrics/reading.h"
 #include "companion/song/time_stamp.h"
 
@@ -46,6 +48,26 @@ constexpr int fileWork = 30;
 constexpr int pieceWork = 1000;
 constexpr int idleWork = 400;
 constexpr int roundsForFiles = 8;
+
+constexpr int mostRecordings = 8;
+// A likeness with an artist that both sides name.
+constexpr int artistsKnown = 4;
+
+std::uint32_t hashOf(const std::string& title) {
+  return static_cast<std::uint32_t>(std::hash<std::string>{}(title));
+}
+
+bool mayBeSame(std::string_view album, std::string_view other) {
+  return album.empty() || other.empty() || keysOf(album, {}).title == keysOf(other, {}).title;
+}
+
+// The names of an audio file without lyrics.
+SongNames soundNames(const Folders::Folder& folder, const std::string& name,
+                     std::map<std::string, std::string> tags) {
+  LyricFile file;
+  file.tags = std::move(tags);
+  return namesOf({{}, {}, fs::path(name).stem().string(), folder.names}, file);
+}
 
 }  // namespace
 
@@ -154,7 +176,11 @@ int Library::lookAtAudio() {
   if (audio.version == version) return timeWork;
   ++work_.files;
   audio.version = version;
-  const bool lyrics = !readLyricFile(path, language_).lines.empty();
+  LyricFile file = readLyricFile(path, language_);
+  const bool lyrics = !file.lines.empty();
+  std::string title = file.tags["ti"];
+  if (title.empty()) title = soundNames(*audio.folder, audio.name, {}).title;
+  audio.title = hashOf(keysOf(title, {}).title);
   if (std::exchange(audio.lyrics, lyrics) != lyrics) {
     sounding_ = audio.folder;
     soundingNumber_ = audio.number;
@@ -246,6 +272,25 @@ std::optional<std::size_t> Library::find(std::string_view title, std::string_vie
       best = i;
     }
     if (best) return best;
+  }
+  return std::nullopt;
+}
+
+std::optional<Recording> Library::recording(std::string_view title, std::string_view artist,
+                                            std::string_view album) const {
+  int opened = 0;
+  for (const std::string& spelling : {std::string(title), plainTitle(title)}) {
+    const SongKeys wanted = keysOf(spelling, artist);
+    const std::uint32_t hash = hashOf(wanted.title);
+    for (const Audio& audio : audio_) {
+      if (audio.version == 0 || audio.title != hash) continue;
+      if (opened++ == mostRecordings) return std::nullopt;
+      auto tags = readRecordingTags(audio.folder->path / audio.name);
+      Recording found{tags["al"], parseTime(tags["length"])};
+      const SongNames names = soundNames(*audio.folder, audio.name, std::move(tags));
+      const bool another = likeness(names, wanted) < artistsKnown;
+      if (!another && mayBeSame(found.album, album)) return found;
+    }
   }
   return std::nullopt;
 }

@@ -34,6 +34,12 @@ struct LibrarySong {
   std::string label() const;
 };
 
+// An audio file of a song.
+struct Recording {
+  std::string album;             // may be empty
+  std::optional<double> length;  // seconds, where it is known
+};
+
 // The songs of a folder. Holds their names, and reads a song's lines when they are wanted. What the
 // folder holds is looked at piece by piece, so that nobody waits for a large one. One thread.
 class Library {
@@ -72,6 +78,11 @@ class Library {
   // The song of that title and artist; nothing where there is none.
   std::optional<std::size_t> find(std::string_view title, std::string_view artist) const;
 
+  // An audio file without lyrics that is of that title and artist, and of no other album. Opens the
+  // files of that title, eight at most.
+  std::optional<Recording> recording(std::string_view title, std::string_view artist,
+                                     std::string_view album) const;
+
   // Reads the song's files.
   Song load(const LibrarySong& song) const;
 
@@ -88,6 +99,7 @@ class Library {
     std::string name;
     std::uint64_t version = 0;  // when it was read; 0 where it was not
     bool lyrics = false;        // there are some in it
+    std::uint32_t title = 0;    // a hash of its title's comparison key
   };
 
   // As far as `work` goes; each folder and file that is looked at, and more so each that is read,

@@ -1,10 +1,12 @@
 #include "companion/lyrics/audio.h"
 
 #include <algorithm>
+#include <fstream>
 #include <istream>
 #include <iterator>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "companion/lyrics/language_lookup.h"
@@ -115,6 +117,16 @@ LyricFile readAudio(const std::filesystem::path& name, std::istream& bytes,
   file.problems.insert(file.problems.end(), std::make_move_iterator(told.begin()),
                        std::make_move_iterator(told.end()));
   return file;
+}
+
+std::map<std::string, std::string> readRecordingTags(const std::filesystem::path& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return {};
+  std::ifstream bytes(path, std::ios::binary);
+  Problems problems(path.string());
+  return readTags(path.string(), lowerCase(path.extension().string()), bytes, problems,
+                  AudioParts::tagsAndLength)
+      .tags;
 }
 
 }  // namespace vellora::companion

@@ -3,6 +3,8 @@
 #include <array>
 #include <filesystem>
 #include <iosfwd>
+#include <map>
+#include <string>
 #include <string_view>
 
 #include "companion/song/lyric_file.h"
@@ -26,5 +28,10 @@ bool isAudio(const std::filesystem::path& path);
 // nothing is taken, which is told. Never fails otherwise. Any thread.
 LyricFile readAudio(const std::filesystem::path& name, std::istream& bytes,
                     std::string_view wantedLanguage);
+
+// Opens the file and reads the same tags of it. Where they say no length, it is that of the sound,
+// as far as FLAC, Ogg, Opus and MP4 tell it without decoding; what is read for that is bounded
+// likewise. Empty where there is nothing. Any thread.
+std::map<std::string, std::string> readRecordingTags(const std::filesystem::path& path);
 
 }  // namespace vellora::companion

@@ -86,19 +86,22 @@ class Frames final : public TagLib::ID3v2::FrameFactory {
 
 // TagLib 2 has its arguments in another order than 1.
 template <typename File>
-std::unique_ptr<File> opened(TagLib::IOStream& stream, Frames& frames) {
+std::unique_ptr<File> opened(TagLib::IOStream& stream, Frames& frames, bool measured) {
   using Factory = TagLib::ID3v2::FrameFactory;
   if constexpr (std::is_constructible_v<File, TagLib::IOStream*, Factory*, bool>) {
-    return std::make_unique<File>(&stream, &frames, false);
+    return std::make_unique<File>(&stream, &frames, measured);
   } else {
-    return std::make_unique<File>(&stream, false, TagLib::AudioProperties::Average, &frames);
+    return std::make_unique<File>(&stream, measured, TagLib::AudioProperties::Average, &frames);
   }
 }
 
 class Reader {
  public:
-  Reader(const std::string& name, std::istream& bytes, Problems& problems)
-      : name_(name), bytes_(bytes), problems_(problems) {
+  Reader(const std::string& name, std::istream& bytes, Problems& problems, AudioParts parts)
+      : name_(name),
+        bytes_(bytes),
+        problems_(problems),
+        measured_(parts == AudioParts::tagsAndLength) {
     bytes_.clear();
     bytes_.seekg(0, std::ios::end);
     size_ = static_cast<long>(bytes_.tellg());
@@ -151,7 +154,7 @@ class Reader {
     if (!end) return tooLarge("the tag is");
     BoundedStream stream(bytes_, name_, std::min(*end, size_), bounds);
     Frames frames;
-    const auto file = opened<TagLib::MPEG::File>(stream, frames);
+    const auto file = opened<TagLib::MPEG::File>(stream, frames, false);
     if (file->isValid() && file->hasID3v2Tag()) readId3(*file->ID3v2Tag());
   }
 
@@ -179,6 +182,11 @@ class Reader {
     const bool number = !milliseconds.empty() && milliseconds.size() <= mostDigits &&
                         milliseconds.find_first_not_of("0123456789") == std::string::npos;
     if (number) tags_.tags.emplace("length", std::to_string(std::stol(milliseconds) / 1000));
+  }
+
+  void setLength(const TagLib::AudioProperties* sound) {
+    if (sound == nullptr || sound->lengthInMilliseconds() <= 0) return;
+    tags_.tags.emplace("length", std::to_string((sound->lengthInMilliseconds() + 500) / 1000));
   }
 
   void addTimed(const TagLib::ID3v2::SynchronizedLyricsFrame& frame) {
@@ -228,8 +236,9 @@ class Reader {
     if (!flacCommentsAreSmall(bytes_)) return tooLarge("the comments are");
     BoundedStream stream(bytes_, name_, size_, bounds);
     Frames frames;
-    const auto file = opened<TagLib::FLAC::File>(stream, frames);
+    const auto file = opened<TagLib::FLAC::File>(stream, frames, measured_);
     if (file->isValid() && file->hasXiphComment()) readComments(file->xiphComment());
+    setLength(file->audioProperties());
   }
 
   void readOgg() {
@@ -240,9 +249,10 @@ class Reader {
   template <typename File>
   bool readOggAs() {
     BoundedStream stream(bytes_, name_, size_, oggBounds);
-    const File file(&stream, false);
+    const File file(&stream, measured_);
     if (!file.isValid() || file.tag() == nullptr) return false;
     readComments(file.tag());
+    setLength(file.audioProperties());
     return true;
   }
 
@@ -257,9 +267,10 @@ class Reader {
 
   void readMp4() {
     BoundedStream stream(bytes_, name_, size_, nestedBounds);
-    const TagLib::MP4::File file(&stream, false);
+    const TagLib::MP4::File file(&stream, measured_);
     if (!file.isValid() || file.tag() == nullptr) return;
     setNames(*file.tag());
+    setLength(file.audioProperties());
     const TagLib::MP4::Item lyrics = file.tag()->item("\251lyr");
     if (!lyrics.isValid()) return;
     for (const TagLib::String& text : lyrics.toStringList()) add(text, {}, false);
@@ -268,6 +279,7 @@ class Reader {
   const std::string& name_;
   std::istream& bytes_;
   Problems& problems_;
+  bool measured_ = false;
   long size_ = 0;
   AudioTags tags_;
 };
@@ -275,8 +287,8 @@ class Reader {
 }  // namespace
 
 AudioTags readTags(const std::string& name, const std::string& ending, std::istream& bytes,
-                   Problems& problems) {
-  return Reader(name, bytes, problems).read(ending);
+                   Problems& problems, AudioParts parts) {
+  return Reader(name, bytes, problems, parts).read(ending);
 }
 
 }  // namespace vellora::companion

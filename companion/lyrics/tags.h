@@ -24,8 +24,11 @@ struct AudioTags {
   std::vector<TagLyrics> lyrics;            // each with a line at least, in the file's order
 };
 
-// Reads the tags of a file with this ending, one of `audioEndings` in lower case. See readAudio.
+enum class AudioParts { tags, tagsAndLength };
+
+// Reads the tags of a file with this ending, one of `audioEndings` in lower case, and, if wanted,
+// the length of its sound where the tags say none. See readAudio and readRecordingTags.
 AudioTags readTags(const std::string& name, const std::string& ending, std::istream& bytes,
-                   Problems& problems);
+                   Problems& problems, AudioParts parts = AudioParts::tags);
 
 }  // namespace vellora::companion

@@ -54,44 +54,57 @@ inline std::string mp3(const std::function<void(TagLib::ID3v2::Tag&)>& write) {
 
 using Comments = std::function<void(TagLib::Ogg::XiphComment&)>;
 
-inline std::string flac(const Comments& write) {
-  const std::string information = "\x80\x00\x00\x22\x10\x00\x10\x00"s + std::string(30, '\0');
+inline std::string bigEndian(unsigned value) {
+  const std::string bytes = littleEndian(value);
+  return {bytes.rbegin(), bytes.rend()};
+}
+
+// `seconds`: as long as its header says that it sounds, less than a minute and a half.
+inline std::string flac(const Comments& write, unsigned seconds = 0) {
+  constexpr unsigned rate = 44'100;
+  const std::string information = "\x80\x00\x00\x22\x10\x00\x10\x00"s + std::string(6, '\0') +
+                                  bigEndian(rate << 12U) + bigEndian(rate * seconds) +
+                                  std::string(16, '\0');
   return tagged<TagLib::FLAC::File>(
       "fLaC" + information, [&](TagLib::FLAC::File& file) { write(*file.xiphComment(true)); });
 }
 
-// A page with one packet of less than 255 bytes.
-inline std::string oggPage(int flags, int number, const std::string& packet) {
-  return "OggS\0"s + static_cast<char>(flags) + std::string(8, '\0') + littleEndian(1) +
-         littleEndian(static_cast<unsigned>(number)) + littleEndian(0) + "\x01"s +
+// A page with one packet of less than 255 bytes; `end`: the samples up to its end.
+inline std::string oggPage(int flags, int number, const std::string& packet, unsigned end = 0) {
+  return "OggS\0"s + static_cast<char>(flags) + littleEndian(end) + littleEndian(0) +
+         littleEndian(1) + littleEndian(static_cast<unsigned>(number)) + littleEndian(0) + "\x01"s +
          static_cast<char>(packet.size()) + packet;
 }
-inline std::string ogg(const Comments& write) {
+inline std::string ogg(const Comments& write, unsigned seconds = 0) {
   const std::string file =
       oggPage(2, 0,
               "\x01vorbis"s + littleEndian(0) + "\x02"s + littleEndian(44100) + littleEndian(0) +
                   littleEndian(0) + littleEndian(0) + "\xB8\x01"s) +
       oggPage(0, 1, "\x03vorbis"s + littleEndian(0) + littleEndian(0) + "\x01"s) +
-      oggPage(4, 2, "\x05vorbis"s + std::string(20, '\0'));
+      oggPage(4, 2, "\x05vorbis"s + std::string(20, '\0'), seconds * 44'100);
   return tagged<TagLib::Vorbis::File>(file,
                                       [&](TagLib::Vorbis::File& typed) { write(*typed.tag()); });
 }
-inline std::string opus(const Comments& write) {
+inline std::string opus(const Comments& write, unsigned seconds = 0) {
   const std::string file =
       oggPage(2, 0, "OpusHead\x01\x02\x38\x01"s + littleEndian(48000) + "\0\0\0"s) +
-      oggPage(0, 1, "OpusTags"s + littleEndian(0) + littleEndian(0)) + oggPage(4, 2, "\xFC"s);
+      oggPage(0, 1, "OpusTags"s + littleEndian(0) + littleEndian(0)) +
+      oggPage(4, 2, "\xFC"s, 312 + seconds * 48'000);
   return tagged<TagLib::Ogg::Opus::File>(
       file, [&](TagLib::Ogg::Opus::File& typed) { write(*typed.tag()); });
 }
 
 // An atom of MP4.
 inline std::string atom(const std::string& name, const std::string& content) {
-  std::string size = littleEndian(static_cast<unsigned>(content.size() + 8));
-  return std::string(size.rbegin(), size.rend()) + name + content;
+  return bigEndian(static_cast<unsigned>(content.size() + 8)) + name + content;
 }
-inline std::string m4a(const std::function<void(TagLib::MP4::Tag&)>& write) {
-  const std::string file =
-      atom("ftyp", "M4A \0\0\0\0"s) + atom("moov", atom("mvhd", std::string(100, '\0')));
+inline std::string m4a(const std::function<void(TagLib::MP4::Tag&)>& write, unsigned seconds = 0) {
+  const std::string none(100, '\0');
+  const std::string media =
+      atom("hdlr", none.substr(0, 8) + "soun" + none.substr(0, 12)) +
+      atom("mdhd", none.substr(0, 12) + bigEndian(1000) + bigEndian(seconds * 1000) + "\0\0\0\0"s);
+  const std::string file = atom("ftyp", "M4A \0\0\0\0"s) +
+                           atom("moov", atom("mvhd", none) + atom("trak", atom("mdia", media)));
   return tagged<TagLib::MP4::File>(file, [&](TagLib::MP4::File& typed) { write(*typed.tag()); });
 }
 

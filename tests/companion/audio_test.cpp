@@ -1,5 +1,6 @@
 #include "companion/lyrics/audio.h"
 
+#include <cmath>
 #include <fstream>
 #include <random>
 
@@ -36,6 +37,30 @@ TEST(AudioTags, NamesAndLengthAreRead) {
   EXPECT_EQ(file.tags, expected);
   EXPECT_TRUE(file.lines.empty());
   EXPECT_TRUE(file.problems.empty()) << textOf(file.problems);
+}
+
+class Recordings : public SongFolder {
+ protected:
+  std::string lengthOf(const std::string& name, const std::string& bytes) const {
+    put(name, bytes);
+    return readRecordingTags(folder / name)["length"];
+  }
+};
+
+TEST_F(Recordings, AreAsLongAsTheySoundWhereTheTagsSayNothing) {
+  const auto none = [](const auto&) {};
+  EXPECT_EQ(lengthOf("a.flac", flac(none, 61)), "61");
+  EXPECT_EQ(lengthOf("a.ogg", ogg(none, 62)), "62");
+  EXPECT_EQ(lengthOf("a.opus", opus(none, 63)), "63");
+  EXPECT_EQ(lengthOf("a.m4a", m4a(none, 64)), "64");
+  EXPECT_EQ(lengthOf("b.flac", flac(none)), "") << "not known";
+  EXPECT_TRUE(readLyrics("a.flac", flac(none, 61), "").tags.empty()) << "only where it is wanted";
+}
+
+TEST_F(Recordings, ThatAreNoFilesHaveNoTags) {
+  std::filesystem::create_directory(folder / "a.flac");
+  EXPECT_TRUE(readRecordingTags(folder / "a.flac").empty());
+  EXPECT_TRUE(readRecordingTags(folder / "b.flac").empty());
 }
 
 TEST(AudioTags, LyricsOfEachFormatAreRead) {
@@ -287,6 +312,52 @@ TEST_F(AudioFiles, AreNotReadAgainWithoutAChange) {
   const std::size_t files = library->work().files;
   library->refresh();
   EXPECT_EQ(library->work().files, files);
+}
+
+TEST_F(AudioFiles, WithoutLyricsTellAlbumAndLength) {
+  const auto song = [](const char* title, const char* artist, const char* album) {
+    return [=](TagLib::Ogg::XiphComment& to) {
+      to.setTitle(title);
+      to.setArtist(artist);
+      to.setAlbum(album);
+    };
+  };
+  put("a.flac", flac(song("Night Drive", "River Band", "Roads"), 61));
+  put("b.flac", flac(song("Night Drive", "River Band", "Live"), 62));
+  put("c.flac", flac(song("Night Drive", "Another", "Roads"), 63));
+  put("d.flac", flac(song("Other", "River Band", "Roads"), 64));
+  put("River Band - Untagged.flac", flac([](const auto&) {}, 65));
+  put("e.flac", flac(song("Sung", "River Band", "Roads"), 66));
+  put("e.lrc", "[00:01.00]a");
+  EXPECT_EQ(songs(), "e.lrc: Sung by River Band");
+  const auto told = [&](const char* title, const char* artist, const char* album) {
+    const auto found = library->recording(title, artist, album);
+    return found ? found->album + " " + std::to_string(std::lround(found->length.value_or(0)))
+                 : "none";
+  };
+  EXPECT_EQ(told("NIGHT DRIVE", "River Band", ""), "Roads 61");
+  EXPECT_EQ(told("Night Drive - Remastered 2011", "river band", "live"), "Live 62");
+  EXPECT_EQ(told("Night Drive", "Another", ""), "Roads 63");
+  EXPECT_EQ(told("Night Drive", "Another", "Live"), "none") << "of another album";
+  EXPECT_EQ(told("Night Drive", "Nobody", ""), "none");
+  EXPECT_EQ(told("Night Drive", "", ""), "none") << "whoever that is";
+  EXPECT_EQ(told("Untagged", "River Band", "Roads"), " 65");
+  std::filesystem::remove(folder / "c.flac");
+  library->refresh();
+  EXPECT_EQ(told("Night Drive", "Another", ""), "none");
+}
+
+TEST_F(AudioFiles, OfOneTitleAreOpenedUpToABound) {
+  const auto by = [](const std::string& artist) {
+    return flac([=](TagLib::Ogg::XiphComment& to) {
+      to.setTitle("Intro");
+      to.setArtist(artist);
+    });
+  };
+  for (int i = 10; i < 20; ++i) put(std::to_string(i) + ".flac", by(std::to_string(i)));
+  songs();
+  EXPECT_TRUE(library->recording("Intro", "17", ""));
+  EXPECT_FALSE(library->recording("Intro", "18", "")) << "the ninth";
 }
 
 TEST_F(AudioFiles, ThatAreNoneAreToldOfLikeOthers) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/files.h"
+#include "companion/audio_files.h"
 #include "companion/exchange/folder.h"
 #include "companion/song/lrc.h"
 #include "companion/song_folder.h"
@@ -206,6 +207,23 @@ TEST_F(AskingElsewhere, ASongThatTheFolderLacksIsAskedForAndShownAtOnceWhenItCom
   EXPECT_EQ(step.snapshot->lines, (std::vector<OverlayLine>{{"c", ""}, {"d", ""}}));
   EXPECT_EQ(keeper->playing()->source, "lrclib.net");
   EXPECT_EQ(keeper->playing()->from.label(), "Other — River Band");
+}
+
+TEST_F(AskingElsewhere, TheAudioFileTellsWhatThePlayerDoesNot) {
+  put("a.flac", flac(
+                    [](TagLib::Ogg::XiphComment& to) {
+                      to.setTitle("Other");
+                      to.setArtist("River Band");
+                      to.setAlbum("Roads");
+                    },
+                    61));
+  const NowPlayingTrack other{begin, "Other", "River Band", "", 5, true};
+  keeper->step(begin, other);
+  ASSERT_FALSE(keeper->busy());
+  EXPECT_EQ(box.wanted, (WantedSong{"Other", "River Band", "Roads", 61}));
+  std::filesystem::remove(folder / "a.flac");
+  keeper->step(begin + 0.1, other);
+  EXPECT_EQ(box.changes, 1) << "it is opened once for a track";
 }
 
 TEST_F(AskingElsewhere, WhatHasComeStaysWhileTheFolderIsLookedAt) {
