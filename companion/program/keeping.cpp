@@ -9,11 +9,14 @@
 
 #include "companion/exchange/folder.h"
 #include "companion/exchange/folder_lock.h"
+#include "companion/exchange/renewal.h"
+#include "companion/library/lyric_shift.h"
 #include "companion/program/additions.h"
 #include "companion/program/interruption.h"
 #include "companion/program/online.h"
 #include "companion/program/overlay_start.h"
 #include "companion/program/remote.h"
+#include "companion/settings/user_folders.h"
 #include "companion/view/plain_view.h"
 #include "companion/view/terminal_view.h"
 #include "platform/system_clock.h"
@@ -25,12 +28,14 @@ constexpr double stepInterval = 0.1;  // seconds
 constexpr double seekStep = 5;        // seconds
 constexpr double offsetStep = 2;      // points
 constexpr double fontStep = 1;        // points
+constexpr int shiftStep = 100;        // milliseconds
+constexpr double keepInterval = 2;    // seconds, between two writings of what a held key changes
 
 // The keeper with the exchange folder's files and the clock around it.
 class Keeping {
  public:
-  Keeping(Keeper keeper, ExchangeFolder folder)
-      : keeper_(std::move(keeper)), folder_(std::move(folder)) {}
+  Keeping(Keeper keeper, ExchangeFolder folder, LyricShift shift)
+      : keeper_(std::move(keeper)), folder_(std::move(folder)), shift_(std::move(shift)) {}
 
   // After the first step, so that the overlay finds a request and stays.
   void startOverlay(const Options& options) {
@@ -49,6 +54,7 @@ class Keeping {
       unwritable_ = !written;
     }
     if (overlay_) overlay_->step(now);
+    followShift(now);
     return state(now);
   }
 
@@ -92,6 +98,13 @@ class Keeping {
         break;
       case Wish::toggle:
         settings.shown = !settings.shown;
+        break;
+      case Wish::lyricsEarlier:
+        shiftLyrics(-shiftStep);
+        return true;
+      case Wish::lyricsLater:
+        shiftLyrics(shiftStep);
+        return true;
     }
     keeper_.setSettings(settings);
     return true;
@@ -103,16 +116,34 @@ class Keeping {
     off.updatedAt = clock_.now();
     folder_.write(off);
     folder_.withdrawRequest();
+    shift_.keep();
     if (overlay_) overlay_->end();
   }
 
  private:
+  void shiftLyrics(int milliseconds) {
+    const PlayingSong* song = keeper_.playing();
+    // Lyrics without times have no line that is sung.
+    if (song != nullptr && !song->song.lines.empty() && song->song.lines.front().time) {
+      shift_.change(milliseconds);
+    }
+  }
+
+  void followShift(double now) {
+    const auto& track = keeper_.track();
+    shift_.play(track ? track->title : "", track ? track->artist : "");
+    if (shift_.changed() && keep_.due(now)) unkept_ = !shift_.keep();
+  }
+
   ViewState state(double now) {
     ViewState state;
     state.track = keeper_.track();
     if (state.track) state.position = state.track->playbackTime(now).value_or(0);
     state.song = keeper_.playing();
-    if (state.song != nullptr) state.line = state.song->song.lineAt(state.position);
+    if (state.song != nullptr) {
+      state.shift = shift_.milliseconds();
+      state.line = state.song->song.lineAt(state.position - state.shift / 1000.0);
+    }
     if (const auto status = folder_.status()) state.overlay = status->message;
     if (keeper_.elsewhere() != nullptr) state.elsewhere = keeper_.elsewhere()->report();
     state.settings = keeper_.settings();
@@ -125,6 +156,7 @@ class Keeping {
 
   std::string notice() const {
     if (unwritable_) return folder_.path().string() + " cannot be written";
+    if (unkept_) return "the shift of the lyrics cannot be kept: no file can be written for it";
     if (!remote_.report().empty()) return remote_.report();
     if (std::string added = keeper_.notice(); !added.empty()) return added;
     if (overlay_ && !overlay_->report().empty()) return overlay_->report();
@@ -137,6 +169,9 @@ class Keeping {
   SystemClock clock_;
   Keeper keeper_;
   ExchangeFolder folder_;
+  LyricShift shift_;
+  Renewal keep_{keepInterval};
+  bool unkept_ = false;  // since the last try
   Remote remote_;
   std::optional<OverlayStart> overlay_;
   bool unwritable_ = false;
@@ -181,7 +216,9 @@ int keep(const Options& options) {
   Keeper keeper(Library(options.folder, options.language), options.captions);
   addToLines(keeper, options);
   keeper.askElsewhere(lyricsFromElsewhere(options));
-  Keeping keeping(std::move(keeper), folder);
+  const auto state = stateFolder(processEnvironment);
+  Keeping keeping(std::move(keeper), folder,
+                  LyricShift(state ? *state / "vellora" / "lyric-shifts" : ""));
   std::unique_ptr<View> view;
   if (!options.plain) view = makeTerminalView();
   if (!view) view = std::make_unique<PlainView>(std::cout);

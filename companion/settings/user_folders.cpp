@@ -30,14 +30,23 @@ std::optional<std::string> musicValue(std::string_view line) {
   return value;
 }
 
+// What is no whole path is to be ignored, as the specification has it.
+std::optional<fs::path> folderNamed(const char* variable, const char* inTheHome,
+                                    const Environment& environment) {
+  const auto folder = environment(variable);
+  if (folder && folder->starts_with('/')) return *folder;
+  const auto home = environment("HOME");
+  return home ? std::optional(fs::path(*home) / inTheHome) : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<fs::path> configFolder(const Environment& environment) {
-  // What is no whole path is to be ignored, as the specification has it.
-  const auto folder = environment("XDG_CONFIG_HOME");
-  if (folder && folder->starts_with('/')) return *folder;
-  const auto home = environment("HOME");
-  return home ? std::optional(fs::path(*home) / ".config") : std::nullopt;
+  return folderNamed("XDG_CONFIG_HOME", ".config", environment);
+}
+
+std::optional<fs::path> stateFolder(const Environment& environment) {
+  return folderNamed("XDG_STATE_HOME", ".local/state", environment);
 }
 
 std::optional<fs::path> musicFolder(const Environment& environment) {

@@ -11,6 +11,11 @@ namespace vellora::companion {
 // Directory Specification; on macOS too). Nothing where no home is known. Any thread.
 std::optional<std::filesystem::path> configFolder(const Environment& environment);
 
+// Where programs keep what is to last from one start to the next: $XDG_STATE_HOME, else
+// ~/.local/state (the same specification; on macOS too). Nothing where no home is known. Any
+// thread.
+std::optional<std::filesystem::path> stateFolder(const Environment& environment);
+
 // The user's folder of music: XDG_MUSIC_DIR in the file user-dirs.dirs (xdg-user-dirs), else
 // ~/Music. Nothing where that is no folder, or the home folder itself, which the file has for a
 // folder that is not wanted. Any thread.

@@ -1,7 +1,9 @@
 #include "companion/view/plain_view.h"
 
+#include <cstdlib>
 #include <ostream>
 
+#include <fmt/format.h>
 #include <poll.h>
 
 #include "companion/song/text.h"
@@ -21,7 +23,13 @@ std::string songText(const ViewState& state) {
   text.append(": ").append(counted(song.lines.size(), "line")).append(", ");
   text.append(std::to_string(song.translated())).append(" translated");
   if (!state.song->source.empty()) text.append(", from ").append(state.song->source);
+  if (state.shift != 0) text.append(", ").append(shiftText(state.shift));
   return cleaned(text);
+}
+
+std::string shiftText(int milliseconds) {
+  return fmt::format("{:g} s {}", std::abs(milliseconds) / 1000.0,
+                     milliseconds > 0 ? "later" : "earlier");
 }
 
 void PlainView::show(const ViewState& state) {

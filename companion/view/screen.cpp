@@ -8,6 +8,7 @@
 
 #include "companion/song/text.h"
 #include "companion/song/time_stamp.h"
+#include "companion/view/plain_view.h"
 #include "companion/view/text_width.h"
 
 namespace vellora::companion {
@@ -15,7 +16,7 @@ namespace {
 
 constexpr int shortestBar = 6;
 constexpr const char* keys =
-    "space pause  n next  p previous  ←→ seek  ↑↓ offset  +- size  c captions  q quit";
+    "space pause  np track  ←→ seek  ↑↓ offset  +- size  [] time  c captions  q quit";
 
 std::string titleOf(const ViewState& state) {
   if (!state.track) return "Nothing plays that the overlay tells of";
@@ -41,9 +42,13 @@ std::vector<ScreenLine> hints(const ViewState& state) {
       {"They may be called “Artist - Title.lrc”, or name it in [ti:…] and [ar:…].", Style::plain}};
 }
 
-std::string settingsOf(const CaptionSettings& settings) {
-  return fmt::format("captions {}  size {:g}  offset {:+g}", settings.shown ? "on" : "off",
-                     settings.fontSize, settings.verticalOffset);
+std::string settingsOf(const ViewState& state) {
+  const CaptionSettings& settings = state.settings;
+  std::string text =
+      fmt::format("captions {}  size {:g}  offset {:+g}", settings.shown ? "on" : "off",
+                  settings.fontSize, settings.verticalOffset);
+  if (state.shift != 0) text.append("  lyrics ").append(shiftText(state.shift));
+  return text;
 }
 
 // The sung line in the middle, and as many about it as there is room for.
@@ -96,7 +101,7 @@ std::vector<ScreenLine> screenOf(const ViewState& state, int columns, int rows) 
       {state.notice, Style::strong},
       {state.overlay.empty() ? std::string("overlay: no status yet") : "overlay: " + state.overlay,
        Style::plain},
-      {settingsOf(state.settings), Style::faint},
+      {settingsOf(state), Style::faint},
       {keys, Style::faint}};
   if (!state.elsewhere.empty()) {
     bottom.insert(bottom.begin() + 1, {state.elsewhere, Style::plain});

@@ -123,6 +123,10 @@ std::optional<Wish> wishOf(int key) {
       return Wish::smaller;
     case 'c':
       return Wish::toggle;
+    case '[':
+      return Wish::lyricsEarlier;
+    case ']':
+      return Wish::lyricsLater;
     default:
       return std::nullopt;
   }

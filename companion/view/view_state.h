@@ -17,6 +17,7 @@ struct ViewState {
   double position = 0;                   // of the track, in seconds, as of this moment
   const PlayingSong* song = nullptr;     // null where there are no lyrics of it
   std::optional<std::size_t> line;       // the sung line of `song`
+  int shift = 0;                         // milliseconds that `song` comes later than its times say
   std::string overlay;                   // the overlay's status line; empty where there is none
   CaptionSettings settings;
   std::filesystem::path snapshot;
@@ -38,7 +39,9 @@ enum class Wish {
   captionsDown,
   larger,
   smaller,
-  toggle
+  toggle,
+  lyricsEarlier,
+  lyricsLater
 };
 
 // How the companion shows itself. Main thread.

@@ -142,12 +142,31 @@ TEST(Screen, TheBarGrowsWithThePosition) {
   EXPECT_EQ(positionBar(shown.state, 40), "");
 }
 
+TEST(Screen, NamesEveryKeyInEightyColumns) {
+  // The last column stays free.
+  const auto lines = screenOf(Shown(3).state, 79, 24);
+  EXPECT_TRUE(lines.back().text.ends_with("  q quit")) << lines.back().text;
+}
+
+TEST(Screen, SaysByHowMuchTheLyricsAreShifted) {
+  Shown shown(3);
+  const auto settings = [&] { return screenOf(shown.state, 80, 14)[12].text; };
+  EXPECT_EQ(settings(), "captions on  size 26  offset +0");
+  shown.state.shift = 500;
+  EXPECT_EQ(settings(), "captions on  size 26  offset +0  lyrics 0.5 s later");
+  shown.state.shift = -12'100;
+  EXPECT_EQ(settings(), "captions on  size 26  offset +0  lyrics 12.1 s earlier");
+  EXPECT_EQ(songText(shown.state), "T — A: 3 lines, 0 translated, 12.1 s earlier");
+}
+
 TEST(Screen, KeysMeanWhatTheirLineSays) {
   EXPECT_EQ(wishOf(' '), Wish::playPause);
   EXPECT_EQ(wishOf('n'), Wish::next);
   EXPECT_EQ(wishOf('p'), Wish::previous);
   EXPECT_EQ(wishOf('q'), Wish::quit);
   EXPECT_EQ(wishOf('c'), Wish::toggle);
+  EXPECT_EQ(wishOf('['), Wish::lyricsEarlier);
+  EXPECT_EQ(wishOf(']'), Wish::lyricsLater);
   EXPECT_EQ(wishOf('x'), std::nullopt);
 }
 

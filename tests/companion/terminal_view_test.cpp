@@ -31,6 +31,10 @@ class TerminalView : public SongFolder {
     put("songs/River Band - Night Drive.de.lrc", "[00:00.00]Erste\n[00:10.00]Straße bei Nacht\n");
     publish({0, "Night Drive", "River Band", "Album", 12, false});
   }
+  void TearDown() override {
+    terminal.reset();  // it writes into the folder as long as it runs
+    SongFolder::TearDown();
+  }
   void start(int rows = 24, int columns = 90) {
     terminal = std::make_unique<Terminal>(
         std::vector<std::string>{"/usr/bin/env", "XDG_CONFIG_HOME=" + folder.string(),

@@ -1,5 +1,8 @@
 #include "companion/settings/user_folders.h"
 
+#include <map>
+#include <string>
+
 #include "companion/song_folder.h"
 
 namespace vellora::companion {
@@ -37,6 +40,21 @@ TEST_F(UserFolders, OneThatIsNotThereIsNone) {
   EXPECT_EQ(music("XDG_MUSIC_DIR=\"$HOME/gone\"\n"), "(none)");
   EXPECT_EQ(music("XDG_MUSIC_DIR=\"$HOME/\"\n"), "(none)") << "the user wants none";
   EXPECT_EQ(musicFolder([](const char*) { return std::nullopt; }), std::nullopt);
+}
+
+TEST(StateFolders, AreWhereTheUserHasThem) {
+  std::map<std::string, std::string> variables;
+  const Environment environment = [&](const char* name) {
+    const auto found = variables.find(name);
+    return found == variables.end() ? std::nullopt : std::optional(found->second);
+  };
+  EXPECT_EQ(stateFolder(environment), std::nullopt);
+  variables["HOME"] = "/h";
+  EXPECT_EQ(stateFolder(environment), "/h/.local/state");
+  variables["XDG_STATE_HOME"] = "s";
+  EXPECT_EQ(stateFolder(environment), "/h/.local/state") << "no whole path";
+  variables["XDG_STATE_HOME"] = "/s";
+  EXPECT_EQ(stateFolder(environment), "/s");
 }
 
 }  // namespace
