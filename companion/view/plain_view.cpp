@@ -1,13 +1,12 @@
 #include "companion/view/plain_view.h"
 
-#include <cstdlib>
 #include <ostream>
 
-#include <fmt/format.h>
 #include <poll.h>
 
 #include "companion/song/text.h"
 #include "companion/song/time_stamp.h"
+#include "companion/view/screen.h"
 
 namespace vellora::companion {
 
@@ -25,11 +24,6 @@ std::string songText(const ViewState& state) {
   if (!state.song->source.empty()) text.append(", from ").append(state.song->source);
   if (state.shift != 0) text.append(", ").append(shiftText(state.shift));
   return cleaned(text);
-}
-
-std::string shiftText(int milliseconds) {
-  return fmt::format("{:g} s {}", std::abs(milliseconds) / 1000.0,
-                     milliseconds > 0 ? "later" : "earlier");
 }
 
 void PlainView::show(const ViewState& state) {

@@ -32,7 +32,4 @@ class PlainView : public View {
 // "Title — Artist: 12 lines, 11 translated", or why there is none.
 std::string songText(const ViewState& state);
 
-// "0.5 s later", "1.2 s earlier".
-std::string shiftText(int milliseconds);
-
 }  // namespace vellora::companion

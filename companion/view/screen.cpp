@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdlib>
 
 #include <fmt/format.h>
 
 #include "companion/song/text.h"
 #include "companion/song/time_stamp.h"
-#include "companion/view/plain_view.h"
 #include "companion/view/text_width.h"
 
 namespace vellora::companion {
@@ -91,6 +91,11 @@ std::string positionBar(const ViewState& state, int columns) {
   begin.append(" ");
   for (int i = 0; i < room; ++i) begin.append(i < full ? "━" : "─");
   return begin.append(total);
+}
+
+std::string shiftText(int milliseconds) {
+  return fmt::format("{:g} s {}", std::abs(milliseconds) / 1000.0,
+                     milliseconds > 0 ? "later" : "earlier");
 }
 
 std::vector<ScreenLine> screenOf(const ViewState& state, int columns, int rows) {

@@ -25,4 +25,7 @@ std::vector<ScreenLine> screenOf(const ViewState& state, int columns, int rows);
 // "▶ 1:23 ━━━━━━────── 4:05" in at most `columns`.
 std::string positionBar(const ViewState& state, int columns);
 
+// "0.5 s later", "1.2 s earlier". Pure.
+std::string shiftText(int milliseconds);
+
 }  // namespace vellora::companion

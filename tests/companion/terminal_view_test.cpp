@@ -38,7 +38,8 @@ class TerminalView : public SongFolder {
   void start(int rows = 24, int columns = 90) {
     terminal = std::make_unique<Terminal>(
         std::vector<std::string>{"/usr/bin/env", "XDG_CONFIG_HOME=" + folder.string(),
-                                 VELLORA_COMPANION, folder / "songs", "--exchange", exchange},
+                                 "XDG_STATE_HOME=" + (folder / "state").string(), VELLORA_COMPANION,
+                                 folder / "songs", "--exchange", exchange},
         rows, columns);
     // An overlay says again what it has said before.
     ASSERT_TRUE(terminal->waitFor(
@@ -120,6 +121,42 @@ TEST_F(TerminalView, KeysChangeTheCaptionsInTheSnapshot) {
   EXPECT_TRUE(waitFor([&] { return terminal->shows(": font-size = 27\n"); }))
       << "how to keep it: " << terminal->screen();
   EXPECT_TRUE(terminal->shows(": offset = -4\n")) << terminal->screen();
+}
+
+TEST_F(TerminalView, KeysShiftTheLyricsAndThatIsKeptForTheSong) {
+  start();
+  ASSERT_TRUE(waitFor([&] { return terminal->shows("› 夜の道"); }));
+  terminal->type(std::string(21, ']'));
+  EXPECT_TRUE(waitFor([&] {
+    return terminal->shows("› First line") && terminal->shows("  lyrics 2.1 s later\n");
+  })) << terminal->screen();
+  EXPECT_EQ(terminal->row(1).substr(0, 9), "⏸ 0:12 ") << "the place in the song is the player's";
+
+  publish({0, "Other", "River Band", "Album", 12, false});
+  ASSERT_TRUE(waitFor([&] { return terminal->row(0) == "Other — River Band"; }));
+  EXPECT_FALSE(terminal->shows("later"));
+  publish({0, "Night Drive", "River Band", "Album", 12, false});
+  EXPECT_TRUE(waitFor([&] {
+    return terminal->shows("› First line") && terminal->shows("  lyrics 2.1 s later\n");
+  })) << terminal->screen();
+
+  terminal->type("[q");
+  ASSERT_TRUE(waitFor([&] { return terminal->exitStatus().has_value(); }));
+  start();
+  EXPECT_TRUE(waitFor([&] {
+    return terminal->shows("› 夜の道") && terminal->shows("  lyrics 2 s later\n");
+  })) << terminal->screen();
+}
+
+TEST_F(TerminalView, SaysWhereAShiftCannotBeKept) {
+  put("state", "a file in the folder's place");
+  start();
+  ASSERT_TRUE(waitFor([&] { return terminal->shows("› 夜の道"); }));
+  terminal->type("]");
+  EXPECT_TRUE(waitFor([&] {
+    return terminal->shows("lyrics 0.1 s later\n") &&
+           terminal->shows("the shift of the lyrics cannot be kept");
+  })) << terminal->screen();
 }
 
 TEST_F(TerminalView, KeysSendCommandsAndTellTheirEffect) {
