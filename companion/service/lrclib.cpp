@@ -7,6 +7,7 @@
 
 #include "companion/library/song_names.h"
 #include "companion/service/server_address.h"
+#include "companion/song/text.h"
 #include "exchange/records/json_value.h"
 
 namespace vellora::companion {
@@ -24,6 +25,9 @@ std::optional<LyricsRecord> recordOf(JsonValue& json) {
   LyricsRecord record;
   if (object == nullptr || !readMember(*object, "trackName", record.title)) return std::nullopt;
   readMember(*object, "artistName", record.artist);
+  for (std::string* name : {&record.title, &record.artist}) {
+    name->resize(cut(*name, longestText).size());
+  }
   double duration = 0;
   if (readMember(*object, "duration", duration) && duration > 0) record.duration = duration;
   readMember(*object, "instrumental", record.instrumental);

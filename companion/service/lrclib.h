@@ -12,7 +12,7 @@
 // answers mean. Any thread.
 namespace vellora::companion {
 
-// One of a service's records.
+// One of a service's records; title and artist are cut after `longestText` bytes.
 struct LyricsRecord {
   std::string title;
   std::string artist;

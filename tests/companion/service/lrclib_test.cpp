@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "companion/service/server_address.h"
+#include "companion/song/text.h"
 
 namespace vellora::companion {
 namespace {
@@ -53,6 +54,17 @@ TEST(Answers, AreReadAsPublished) {
             (LyricsRecord{"Night Drive", "River Band", 233, false,
                           "[00:17.12] The river is black\n[00:20.41] and the road is long\n...",
                           "The river is black\nand the road is long\n..."}));
+}
+
+// Names are compared with the song's, which takes time that grows with them.
+TEST(Answers, LongNamesAreCut) {
+  std::string longName;
+  while (longName.size() < 2 * longestText) longName.append("é – ");
+  const auto read = readRecord(R"({"trackName":")" + longName + R"(","artistName":")" + longName +
+                               R"(","syncedLyrics":"[00:01.00]x"})");
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->title, cut(longName, longestText));
+  EXPECT_EQ(read->artist, cut(longName, longestText));
 }
 
 TEST(Answers, MayLackWhatTheyCan) {
