@@ -47,15 +47,18 @@ Reader::Manner Reader::mannerOf(std::string_view line, bool songHasKana) const {
 std::string Reader::romaji(std::string_view line) {
   if (!japanese_) japanese_ = Japanese::with(dictionary_);
   if (*japanese_) return (*japanese_)->romaji(line);
-  problem_ =
-      "Japanese with kanji gets no readings: MeCab's dictionary IPADIC in UTF-8 is missing "
-      "(on Debian the package mecab-ipadic-utf8)";
-  if (scriptsOf(line).han) return {};
+  if (scriptsOf(line).han) {
+    problem_ =
+        "Japanese with kanji gets no readings: MeCab's dictionary IPADIC in UTF-8 is missing "
+        "(on Debian the package mecab-ipadic-utf8)";
+    return {};
+  }
   return withLatinMarks(romajiOf(withLongVowels(katakanaOf(line))));
 }
 
 std::vector<std::string> Reader::read(const std::vector<std::string>& lines,
                                       const std::function<bool()>& goOn) {
+  problem_.clear();
   Scripts song;
   for (const std::string& line : lines) song |= scriptsOf(line);
   if (song.other) alphabets_.setSong(lines);

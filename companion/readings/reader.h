@@ -39,7 +39,7 @@ class Reader {
   std::vector<std::string> read(const std::vector<std::string>& lines,
                                 const std::function<bool()>& goOn);
 
-  // Why lines that were read so far got none, for people; empty where nothing is missing.
+  // Why lines of the song that was read last got none, for people; empty where nothing is missing.
   const std::string& problem() const { return problem_; }
 
  private:

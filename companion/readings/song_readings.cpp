@@ -31,7 +31,10 @@ void SongReadings::begin(Song& song) {
   take(song);
 }
 
-void SongReadings::drop() { order(std::nullopt); }
+void SongReadings::drop() {
+  order(std::nullopt);
+  notice_.clear();
+}
 
 bool SongReadings::step(double /*now*/, Song& song) { return take(song); }
 
@@ -39,6 +42,7 @@ void SongReadings::order(std::optional<std::vector<std::string>> lines) {
   const std::lock_guard lock(mutex_);
   wanted_ = std::move(lines);
   done_.reset();
+  problem_.clear();
   dropped_ = true;
   changed_.notify_all();
 }

@@ -62,6 +62,16 @@ TEST(Reader, WithoutADictionaryKanaAreReadAndKanjiAreNot) {
   EXPECT_THAT(reader.problem(), HasSubstr("mecab-ipadic-utf8"));
 }
 
+TEST(Reader, WhatOneSongLacksIsNotToldOfTheNext) {
+  Reader reader(ReadingKind::automatic, "/nowhere");
+  reader.read({"桜が咲く"}, always);
+  EXPECT_THAT(reader.problem(), HasSubstr("mecab-ipadic-utf8"));
+  reader.read({"我爱你"}, always);
+  EXPECT_THAT(reader.problem(), IsEmpty());
+  reader.read({"さくら"}, always);
+  EXPECT_THAT(reader.problem(), IsEmpty()) << "kana alone are read without it";
+}
+
 TEST(Reader, NothingIsMissingWhereNoDictionaryIsNeeded) {
   Reader reader(ReadingKind::automatic, "/nowhere");
   EXPECT_THAT(reader.read({"我爱你"}, always), ElementsAre("wǒ ài nǐ"));

@@ -58,6 +58,12 @@ TEST(SongReadings, SayOnceWhatIsMissing) {
   readings.begin(song);
   ASSERT_TRUE(comes(readings, song));
   EXPECT_THAT(readings.notice(), testing::HasSubstr("mecab-ipadic-utf8"));
+  readings.drop();
+  EXPECT_EQ(readings.notice(), "");
+  Song other = songOf({"かな"});
+  readings.begin(other);
+  ASSERT_TRUE(comes(readings, other));
+  EXPECT_EQ(readings.notice(), "");
 }
 
 TEST(CaptionText, HasTheReadingAboveTheTranslationOrAlone) {
