@@ -59,7 +59,7 @@ inline std::string bigEndian(unsigned value) {
   return {bytes.rbegin(), bytes.rend()};
 }
 
-// `seconds`: as long as its header says that it sounds, less than a minute and a half.
+// `seconds`: as long as its header says that it sounds, a day at most.
 inline std::string flac(const Comments& write, unsigned seconds = 0) {
   constexpr unsigned rate = 44'100;
   const std::string information = "\x80\x00\x00\x22\x10\x00\x10\x00"s + std::string(6, '\0') +
