@@ -113,6 +113,19 @@ TEST_F(Program, MakesTheFileOfSettingsOnceAndNeverReplacesIt) {
   EXPECT_EQ(run("--help").status, 0);
 }
 
+// As behind "| head": what it has started and asked for ends with it.
+TEST_F(Program, WithoutAReaderOfItsLinesItEndsInOrder) {
+  put("songs/a.lrc", "");
+  const std::string result =
+      run("--version; mkfifo lines; true < lines & exec 3> lines; wait; "
+          "timeout 60 " VELLORA_COMPANION " songs --plain --exchange x/Vellora >&3; echo $?")
+          .text;
+  EXPECT_TRUE(result.ends_with("\n0\n")) << result;
+  EXPECT_TRUE(std::filesystem::exists(folder / "x/Vellora/snapshot.json"))
+      << "the last one, which is switched off";
+  EXPECT_FALSE(std::filesystem::exists(folder / "x/Vellora/sync.json"));
+}
+
 TEST_F(Program, FoldersThatAreNoneHaveStatusFive) {
   EXPECT_EQ(run("nowhere --exchange x/Vellora").status, 5);
   put("file", "");
