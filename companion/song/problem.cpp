@@ -53,6 +53,11 @@ void Problems::add(Severity severity, int line, std::string message, std::string
   list_.push_back({severity, file_, line, std::move(message), std::move(advice)});
 }
 
+std::vector<Problem> Problems::take() && {
+  std::ranges::stable_sort(list_, {}, &Problem::line);
+  return std::move(list_);
+}
+
 bool anyError(const std::vector<Problem>& problems) {
   return std::ranges::any_of(
       problems, [](const Problem& problem) { return problem.severity == Severity::error; });

@@ -39,7 +39,8 @@ class Problems {
   void warn(int line, std::string message, std::string advice = {});
   void fail(int line, std::string message, std::string advice = {});
 
-  std::vector<Problem> take() && { return std::move(list_); }
+  // In the order of their lines.
+  std::vector<Problem> take() &&;
 
  private:
   void add(Severity severity, int line, std::string message, std::string advice);
