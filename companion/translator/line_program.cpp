@@ -108,10 +108,12 @@ std::vector<char*> environmentWith(std::vector<std::string>& entries) {
 
 std::unique_ptr<LineProgram> LineProgram::start(std::vector<std::string> words,
                                                 const std::vector<std::string>& environment,
-                                                const std::vector<std::string>& lines) {
+                                                const std::vector<std::string>& lines,
+                                                std::error_code& failure) {
   const FilePtr input = fileOf(lines);
   Pipe output;
   Pipe error;
+  failure = {errno, std::generic_category()};
   if (words.empty() || !input || output.reading < 0 || error.reading < 0) return nullptr;
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
@@ -120,10 +122,10 @@ std::unique_ptr<LineProgram> LineProgram::start(std::vector<std::string> words,
   const std::vector<char*> all = environmentWith(entries);
   const Spawning spawning(fileno(input.get()), output.writing, error.writing);
   pid_t id = -1;
-  if (posix_spawnp(&id, arguments[0], &spawning.actions, &spawning.attributes, arguments.data(),
-                   all.data()) != 0) {
-    return nullptr;
-  }
+  const int reason = posix_spawnp(&id, arguments[0], &spawning.actions, &spawning.attributes,
+                                  arguments.data(), all.data());
+  failure = {reason, std::generic_category()};
+  if (failure) return nullptr;
   return std::unique_ptr<LineProgram>(
       new LineProgram(id, std::exchange(output.reading, -1), std::exchange(error.reading, -1)));
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <sys/types.h>
@@ -28,10 +29,11 @@ class LineProgram {
 
   // `words`: the program, looked for in PATH where its name has no slash, and its arguments.
   // `environment`: "NAME=value" for the program, beside this one's own. Null where it cannot be
-  // started.
+  // started, with the reason in `failure`.
   static std::unique_ptr<LineProgram> start(std::vector<std::string> words,
                                             const std::vector<std::string>& environment,
-                                            const std::vector<std::string>& lines);
+                                            const std::vector<std::string>& lines,
+                                            std::error_code& failure);
 
   ~LineProgram();
   LineProgram(const LineProgram&) = delete;

@@ -2,6 +2,7 @@
 
 #include <map>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include <CLI/CLI.hpp>
@@ -79,13 +80,16 @@ void SongTranslations::begin(Song& song) {
     return;
   }
   const std::string& from = translator_.manner.from;
+  std::error_code failure;
   program_ = LineProgram::start(
       words(from),
       {"VELLORA_SOURCE_LANGUAGE=" + from, "VELLORA_TARGET_LANGUAGE=" + translator_.manner.to},
-      lines_);
-  if (!program_) {
-    notice_ = "the translator cannot be started: is " + translator_.words.front() + " installed?";
-  }
+      lines_, failure);
+  if (program_) return;
+  const std::string& name = translator_.words.front();
+  notice_ = "the translator cannot be started: ";
+  notice_ += failure == std::errc::no_such_file_or_directory ? "is " + name + " installed?"
+                                                             : name + ": " + failure.message();
 }
 
 bool SongTranslations::step(double now, Song& song) {

@@ -225,6 +225,17 @@ TEST_F(Translations, OneThatIsMissingIsTold) {
   EXPECT_THAT(translations.notice(), HasSubstr("is no-such-program installed?"));
 }
 
+TEST_F(Translations, WhyOneCannotBeStartedIsTold) {
+  put("script", "#!/bin/sh\ncat\n");
+  for (const std::string& word : {(folder / "script").string(), folder.string()}) {
+    SongTranslations translations({{word}, {"x", {}, "de"}, 60}, TranslationCache({}));
+    Song song = songOf({"a"});
+    translations.begin(song);
+    EXPECT_EQ(translations.notice(),
+              "the translator cannot be started: " + word + ": Permission denied");
+  }
+}
+
 TEST_F(Translations, AreNotMadeTwice) {
   const std::string script = "echo run >> " + (folder / "runs").string() + "; sed 's/^/t:/'";
   for (int i = 0; i < 2; ++i) {
