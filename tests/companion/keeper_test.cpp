@@ -167,7 +167,11 @@ class Elsewhere final : public LyricsSource {
     box_.wanted = song;
     ++box_.changes;
   }
-  std::optional<FoundLyrics> step(double) override { return std::exchange(box_.found, {}); }
+  std::optional<FoundLyrics> step(double) override {
+    auto found = std::move(box_.found);
+    box_.found.reset();
+    return found;
+  }
   std::string report() const override { return {}; }
 
  private:
