@@ -133,8 +133,10 @@ TEST_F(TerminalView, KeysShiftTheLyricsAndThatIsKeptForTheSong) {
   EXPECT_EQ(terminal->row(1).substr(0, 9), "⏸ 0:12 ") << "the place in the song is the player's";
 
   publish({0, "Other", "River Band", "Album", 12, false});
-  ASSERT_TRUE(waitFor([&] { return terminal->row(0) == "Other — River Band"; }));
-  EXPECT_FALSE(terminal->shows("later"));
+  ASSERT_TRUE(waitFor([&] {
+    return terminal->row(0) == "Other — River Band" && !terminal->shows("First line") &&
+           !terminal->shows("later");
+  })) << terminal->screen();
   publish({0, "Night Drive", "River Band", "Album", 12, false});
   EXPECT_TRUE(waitFor([&] {
     return terminal->shows("› First line") && terminal->shows("  lyrics 2.1 s later\n");
