@@ -1,12 +1,15 @@
 #include "companion/service/lrclib.h"
 
+#include <algorithm>
 #include <cmath>
 #include <tuple>
 #include <utility>
 #include <variant>
 
 #include "companion/library/song_names.h"
+#include "companion/lyrics/plain.h"
 #include "companion/service/server_address.h"
+#include "companion/song/lrc.h"
 #include "companion/song/text.h"
 #include "exchange/records/json_value.h"
 
@@ -18,6 +21,19 @@ template <typename Value>
 bool readMember(JsonObject& object, std::string_view name, Value& to) {
   JsonValue* const member = object.find(name);
   return member != nullptr && readJson(*member, to);
+}
+
+bool hasWords(const LyricFile& file) {
+  return std::ranges::any_of(file.lines, [](const FileLine& line) { return !line.text.empty(); });
+}
+
+// Services have records with lyrics that are none, and lines without times for synced ones.
+void settleLyrics(LyricsRecord& record) {
+  const LyricFile synced = readLrc({}, record.synced);
+  if (!hasWords(readPlain({}, record.plain))) record.plain.clear();
+  if (synced.timed() && hasWords(synced)) return;
+  const std::string text = std::exchange(record.synced, {});
+  if (record.plain.empty() && hasWords(synced)) record.plain = text;
 }
 
 std::optional<LyricsRecord> recordOf(JsonValue& json) {
@@ -33,6 +49,7 @@ std::optional<LyricsRecord> recordOf(JsonValue& json) {
   readMember(*object, "instrumental", record.instrumental);
   readMember(*object, "syncedLyrics", record.synced);
   readMember(*object, "plainLyrics", record.plain);
+  settleLyrics(record);
   return record;
 }
 

@@ -18,7 +18,7 @@ struct LyricsRecord {
   std::string artist;
   std::optional<double> duration;  // seconds
   bool instrumental = false;
-  std::string synced;  // LRC; empty where it has none
+  std::string synced;  // LRC with words and times; empty where it has none
   std::string plain;   // text; empty where it has none
 
   bool operator==(const LyricsRecord&) const = default;

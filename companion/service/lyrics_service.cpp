@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "companion/lyrics/plain.h"
 #include "companion/song/lrc.h"
 
 namespace vellora::companion {
@@ -143,7 +144,9 @@ std::optional<FoundLyrics> LyricsService::tell(const KeptLyrics& answer) {
     return std::nullopt;
   }
   outcome_ = "the lyrics come from " + server_.name;
-  return FoundLyrics{readLrc(server_.name, answer.lyrics), server_.name};
+  LyricFile lyrics = readLrc(server_.name, answer.lyrics);
+  if (!lyrics.timed()) lyrics = readPlain(server_.name, answer.lyrics);
+  return FoundLyrics{std::move(lyrics), server_.name};
 }
 
 std::nullopt_t LyricsService::fail(const Fetched& fetched, double now) {

@@ -67,6 +67,19 @@ TEST(Answers, LongNamesAreCut) {
   EXPECT_EQ(read->artist, cut(longName, longestText));
 }
 
+TEST(Answers, AreWorthWhatIsInThem) {
+  const auto read = [](const std::string& synced, const std::string& plain) {
+    const auto record = readRecord(R"({"trackName":"a","syncedLyrics":")" + synced +
+                                   R"(","plainLyrics":")" + plain + R"("})");
+    return record ? record->synced + "|" + record->plain : "none";
+  };
+  EXPECT_EQ(read("[00:01.00]x", "y"), "[00:01.00]x|y");
+  EXPECT_EQ(read("words without times", "y"), "|y");
+  EXPECT_EQ(read("words without times", ""), "|words without times");
+  EXPECT_EQ(read("[00:01.00]\\n[00:02.00] ", "y"), "|y");
+  EXPECT_EQ(read("[au: instrumental]", " \\n"), "|");
+}
+
 TEST(Answers, MayLackWhatTheyCan) {
   EXPECT_EQ(
       readRecord(R"({"trackName":"a","artistName":null,"duration":null,"syncedLyrics":null})"),

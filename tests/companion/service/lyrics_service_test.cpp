@@ -128,6 +128,7 @@ TEST_F(Service, PlainLyricsAreBetterThanNone) {
   ASSERT_TRUE(found);
   EXPECT_FALSE(found->lyrics.timed());
   EXPECT_EQ(found->lyrics.lines.size(), 2U);
+  EXPECT_TRUE(found->lyrics.problems.empty()) << "nobody can mend what a service has";
 }
 
 TEST_F(Service, PlainLyricsServeWhereTheSearchFailsButAreNotKept) {
