@@ -43,8 +43,7 @@ TEST_F(Keeping, TheSnapshotNamesTheSongAsThePlayerDoes) {
 }
 
 TEST_F(Keeping, BothFilesStayFresh) {
-  double lastSync = begin;
-  double lastSnapshot = begin;
+  double lastSync = begin, lastSnapshot = begin;
   for (double now = begin; now < begin + 60; now += 0.1) {
     const auto step = keeper->step(now, track(now - 0.3));
     if (step.sync) {
@@ -168,9 +167,7 @@ class Elsewhere final : public LyricsSource {
     ++box_.changes;
   }
   std::optional<FoundLyrics> step(double) override {
-    auto found = std::move(box_.found);
-    box_.found.reset();
-    return found;
+    return std::exchange(box_.found, std::nullopt);
   }
   std::string report() const override { return {}; }
 
