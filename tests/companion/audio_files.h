@@ -119,6 +119,15 @@ inline void addUslt(TagLib::ID3v2::Tag& tag, const char* language, const char* t
   tag.addFrame(frame);
 }
 
+using Timed = TagLib::ID3v2::SynchronizedLyricsFrame::SynchedText;
+using TimedList = TagLib::ID3v2::SynchronizedLyricsFrame::SynchedTextList;
+
+inline TimedList listOf(std::initializer_list<Timed> lines) {
+  TimedList list;
+  for (const Timed& line : lines) list.append(line);
+  return list;
+}
+
 inline void addSylt(TagLib::ID3v2::Tag& tag, const char* language,
                     const TagLib::ID3v2::SynchronizedLyricsFrame::SynchedTextList& lines,
                     bool milliseconds = true) {

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <fstream>
-#include <random>
 
 #include "companion/audio_files.h"
 #include "companion/library/library.h"
@@ -15,14 +14,6 @@ namespace vellora::companion {
 namespace {
 
 using TagLib::ID3v2::Tag;
-using Timed = TagLib::ID3v2::SynchronizedLyricsFrame::SynchedText;
-using TimedList = TagLib::ID3v2::SynchronizedLyricsFrame::SynchedTextList;
-
-TimedList listOf(std::initializer_list<Timed> lines) {
-  TimedList list;
-  for (const Timed& line : lines) list.append(line);
-  return list;
-}
 
 TEST(AudioTags, NamesAndLengthAreRead) {
   const LyricFile file = readLyrics("a.mp3", mp3([](Tag& tag) {
@@ -147,94 +138,6 @@ TEST(AudioTags, TheSameTextTwiceIsNoTranslation) {
     addUslt(tag, "deu", "a\nb");
   });
   EXPECT_EQ(textOf(readLyrics("a.mp3", bytes, "de")), "a|b");
-}
-
-void expectBounded(const LyricFile& file) {
-  ASSERT_LE(file.lines.size(), mostLines);
-  ASSERT_LE(file.problems.size(), 4 * Problems::most);
-  for (const FileLine& line : file.lines) ASSERT_EQ(cleaned(line.text), line.text);
-}
-
-// ID3v2.4 with that size, whatever follows.
-std::string id3Header(std::size_t size, char flags = 0) {
-  std::string header = "ID3\x04\0"s + flags;
-  for (int shift = 21; shift >= 0; shift -= 7) {
-    header.push_back(static_cast<char>((size >> shift) & 0x7F));
-  }
-  return header;
-}
-
-TEST(HostileAudio, TagsThatAreTooLargeAreLeftOutAndTold) {
-  const std::string told =
-      ": warning: the tag is larger than any song's, and left out; put the lyrics into a file of "
-      "their own";
-  EXPECT_EQ(textOf(readLyrics("a.mp3", id3Header(100'000'000) + "x", "").problems), "a.mp3" + told);
-  const std::string frame = "TIT2\0\0\0\x01\0\0\0"s;
-  std::string frames;
-  for (int i = 0; i < 2001; ++i) frames += frame;
-  EXPECT_EQ(textOf(readLyrics("a.mp3", id3Header(frames.size()) + frames, "").problems),
-            "a.mp3" + told);
-  const std::string comments = "fLaC\x84\x30\x00\x00"s;  // 3 MiB
-  EXPECT_EQ(readLyrics("a.flac", comments, "").problems.size(), 1U);
-}
-
-TEST(HostileAudio, DeepNestingEnds) {
-  // Each atom's size is that of the rest of the file.
-  constexpr unsigned depth = 1'000'000;
-  std::string deep = atom("ftyp", "M4A \0\0\0\0"s);
-  for (unsigned i = 0; i < depth; ++i) {
-    const std::string size = littleEndian((depth - i) * 8);
-    deep.append(size.rbegin(), size.rend()).append("moov");
-  }
-  expectBounded(readLyrics("a.m4a", deep, ""));
-  // Chapters within chapters.
-  const std::string header = "a\0"s + std::string(16, '\0');
-  std::string chapters;
-  constexpr int levels = 1500;
-  for (int i = 0; i < levels; ++i) {
-    const std::size_t size = static_cast<std::size_t>(levels - i - 1) * 28 + 18;
-    std::string frame = "CHAP"s;
-    for (int shift = 21; shift >= 0; shift -= 7) {
-      frame.push_back(static_cast<char>((size >> shift) & 0x7F));
-    }
-    chapters += frame + "\0\0"s + header;
-  }
-  expectBounded(readLyrics("a.mp3", id3Header(chapters.size()) + chapters, ""));
-}
-
-// Every file cut anywhere, and with bytes changed.
-TEST(HostileAudio, DamagedFilesHarmNothing) {
-  const auto comments = [](TagLib::Ogg::XiphComment& to) {
-    to.setTitle("t");
-    to.addField("LYRICS", "[00:01.00]a\n[00:02.00]b");
-  };
-  const std::pair<const char*, std::string> files[] = {
-      {"a.mp3", mp3([](Tag& tag) {
-         tag.setTitle("t");
-         addUslt(tag, "eng", "a\nb");
-         addSylt(tag, "deu", listOf({Timed(1000, "A"), Timed(2000, "\nB")}));
-       })},
-      {"a.flac", flac(comments)},
-      {"a.ogg", ogg(comments)},
-      {"a.opus", opus(comments)},
-      {"a.m4a",
-       m4a([](TagLib::MP4::Tag& tag) { tag.setItem("\251lyr", TagLib::StringList("a\nb")); })}};
-  std::mt19937 random(20261122);
-  for (const auto& [name, bytes] : files) {
-    ASSERT_FALSE(readLyrics(name, bytes, "").lines.empty()) << name;
-    const std::size_t interesting = std::min<std::size_t>(bytes.size(), 400);
-    for (std::size_t length = 0; length < interesting; ++length) {
-      expectBounded(readLyrics(name, bytes.substr(0, length), "de"));
-    }
-    for (int round = 0; round < 300; ++round) {
-      std::string damaged = bytes;
-      for (unsigned i = 0; i <= random() % 4; ++i) {
-        damaged[random() % interesting] = static_cast<char>(random());
-      }
-      expectBounded(readLyrics(name, damaged, "de"));
-      if (testing::Test::HasFatalFailure()) return;
-    }
-  }
 }
 
 class AudioFiles : public SongFolder {
