@@ -47,6 +47,7 @@ long frameSize(std::istream& bytes, long offset, const std::string& header, int 
   const std::string size = header.substr(4, 4);
   const long eight = number(size, 8);
   if (version == 3) return eight;
+  if (std::ranges::any_of(size, [](char c) { return (c & 0x80) != 0; })) return eight;
   const long seven = number(size, 7);
   if (seven <= 127 || isId(at(bytes, offset + tagHeader + seven, 4))) return seven;
   return isId(at(bytes, offset + tagHeader + eight, 4)) ? eight : seven;
@@ -58,16 +59,13 @@ std::optional<long> id3End(std::istream& bytes) {
   const std::string header = at(bytes, 0, tagHeader);
   if (header.size() < tagHeader || !header.starts_with("ID3")) return 0;
   const int version = header[3];
-  const bool unsynchronised = (header[5] & 0x80) != 0;
+  // Unsynchronised as a whole, or with an extended header, whose end TagLib has elsewhere.
+  const bool unsure = (header[5] & 0xC0) != 0;
   const long end = tagHeader + number(header.substr(6), 7);
   if (end > static_cast<long>(largestReadableFile)) return std::nullopt;
-  if (unsynchronised) return end > largestText ? std::nullopt : std::optional(end);
+  if (unsure) return end > largestText ? std::nullopt : std::optional(end);
   const std::size_t frameHeader = version == 2 ? 6 : 10;
   long offset = tagHeader;
-  if ((header[5] & 0x40) != 0) {  // an extended header; 2.3 leaves its length field out
-    const std::string size = at(bytes, offset, 4);
-    offset += version == 3 ? number(size, 8) + 4 : number(size, 7);
-  }
   for (int frames = 0; offset < end; ++frames) {
     if (frames == mostFrames) return std::nullopt;
     const std::string frame = at(bytes, offset, frameHeader);

@@ -9,8 +9,8 @@ namespace vellora::companion {
 // thread.
 
 // Where the ID3v2 tag ends that a file begins with: 0 where there is none, and nothing where it is
-// larger than 16 MiB, has more than 2,000 frames, or is unsynchronised as a whole and larger than
-// 2 MiB.
+// larger than 16 MiB, has more than 2,000 frames, or is unsynchronised as a whole or has an
+// extended header and is larger than 2 MiB.
 std::optional<long> id3End(std::istream& bytes);
 
 // Whether the comments of a FLAC file, if it is one, are at most 2 MiB and stand within its first

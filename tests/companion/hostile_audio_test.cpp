@@ -73,11 +73,17 @@ TEST(HostileAudio, TheEndOfATagIsKnownUpToItsBounds) {
   constexpr char unsynchronised = '\x80';
   EXPECT_EQ(endOf(id3Header(2 * mebibyte - 10, unsynchronised)), 2 * mebibyte);
   EXPECT_EQ(endOf(id3Header(2 * mebibyte - 9, unsynchronised)), std::nullopt);
+  constexpr char extended = '\x40';
+  EXPECT_EQ(endOf(id3Header(2 * mebibyte - 10, extended)), 2 * mebibyte);
+  EXPECT_EQ(endOf(id3Header(2 * mebibyte - 9, extended)), std::nullopt);
   const std::string frame = id3Frame("TIT2", "\0"s);
   EXPECT_EQ(endOf(id3(repeated(frame, 2000))), 10 + 2000 * 11);
   EXPECT_EQ(endOf(id3(repeated(frame, 2001))), std::nullopt);
   const std::string old = "TT2\0\0\1\0"s;
   EXPECT_EQ(endOf("ID3\x02\0\0"s + sevenBits(2001 * 7) + repeated(old, 2001)), std::nullopt);
+  // With eight bits of a size in a byte, which some programs wrote.
+  const std::string wrong = "TIT2" + bigEndian(200) + "\0\0"s + std::string(200, '\0');
+  EXPECT_EQ(endOf(id3(repeated(wrong, 2001))), std::nullopt);
 }
 
 TEST(HostileAudio, CommentsOfFlacAreSmallUpToTheirBounds) {
