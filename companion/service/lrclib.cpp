@@ -78,6 +78,11 @@ std::string searchRequest(const WantedSong& song) {
          "&artist_name=" + queryValue(song.artist);
 }
 
+bool isObject(std::string_view json) {
+  const auto value = parseJson(json);
+  return value && std::holds_alternative<JsonObject>(value->value);
+}
+
 std::optional<LyricsRecord> readRecord(std::string_view json) {
   auto value = parseJson(json);
   return value ? recordOf(*value) : std::nullopt;

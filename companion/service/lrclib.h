@@ -39,6 +39,9 @@ std::string searchRequest(const WantedSong& song);
 std::optional<LyricsRecord> readRecord(std::string_view json);
 std::optional<std::vector<LyricsRecord>> readRecords(std::string_view json);
 
+// Whether it is a JSON object, as all answers are but those to the search; also "not found".
+bool isObject(std::string_view json);
+
 // Whether the record is one of that song: title and artist are the same but for their spelling and
 // what players add, and the durations agree where both are known.
 bool isOf(const LyricsRecord& record, const WantedSong& song);

@@ -18,6 +18,11 @@ bool answers(const Fetched& fetched, int status) {
   return fetched.outcome == Fetched::Outcome::answered && fetched.status == status;
 }
 
+// That the service lacks the song, in its own words: a gate before the network has pages instead.
+bool saysNotFound(const Fetched& fetched) {
+  return answers(fetched, notFound) && isObject(fetched.body);
+}
+
 // What the server did, after its name.
 std::string failureOf(const Fetched& fetched) {
   switch (fetched.outcome) {
@@ -94,7 +99,7 @@ std::optional<FoundLyrics> LyricsService::takeGotten(Fetched fetched, double now
     if (gotten_ && (gotten_->instrumental || !gotten_->synced.empty())) {
       return conclude(&*gotten_, now);
     }
-  } else if (!answers(fetched, notFound)) {
+  } else if (!saysNotFound(fetched)) {
     return fail(fetched, now);
   }
   fetch_->start(server_.base + searchRequest(*wanted_));
@@ -108,7 +113,7 @@ std::optional<FoundLyrics> LyricsService::takeSearched(Fetched fetched, double n
     auto read = readRecords(fetched.body);
     if (!read) return goOnWithout(fetched, now);
     records = *std::move(read);
-  } else if (!answers(fetched, notFound)) {
+  } else if (!saysNotFound(fetched)) {
     return goOnWithout(fetched, now);
   }
   if (gotten_) records.insert(records.begin(), *std::move(gotten_));

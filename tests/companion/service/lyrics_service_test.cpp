@@ -57,7 +57,7 @@ class Service : public testing::Test {
                                               LyricsCache(folder / "lyrics", "lrclib.net"),
                                               std::make_unique<PlannedFetch>(plan));
   }
-  void answer(int status, std::string body = {}) {
+  void answer(int status, std::string body = R"({"code":404,"name":"TrackNotFound"})") {
     plan.answers.push_back({Outcome::answered, status, std::move(body), {}, {}});
   }
   void failWith(Outcome outcome) { plan.answers.push_back({outcome, 0, {}, {}, "why"}); }
@@ -148,6 +148,16 @@ TEST_F(Service, AnAnswerOfAnotherSongIsNotTaken) {
   service->want(song);
   EXPECT_FALSE(during(5));
   EXPECT_EQ(service->report(), "lrclib.net has no lyrics of this song");
+}
+
+// Of a gate before the network, or of another address than the service's.
+TEST_F(Service, APageThatIsNotFoundSaysNothingOfTheSong) {
+  answer(404, "<html>no such page</html>");
+  answer(200, synced);
+  service->want(song);
+  EXPECT_FALSE(during(1));
+  EXPECT_EQ(service->report(), "lrclib.net fails with HTTP status 404");
+  EXPECT_TRUE(during(5)) << "asked again";
 }
 
 TEST_F(Service, AnInstrumentalPieceIsNotSearchedForFurther) {
