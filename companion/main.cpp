@@ -10,6 +10,7 @@
 #include "companion/program/keeping.h"
 #include "companion/program/libraries.h"
 #include "companion/program/options.h"
+#include "platform/player_watch.h"
 
 int main(int argc, char** argv) {
   using namespace vellora::companion;
@@ -36,5 +37,5 @@ int main(int argc, char** argv) {
     case Task::keep:
       break;
   }
-  return keep(options);
+  return keep(options, vellora::makePlayerWatch());
 }

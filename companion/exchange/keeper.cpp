@@ -23,12 +23,13 @@ void Keeper::setSettings(CaptionSettings settings) {
   snapshot_.hasten();
 }
 
-Keeper::Step Keeper::step(double now, const std::optional<NowPlayingTrack>& published) {
+Keeper::Step Keeper::step(double now, const std::optional<NowPlayingTrack>& told, TellingOne by) {
   Step step;
   if (sync_.due(now)) step.sync = SyncRequest{now};
-  const auto usable = published && published->isUsable(now) ? published : std::nullopt;
+  const auto usable = told && told->isUsable(now) ? told : std::nullopt;
   const bool another = usable && track_ ? !sameTrack(*usable, *track_) : usable || track_;
   track_ = usable;
+  if (std::exchange(by_, by) != by) snapshot_.hasten();
   if (another) {
     playing_.reset();
     wanted_.reset();
@@ -146,7 +147,7 @@ OverlaySnapshot Keeper::snapshot(double now) const {
   result.updatedAt = now;
   result.fontSize = settings_.fontSize;
   result.verticalOffset = settings_.verticalOffset;
-  if (!playing_ || !track_) return result;
+  if (!playing_ || !track_ || by_ == TellingOne::player) return result;
   result.enabled = settings_.shown;
   // As the player names the song, not as the files do: the overlay compares it with the window.
   result.musicTitle = track_->title;

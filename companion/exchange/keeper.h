@@ -64,9 +64,14 @@ class Keeper {
   // Null where nobody is asked.
   const LyricsSource* elsewhere() const { return elsewhere_.get(); }
 
-  // To be called several times a second. `now`: wall-clock seconds since 1970; `published`: what
-  // stands in the now-playing file.
-  Step step(double now, const std::optional<NowPlayingTrack>& published);
+  // Who tells what plays. What a player tells itself goes into no snapshot: an overlay that runs
+  // beside shows another player's window, or none.
+  enum class TellingOne { overlay, player };
+
+  // To be called several times a second. `now`: wall-clock seconds since 1970; `told`: what stands
+  // in the now-playing file, or what a player says.
+  Step step(double now, const std::optional<NowPlayingTrack>& told,
+            TellingOne by = TellingOne::overlay);
 
   // The track that plays; nothing while none is published that is usable.
   const std::optional<NowPlayingTrack>& track() const { return track_; }
@@ -97,6 +102,7 @@ class Keeper {
   Library library_;
   CaptionSettings settings_;
   std::optional<NowPlayingTrack> track_;
+  TellingOne by_ = TellingOne::overlay;
   std::unique_ptr<PlayingSong> playing_;
   std::vector<std::unique_ptr<SongAddition>> additions_;
   bool adding_ = false;  // something was begun that is to be dropped

@@ -17,6 +17,7 @@
 #include "companion/program/overlay_start.h"
 #include "companion/program/remote.h"
 #include "companion/settings/user_folders.h"
+#include "companion/song/text.h"
 #include "companion/view/plain_view.h"
 #include "companion/view/terminal_view.h"
 #include "platform/system_clock.h"
@@ -24,18 +25,22 @@
 namespace vellora::companion {
 namespace {
 
-constexpr double stepInterval = 0.1;  // seconds
-constexpr double seekStep = 5;        // seconds
-constexpr double offsetStep = 2;      // points
-constexpr double fontStep = 1;        // points
-constexpr int shiftStep = 100;        // milliseconds
-constexpr double keepInterval = 2;    // seconds, between two writings of what a held key changes
+constexpr double stepInterval = 0.1;     // seconds
+constexpr double seekStep = 5;           // seconds
+constexpr double offsetStep = 2;         // points
+constexpr double fontStep = 1;           // points
+constexpr int shiftStep = 100;           // milliseconds
+constexpr double overlayPatience = 1.5;  // seconds in which an overlay that runs tells what plays
+constexpr double keepInterval = 2;       // seconds, between two writings of what a held key changes
 
 // The keeper with the exchange folder's files and the clock around it.
 class Keeping {
  public:
   Keeping(Keeper keeper, ExchangeFolder folder, LyricShift shift)
       : keeper_(std::move(keeper)), folder_(std::move(folder)), shift_(std::move(shift)) {}
+
+  // While no overlay tells what plays, these are listened to.
+  void listenTo(std::unique_ptr<PlayerWatch> players) { players_ = std::move(players); }
 
   // After the first step, so that the overlay finds a request and stays.
   void startOverlay(const Options& options) {
@@ -45,7 +50,9 @@ class Keeping {
   ViewState step() {
     const double now = clock_.now();
     const auto published = folder_.nowPlaying();
-    const Keeper::Step step = keeper_.step(now, published);
+    heard_ = listen(now, published);
+    const Keeper::Step step = heard_ ? keeper_.step(now, heard_->track, Keeper::TellingOne::player)
+                                     : keeper_.step(now, published, Keeper::TellingOne::overlay);
     remote_.step(now, published, folder_);
     bool written = true;
     if (step.sync) written = folder_.write(*step.sync);
@@ -121,6 +128,20 @@ class Keeping {
   }
 
  private:
+  std::optional<HeardTrack> listen(double now, const std::optional<NowPlayingTrack>& published) {
+    if (!players_) return std::nullopt;
+    const bool tells = published && published->isUsable(now);
+    if (tells || !toldAt_ || now < *toldAt_) toldAt_ = now;
+    if (tells || (now - *toldAt_ < overlayPatience && !heard_)) return std::nullopt;
+    auto heard = players_->look(now);
+    if (!heard) return heard;
+    for (std::string* text :
+         {&heard->player, &heard->track.title, &heard->track.artist, &heard->track.album}) {
+      text->resize(cut(*text, longestText).size());
+    }
+    return heard;
+  }
+
   void shiftLyrics(int milliseconds) {
     const PlayingSong* song = keeper_.playing();
     // Lyrics without times have no line that is sung.
@@ -144,6 +165,8 @@ class Keeping {
       state.shift = shift_.milliseconds();
       state.line = state.song->song.lineAt(state.position - state.shift / 1000.0);
     }
+    if (heard_) state.player = heard_->player;
+    state.hearsPlayers = players_ != nullptr;
     if (const auto status = folder_.status()) state.overlay = status->message;
     if (keeper_.elsewhere() != nullptr) state.elsewhere = keeper_.elsewhere()->report();
     state.settings = keeper_.settings();
@@ -169,6 +192,9 @@ class Keeping {
   SystemClock clock_;
   Keeper keeper_;
   ExchangeFolder folder_;
+  std::unique_ptr<PlayerWatch> players_;
+  std::optional<HeardTrack> heard_;  // what is followed; nothing where the overlay tells
+  std::optional<double> toldAt_;     // when an overlay told what plays last, or this began
   LyricShift shift_;
   Renewal keep_{keepInterval};
   bool unkept_ = false;  // since the last try
@@ -191,7 +217,7 @@ void tellChanged(const Options& options, const CaptionSettings& captions) {
 
 }  // namespace
 
-int keep(const Options& options) {
+int keep(const Options& options, std::unique_ptr<PlayerWatch> players) {
   std::error_code error;
   if (!std::filesystem::is_directory(options.folder, error)) {
     return fail(filesFailed, options.folder.string() + " is no folder");
@@ -221,6 +247,7 @@ int keep(const Options& options) {
                   LyricShift(state ? *state / "vellora" / "lyric-shifts" : ""));
   std::unique_ptr<View> view;
   if (!options.plain) view = makeTerminalView();
+  if (view) keeping.listenTo(std::move(players));
   if (!view) view = std::make_unique<PlainView>(std::cout);
   view->show(keeping.step());
   if (options.overlay) keeping.startOverlay(options);

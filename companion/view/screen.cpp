@@ -19,7 +19,7 @@ constexpr const char* keys =
     "space pause  np track  ←→ seek  ↑↓ offset  +- size  [] time  c captions  q quit";
 
 std::string titleOf(const ViewState& state) {
-  if (!state.track) return "Nothing plays that the overlay tells of";
+  if (!state.track) return "Nothing plays that is told of";
   if (state.track->artist.empty()) return state.track->title;
   return state.track->title + " — " + state.track->artist;
 }
@@ -31,7 +31,9 @@ std::vector<ScreenLine> hints(const ViewState& state) {
              Style::plain}};
   }
   if (!state.track) {
-    return {{"Waiting for the overlay. Start it with", Style::plain},
+    return {{state.hearsPlayers ? "Waiting for a player, or the overlay. Start that with"
+                                : "Waiting for the overlay. Start it with",
+             Style::plain},
             {"vellora --snapshot " + state.snapshot.string(), Style::strong},
             {"or start this program with --overlay, and the player.", Style::plain}};
   }
@@ -49,6 +51,15 @@ std::string settingsOf(const ViewState& state) {
                   settings.fontSize, settings.verticalOffset);
   if (state.shift != 0) text.append("  lyrics ").append(shiftText(state.shift));
   return text;
+}
+
+// What the overlay says, and who tells what plays where it does not.
+std::string overlayOf(const ViewState& state) {
+  const std::string status =
+      "overlay: " + (state.overlay.empty() ? std::string("no status yet") : state.overlay);
+  if (state.player.empty()) return status;
+  const std::string told = cleaned(state.player) + " itself tells what plays";
+  return state.overlay.empty() ? told + "; no overlay runs" : told + "; " + status;
 }
 
 // The sung line in the middle, and as many about it as there is room for.
@@ -102,12 +113,10 @@ std::vector<ScreenLine> screenOf(const ViewState& state, int columns, int rows) 
   if (columns <= 0 || rows <= 0) return {};
   std::vector<ScreenLine> top{{titleOf(state), Style::strong},
                               {positionBar(state, columns), Style::plain}};
-  std::vector<ScreenLine> bottom{
-      {state.notice, Style::strong},
-      {state.overlay.empty() ? std::string("overlay: no status yet") : "overlay: " + state.overlay,
-       Style::plain},
-      {settingsOf(state), Style::faint},
-      {keys, Style::faint}};
+  std::vector<ScreenLine> bottom{{state.notice, Style::strong},
+                                 {overlayOf(state), Style::plain},
+                                 {settingsOf(state), Style::faint},
+                                 {keys, Style::faint}};
   if (!state.elsewhere.empty()) {
     bottom.insert(bottom.begin() + 1, {state.elsewhere, Style::plain});
   }

@@ -19,6 +19,8 @@ struct ViewState {
   std::optional<std::size_t> line;       // the sung line of `song`
   int shift = 0;                         // milliseconds that `song` comes later than its times say
   std::string overlay;                   // the overlay's status line; empty where there is none
+  std::string player;         // that tells itself what plays; empty where the overlay does
+  bool hearsPlayers = false;  // whether players are listened to where no overlay tells
   CaptionSettings settings;
   std::filesystem::path snapshot;
   std::size_t songsInLibrary = 0;

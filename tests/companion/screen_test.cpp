@@ -159,6 +159,28 @@ TEST(Screen, SaysByHowMuchTheLyricsAreShifted) {
   EXPECT_EQ(songText(shown.state), "T — A: 3 lines, 0 translated, 12.1 s earlier");
 }
 
+TEST(Screen, SaysWhoTellsWhatPlays) {
+  Shown shown(3);
+  const auto line = [&] { return screenOf(shown.state, 80, 14)[11].text; };
+  EXPECT_EQ(line(), "overlay: no status yet");
+  shown.state.player = "Any\x1bPlayer";
+  EXPECT_EQ(line(), "Any Player itself tells what plays; no overlay runs");
+  shown.state.overlay = "Waiting for Music";
+  EXPECT_EQ(line(), "Any Player itself tells what plays; overlay: Waiting for Music");
+}
+
+TEST(Screen, SaysWhatItWaitsFor) {
+  ViewState state;
+  state.snapshot = "/x/Vellora/snapshot.json";
+  const auto says = [&](const std::string& text) {
+    return std::ranges::any_of(screenOf(state, 80, 14),
+                               [&](const ScreenLine& line) { return line.text == text; });
+  };
+  EXPECT_TRUE(says("Waiting for the overlay. Start it with"));
+  state.hearsPlayers = true;
+  EXPECT_TRUE(says("Waiting for a player, or the overlay. Start that with"));
+}
+
 TEST(Screen, KeysMeanWhatTheirLineSays) {
   EXPECT_EQ(wishOf(' '), Wish::playPause);
   EXPECT_EQ(wishOf('n'), Wish::next);

@@ -38,8 +38,9 @@ class TerminalView : public SongFolder {
   void start(int rows = 24, int columns = 90) {
     terminal = std::make_unique<Terminal>(
         std::vector<std::string>{"/usr/bin/env", "XDG_CONFIG_HOME=" + folder.string(),
-                                 "XDG_STATE_HOME=" + (folder / "state").string(), VELLORA_COMPANION,
-                                 folder / "songs", "--exchange", exchange},
+                                 "XDG_STATE_HOME=" + (folder / "state").string(),
+                                 "DBUS_SESSION_BUS_ADDRESS=", "XDG_RUNTIME_DIR=" + folder.string(),
+                                 VELLORA_COMPANION, folder / "songs", "--exchange", exchange},
         rows, columns);
     // An overlay says again what it has said before.
     ASSERT_TRUE(terminal->waitFor(
@@ -100,7 +101,7 @@ TEST_F(TerminalView, SaysWhatToDoWhereNothingPlays) {
   removeFile(exchange / nowPlayingFileName);
   start();
   ASSERT_TRUE(terminal->waitFor([&] { return terminal->shows("q quit\n"); }));
-  EXPECT_TRUE(terminal->shows("Waiting for the overlay."));
+  EXPECT_TRUE(terminal->shows("Waiting for a player, or the overlay."));
   EXPECT_TRUE(terminal->shows("vellora --snapshot " + (exchange / "snapshot.json").string()));
 }
 

@@ -34,6 +34,22 @@ BusAnswerPtr BusQuestions::askPlayer(const std::string& busName, const char* int
                .arguments = g_variant_new("(ss)", interface, property)});
 }
 
+BusAnswerPtr BusQuestions::askPlayerAll(const std::string& busName, const char* interface) {
+  return call({.destination = busName.c_str(),
+               .path = "/org/mpris/MediaPlayer2",
+               .interface = "org.freedesktop.DBus.Properties",
+               .method = "GetAll",
+               .arguments = g_variant_new("(s)", interface)});
+}
+
+BusAnswerPtr BusQuestions::listNames() {
+  return call({.destination = daemon,
+               .path = "/org/freedesktop/DBus",
+               .interface = daemon,
+               .method = "ListNames",
+               .arguments = nullptr});
+}
+
 BusAnswerPtr BusQuestions::call(const Question& question) {
   const auto answer = std::make_shared<BusAnswer>();
   room_.enter([&] {

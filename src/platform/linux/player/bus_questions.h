@@ -34,6 +34,10 @@ class BusQuestions {
   BusAnswerPtr askDaemon(const char* method, const std::string& text);
   // Asks for a property of an MPRIS player; the value is the property's.
   BusAnswerPtr askPlayer(const std::string& busName, const char* interface, const char* property);
+  // Asks for all properties of one of its interfaces (a{sv}).
+  BusAnswerPtr askPlayerAll(const std::string& busName, const char* interface);
+  // Asks the bus daemon which names there are (as).
+  BusAnswerPtr listNames();
 
   // Answers arrive in these alone. The first does not wait; the second waits until `condition`
   // holds and is false when the deadline comes first.

@@ -1,0 +1,30 @@
+#include "companion/exchange/keeper.h"
+#include "companion/song_folder.h"
+
+namespace vellora::companion {
+namespace {
+
+using KeepingByPlayers = SongFolder;
+
+TEST_F(KeepingByPlayers, WhatAPlayerTellsItselfGoesIntoNoSnapshot) {
+  constexpr double begin = 1'000'000;
+  put("River Band - Night Drive.lrc", "[00:01.00]a\n[00:03.00]b\n");
+  Keeper keeper(Library(folder, ""), CaptionSettings());
+  const NowPlayingTrack track(begin, "Night Drive", "River Band", "Album", 5, true);
+  auto step = keeper.step(begin, track, Keeper::TellingOne::player);
+  ASSERT_NE(keeper.playing(), nullptr);
+  EXPECT_TRUE(step.songChanged);
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_FALSE(step.snapshot->enabled);
+  EXPECT_TRUE(step.snapshot->lines.empty());
+  step = keeper.step(begin + 0.1, track, Keeper::TellingOne::overlay);
+  EXPECT_FALSE(step.songChanged);
+  ASSERT_TRUE(step.snapshot) << "at once";
+  EXPECT_TRUE(step.snapshot->enabled);
+  step = keeper.step(begin + 0.2, track, Keeper::TellingOne::player);
+  ASSERT_TRUE(step.snapshot);
+  EXPECT_FALSE(step.snapshot->enabled);
+}
+
+}  // namespace
+}  // namespace vellora::companion
