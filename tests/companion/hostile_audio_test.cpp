@@ -84,6 +84,8 @@ TEST(HostileAudio, TheEndOfATagIsKnownUpToItsBounds) {
   // With eight bits of a size in a byte, which some programs wrote.
   const std::string wrong = "TIT2" + bigEndian(200) + "\0\0"s + std::string(200, '\0');
   EXPECT_EQ(endOf(id3(repeated(wrong, 2001))), std::nullopt);
+  const std::string unclear = "TIT2" + bigEndian(0x148) + "\0\0"s + std::string(0x148, '\0');
+  EXPECT_EQ(endOf(id3(repeated(unclear, 2001))), std::nullopt) << "as the next frame tells";
 }
 
 TEST(HostileAudio, CommentsOfFlacAreSmallUpToTheirBounds) {
