@@ -52,10 +52,12 @@ void Keeper::add(std::unique_ptr<SongAddition> addition) {
 }
 
 std::string Keeper::notice() const {
+  std::string all;
   for (const auto& addition : additions_) {
-    if (std::string notice = addition->notice(); !notice.empty()) return notice;
+    const std::string notice = addition->notice();
+    if (!notice.empty()) all.append(all.empty() ? "" : "; ").append(notice);
   }
-  return {};
+  return all;
 }
 
 // Whether any line may have got something.

@@ -9,18 +9,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-const char* nameOf(Severity severity) {
-  switch (severity) {
-    case Severity::note:
-      return "note";
-    case Severity::warning:
-      return "warning";
-    case Severity::error:
-      break;
-  }
-  return "error";
-}
-
 Json jsonOf(const std::vector<Problem>& problems) {
   Json list = Json::array();
   for (const Problem& problem : problems) {

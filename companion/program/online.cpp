@@ -1,13 +1,15 @@
 #include "companion/program/online.h"
 
 #include "companion/service/lyrics_service.h"
+#include "companion/settings/user_folders.h"
 
 namespace vellora::companion {
 
 std::unique_ptr<LyricsSource> lyricsFromElsewhere(const Options& options) {
   const auto server = parseServerAddress(options.lyricsServer);
   if (options.lyrics == "none" || !server) return nullptr;
-  return makeLyricsService(*server, defaultLyricsCache(processEnvironment).value_or(""));
+  const auto caches = cacheFolder(processEnvironment);
+  return makeLyricsService(*server, caches ? *caches / "vellora" / "lyrics" : "");
 }
 
 }  // namespace vellora::companion

@@ -1,14 +1,14 @@
 #include "companion/program/overlay_start.h"
 
 #include <csignal>
+#include <system_error>
 #include <utility>
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
+#include "companion/process/spawn.h"
 
 namespace vellora::companion {
 namespace {
@@ -16,33 +16,6 @@ namespace {
 constexpr const char* overlayName = "vellora";
 constexpr int displayGoneStatus = 3;   // vellora(1), EXIT STATUS
 constexpr double stoppedPatience = 3;  // seconds for an overlay that starts to say otherwise
-
-// What posix_spawn is told.
-class SpawnSettings {
- public:
-  SpawnSettings() {
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDWR, 0);
-    posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, STDIN_FILENO, STDERR_FILENO);
-    posix_spawnattr_init(&attributes);
-    // The signals that this program holds back shall reach the other.
-    sigset_t none;
-    sigemptyset(&none);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETPGROUP);
-  }
-  ~SpawnSettings() {
-    posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attributes);
-  }
-  SpawnSettings(const SpawnSettings&) = delete;
-  SpawnSettings& operator=(const SpawnSettings&) = delete;
-
-  posix_spawn_file_actions_t actions;
-  posix_spawnattr_t attributes;
-};
 
 std::string placeOf(const std::string& name, const std::filesystem::path& beside) {
   if (beside.empty() || name.find('/') != std::string::npos) return name;
@@ -56,16 +29,11 @@ std::optional<StartedProgram> StartedProgram::start(const std::vector<std::strin
                                                     const std::filesystem::path& beside) {
   std::vector<std::string> words = arguments;
   words[0] = placeOf(words[0], beside);
-  std::vector<char*> argv;
-  for (std::string& word : words) argv.push_back(word.data());
-  argv.push_back(nullptr);
-  const SpawnSettings settings;
+  const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
   pid_t id = -1;
-  if (posix_spawnp(&id, argv[0], &settings.actions, &settings.attributes, argv.data(), environ) !=
-      0) {
-    return std::nullopt;
-  }
-  return StartedProgram(id);
+  const std::error_code failure = spawn(std::move(words), {}, {nothing, nothing, nothing}, id);
+  if (nothing >= 0) close(nothing);
+  return failure ? std::nullopt : std::optional(StartedProgram(id));
 }
 
 std::optional<int> StartedProgram::exitStatus() {

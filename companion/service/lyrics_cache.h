@@ -1,13 +1,10 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
-#include <string_view>
 
-#include "companion/exchange/folder.h"
+#include "companion/cache/cache_folder.h"
 #include "companion/exchange/lyrics_source.h"
 
 namespace vellora::companion {
@@ -21,18 +18,8 @@ struct KeptLyrics {
   bool operator==(const KeptLyrics&) const = default;
 };
 
-// Where a service's answers are kept: "vellora/lyrics" in $XDG_CACHE_HOME, else in ~/Library/Caches
-// where that exists, else in ~/.cache (XDG Base Directory Specification). Nothing without a home.
-std::optional<std::filesystem::path> defaultLyricsCache(const Environment& environment);
-
-struct CacheLimits {
-  std::size_t files = 5000;
-  std::uintmax_t bytes = std::uintmax_t{32} * 1024 * 1024;
-};
-
-// The answers of services, a file for each song, in a folder for the user alone. What is damaged
-// counts as missing, and what cannot be written is not kept. Where there are too many, those go
-// that nothing has asked for in the longest time. One thread.
+// The answers of services, a file for each song (see CacheFolder). What is damaged counts as
+// missing. One thread.
 class LyricsCache {
  public:
   // Seconds for which it is remembered that a service has no lyrics of a song.
@@ -50,11 +37,8 @@ class LyricsCache {
   void keep(const WantedSong& song, const KeptLyrics& lyrics) const;
 
  private:
-  void makeRoom() const;
-
-  std::filesystem::path folder_;
+  CacheFolder files_;
   std::string server_;
-  CacheLimits limits_;
 };
 
 }  // namespace vellora::companion

@@ -30,7 +30,7 @@ std::optional<std::string> musicValue(std::string_view line) {
   return value;
 }
 
-// What is no whole path is to be ignored, as the specification has it.
+// What is no whole path is to be ignored, as the XDG Base Directory Specification has it.
 std::optional<fs::path> folderNamed(const char* variable, const char* inTheHome,
                                     const Environment& environment) {
   const auto folder = environment(variable);
@@ -47,6 +47,13 @@ std::optional<fs::path> configFolder(const Environment& environment) {
 
 std::optional<fs::path> stateFolder(const Environment& environment) {
   return folderNamed("XDG_STATE_HOME", ".local/state", environment);
+}
+
+std::optional<fs::path> cacheFolder(const Environment& environment) {
+  const auto home = environment("HOME");
+  std::error_code error;
+  const bool caches = home && fs::is_directory(fs::path(*home) / "Library" / "Caches", error);
+  return folderNamed("XDG_CACHE_HOME", caches ? "Library/Caches" : ".cache", environment);
 }
 
 std::optional<fs::path> musicFolder(const Environment& environment) {

@@ -16,6 +16,10 @@ std::optional<std::filesystem::path> configFolder(const Environment& environment
 // thread.
 std::optional<std::filesystem::path> stateFolder(const Environment& environment);
 
+// Where programs keep what they can have again: $XDG_CACHE_HOME, else ~/Library/Caches where that
+// exists, else ~/.cache (the same specification). Nothing where no home is known. Any thread.
+std::optional<std::filesystem::path> cacheFolder(const Environment& environment);
+
 // The user's folder of music: XDG_MUSIC_DIR in the file user-dirs.dirs (xdg-user-dirs), else
 // ~/Music. Nothing where that is no folder, or the home folder itself, which the file has for a
 // folder that is not wanted. Any thread.

@@ -6,7 +6,6 @@
 #include "companion/song/text.h"
 
 namespace vellora::companion {
-namespace {
 
 std::string_view nameOf(Severity severity) {
   switch (severity) {
@@ -19,8 +18,6 @@ std::string_view nameOf(Severity severity) {
   }
   return "error";
 }
-
-}  // namespace
 
 std::string Problem::text() const {
   std::string result = file;

@@ -13,6 +13,9 @@ enum class Severity {
   error     // the file is of no use
 };
 
+// "note", "warning", "error".
+std::string_view nameOf(Severity severity);
+
 // What is wrong with a file of lyrics, where, and what to do about it.
 struct Problem {
   Severity severity = Severity::error;

@@ -9,13 +9,11 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "companion/process/spawn.h"
 #include "companion/song/text.h"
-
-extern char** environ;
 
 namespace vellora::companion {
 namespace {
@@ -63,47 +61,6 @@ FilePtr fileOf(const std::vector<std::string>& lines) {
   return lseek(fileno(file.get()), 0, SEEK_SET) == 0 ? std::move(file) : nullptr;
 }
 
-class Spawning {
- public:
-  Spawning(int input, int output, int error) {
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, input, STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, error, STDERR_FILENO);
-    posix_spawnattr_init(&attributes);
-    // The signals that this program holds back shall reach the other.
-    sigset_t none;
-    sigemptyset(&none);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETPGROUP);
-  }
-  ~Spawning() {
-    posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attributes);
-  }
-  Spawning(const Spawning&) = delete;
-  Spawning& operator=(const Spawning&) = delete;
-
-  posix_spawn_file_actions_t actions;
-  posix_spawnattr_t attributes;
-};
-
-std::string_view nameOf(std::string_view entry) { return entry.substr(0, entry.find('=')); }
-
-// This program's environment with the given entries in the place of those of the same names.
-std::vector<char*> environmentWith(std::vector<std::string>& entries) {
-  std::vector<char*> result;
-  for (char** own = environ; *own != nullptr; ++own) {
-    bool replaced = false;
-    for (const std::string& entry : entries) replaced = replaced || nameOf(*own) == nameOf(entry);
-    if (!replaced) result.push_back(*own);
-  }
-  for (std::string& entry : entries) result.push_back(entry.data());
-  result.push_back(nullptr);
-  return result;
-}
-
 }  // namespace
 
 std::unique_ptr<LineProgram> LineProgram::start(std::vector<std::string> words,
@@ -114,17 +71,10 @@ std::unique_ptr<LineProgram> LineProgram::start(std::vector<std::string> words,
   Pipe output;
   Pipe error;
   failure = {errno, std::generic_category()};
-  if (words.empty() || !input || output.reading < 0 || error.reading < 0) return nullptr;
-  std::vector<char*> arguments;
-  for (std::string& word : words) arguments.push_back(word.data());
-  arguments.push_back(nullptr);
-  std::vector<std::string> entries = environment;
-  const std::vector<char*> all = environmentWith(entries);
-  const Spawning spawning(fileno(input.get()), output.writing, error.writing);
+  if (!input || output.reading < 0 || error.reading < 0) return nullptr;
   pid_t id = -1;
-  const int reason = posix_spawnp(&id, arguments[0], &spawning.actions, &spawning.attributes,
-                                  arguments.data(), all.data());
-  failure = {reason, std::generic_category()};
+  failure = spawn(std::move(words), environment,
+                  {fileno(input.get()), output.writing, error.writing}, id);
   if (failure) return nullptr;
   return std::unique_ptr<LineProgram>(
       new LineProgram(id, std::exchange(output.reading, -1), std::exchange(error.reading, -1)));

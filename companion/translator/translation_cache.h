@@ -1,10 +1,11 @@
 #pragma once
 
-#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "companion/cache/cache_folder.h"
 
 namespace vellora::companion {
 
@@ -15,16 +16,12 @@ struct TranslationManner {
   std::string to;
 };
 
-// Translations that a program has made, a file for each song, in a folder for the user alone. A
-// file that is damaged, or of another text, command or language, is none; what cannot be written is
-// not kept. One thread.
+// Translations that a program has made, a file for each song (see CacheFolder). A file that is
+// damaged, or of another text, command or language, is none. One thread.
 class TranslationCache {
  public:
-  static constexpr std::size_t mostFiles = 5000;
-
-  // `folder`: made when something is first kept; where it is empty, nothing is. `most`: of the
-  // files, beyond which those go that nobody has asked for in the longest time.
-  explicit TranslationCache(std::filesystem::path folder, std::size_t most = mostFiles);
+  // `folder`: made when something is first kept; where it is empty, nothing is.
+  explicit TranslationCache(std::filesystem::path folder, CacheLimits limits = {});
 
   std::optional<std::vector<std::string>> find(const TranslationManner& manner,
                                                const std::vector<std::string>& lines) const;
@@ -33,10 +30,7 @@ class TranslationCache {
             const std::vector<std::string>& translations) const;
 
  private:
-  void makeRoom() const;
-
-  std::filesystem::path folder_;
-  std::size_t most_;
+  CacheFolder files_;
 };
 
 }  // namespace vellora::companion

@@ -16,17 +16,6 @@ class AddedOnTheDesk : public CompanionOnTheDesk {
     if (translated) std::filesystem::copy_file(song / "translation.lrc", songs / "song.de.lrc");
     ASSERT_NO_FATAL_FAILURE(startPlayer({"--song", number, "--position", "5"}));
   }
-  bool captionsStandAsWritten() {
-    return waitFor([&] {
-      const auto written = snapshot();
-      if (!written) return false;
-      const auto seen = seenPlayer();
-      const auto whole = screen->whole();
-      const auto alone = screen->windowAlone("com.apple.Music");
-      return seen && whole && alone && seenPlayer() == seen &&
-             witness::judgeCaptions(*seen, *written, *whole, *alone).right;
-    });
-  }
   bool anyLineHas(const std::string& part) const {
     const auto written = snapshot();
     if (!written) return false;

@@ -67,6 +67,19 @@ class CompanionOnTheDesk : public Desk {
     return false;
   }
 
+  // Whether the captions come to stand as the companion's snapshot has them, which no test renews.
+  bool captionsStandAsWritten() {
+    return waitFor([&] {
+      const auto written = snapshot();
+      if (!written) return false;
+      const auto seen = seenPlayer();
+      const auto whole = screen->whole();
+      const auto alone = screen->windowAlone("com.apple.Music");
+      return seen && whole && alone && seenPlayer() == seen &&
+             witness::judgeCaptions(*seen, *written, *whole, *alone).right;
+    });
+  }
+
   std::filesystem::path songs;
   std::unique_ptr<Process> companion;
 

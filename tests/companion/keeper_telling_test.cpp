@@ -1,3 +1,7 @@
+#include <memory>
+#include <string>
+#include <utility>
+
 #include "companion/exchange/keeper.h"
 #include "companion/song_folder.h"
 
@@ -24,6 +28,29 @@ TEST_F(KeepingByPlayers, WhatAPlayerTellsItselfGoesIntoNoSnapshot) {
   step = keeper.step(begin + 0.2, track, Keeper::TellingOne::player);
   ASSERT_TRUE(step.snapshot);
   EXPECT_FALSE(step.snapshot->enabled);
+}
+
+class Telling final : public SongAddition {
+ public:
+  explicit Telling(std::string notice) : notice_(std::move(notice)) {}
+  void begin(Song&) override {}
+  void drop() override {}
+  bool step(double, Song&) override { return false; }
+  std::string notice() const override { return notice_; }
+
+ private:
+  std::string notice_;
+};
+
+using KeepingWithAdditions = SongFolder;
+
+TEST_F(KeepingWithAdditions, EachIsHeard) {
+  Keeper keeper(Library(folder, ""), CaptionSettings());
+  EXPECT_EQ(keeper.notice(), "");
+  for (const char* notice : {"", "no dictionary", "", "no translator"}) {
+    keeper.add(std::make_unique<Telling>(notice));
+  }
+  EXPECT_EQ(keeper.notice(), "no dictionary; no translator");
 }
 
 }  // namespace

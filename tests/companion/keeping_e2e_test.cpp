@@ -17,16 +17,7 @@ TEST_F(CompanionOnTheDesk, ALrcPairBecomesCaptionsOverThePlayer) {
   EXPECT_TRUE(said("Au clair de la lune — Traditionnel: 17 lines, 16 translated"));
   EXPECT_TRUE(waitFor([&] { return said("overlay: Following Music • "); }));
   EXPECT_TRUE(waitFor([&] { return said("Prête-moi ta plume — lend me your pen"); }));
-  // The witness looks with the companion's snapshot, which this test does not renew.
-  EXPECT_TRUE(waitFor([&] {
-    const auto written = snapshot();
-    if (!written) return false;
-    const auto seen = seenPlayer();
-    const auto whole = screen->whole();
-    const auto alone = screen->windowAlone("com.apple.Music");
-    return seen && whole && alone && seenPlayer() == seen &&
-           witness::judgeCaptions(*seen, *written, *whole, *alone).right;
-  }));
+  EXPECT_TRUE(captionsStandAsWritten());
 }
 
 TEST_F(CompanionOnTheDesk, SnapshotAndRequestStayFresh) {

@@ -290,12 +290,33 @@ TEST_F(Cached, ADamagedFileIsNone) {
 }
 
 TEST_F(Cached, TheOldestGoWhereThereAreTooMany) {
-  const TranslationCache cache(folder / "cache", 3);
-  for (const char* line : {"1", "2", "3", "4", "5"}) cache.keep(manner, {line}, {"x"});
+  const TranslationCache cache(folder / "cache", {3, 1'000'000});
   using Files = std::filesystem::directory_iterator;
+  for (const char* line : {"1", "2", "3", "4", "5"}) {
+    cache.keep(manner, {line}, {"x"});
+    for (const auto& file : Files(folder / "cache")) {
+      last_write_time(file, file.last_write_time() - std::chrono::hours(1));
+    }
+  }
   EXPECT_EQ(std::distance(Files(folder / "cache"), Files()), 3);
   EXPECT_TRUE(cache.find(manner, {"5"}));
   EXPECT_FALSE(cache.find(manner, {"1"}));
+}
+
+TEST_F(Cached, TheyAreBoundedInBytesToo) {
+  const TranslationCache cache(folder / "cache", {1000, 10'000});
+  for (const char* line : {"1", "2", "3", "4", "5"}) {
+    cache.keep(manner, {line}, {std::string(3000, 'x')});
+  }
+  using Files = std::filesystem::directory_iterator;
+  EXPECT_EQ(std::distance(Files(folder / "cache"), Files()), 3);
+}
+
+TEST_F(Cached, FilesOfOthersStay) {
+  put("cache/mine.tsv", "x");
+  const TranslationCache cache(folder / "cache", {1, 1'000'000});
+  for (const char* line : {"1", "2"}) cache.keep(manner, {line}, {"x"});
+  EXPECT_TRUE(std::filesystem::exists(folder / "cache/mine.tsv"));
 }
 
 TEST_F(Cached, AFolderThatCannotBeMadeKeepsNothing) {

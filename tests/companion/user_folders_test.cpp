@@ -42,12 +42,16 @@ TEST_F(UserFolders, OneThatIsNotThereIsNone) {
   EXPECT_EQ(musicFolder([](const char*) { return std::nullopt; }), std::nullopt);
 }
 
-TEST(StateFolders, AreWhereTheUserHasThem) {
+class NamedFolders : public SongFolder {
+ protected:
   std::map<std::string, std::string> variables;
-  const Environment environment = [&](const char* name) {
+  const Environment environment = [this](const char* name) {
     const auto found = variables.find(name);
     return found == variables.end() ? std::nullopt : std::optional(found->second);
   };
+};
+
+TEST_F(NamedFolders, ForWhatLastsAreWhereTheUserHasThem) {
   EXPECT_EQ(stateFolder(environment), std::nullopt);
   variables["HOME"] = "/h";
   EXPECT_EQ(stateFolder(environment), "/h/.local/state");
@@ -55,6 +59,18 @@ TEST(StateFolders, AreWhereTheUserHasThem) {
   EXPECT_EQ(stateFolder(environment), "/h/.local/state") << "no whole path";
   variables["XDG_STATE_HOME"] = "/s";
   EXPECT_EQ(stateFolder(environment), "/s");
+}
+
+TEST_F(NamedFolders, ForCachesAreWhereTheUserOrTheSystemHasThem) {
+  EXPECT_EQ(cacheFolder(environment), std::nullopt);
+  variables["HOME"] = folder.string();
+  EXPECT_EQ(cacheFolder(environment), folder / ".cache");
+  std::filesystem::create_directories(folder / "Library/Caches");
+  EXPECT_EQ(cacheFolder(environment), folder / "Library/Caches");
+  variables["XDG_CACHE_HOME"] = "relative";
+  EXPECT_EQ(cacheFolder(environment), folder / "Library/Caches");
+  variables["XDG_CACHE_HOME"] = "/c";
+  EXPECT_EQ(cacheFolder(environment), "/c");
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "companion/service/lyrics_cache.h"
 
-#include <map>
-
 #include <gtest/gtest.h>
 
 #include "support/temporary_folder.h"
@@ -116,23 +114,6 @@ TEST_F(Cache, WithoutAFolderOrWhereNothingCanBeWrittenNothingIsKept) {
   folder.write("lyrics", "a file");
   open().keep(song, {"a", false, begin});
   EXPECT_FALSE(open().find(song, begin));
-}
-
-TEST_F(Cache, LiesInTheUsersCacheFolder) {
-  std::map<std::string, std::string> variables;
-  const Environment environment = [&](const char* name) {
-    const auto found = variables.find(name);
-    return found == variables.end() ? std::nullopt : std::optional(found->second);
-  };
-  EXPECT_EQ(defaultLyricsCache(environment), std::nullopt);
-  variables["HOME"] = folder.path().string();
-  EXPECT_EQ(defaultLyricsCache(environment), folder / ".cache/vellora/lyrics");
-  fs::create_directories(folder / "Library/Caches");
-  EXPECT_EQ(defaultLyricsCache(environment), folder / "Library/Caches/vellora/lyrics");
-  variables["XDG_CACHE_HOME"] = "relative";
-  EXPECT_EQ(defaultLyricsCache(environment), folder / "Library/Caches/vellora/lyrics");
-  variables["XDG_CACHE_HOME"] = "/c";
-  EXPECT_EQ(defaultLyricsCache(environment), fs::path("/c/vellora/lyrics"));
 }
 
 }  // namespace
