@@ -60,6 +60,7 @@ std::vector<std::filesystem::path> descriptionFolders();
 struct WindowNames {
   std::string classPart;      // of WM_CLASS
   std::string applicationId;  // _GTK_APPLICATION_ID, or a Wayland surface's
+  bool operator==(const WindowNames&) const = default;
 };
 
 // Those whose window it may be, in the order in which they are to be tried: the list's.
