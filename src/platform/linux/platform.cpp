@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -15,10 +14,8 @@
 #include "platform/linux/players/player_descriptions.h"
 #include "platform/linux/players/player_windows.h"
 #include "platform/linux/tray/kept_item.h"
-#include "platform/linux/x11/x_panel.h"
-#include "platform/linux/x11/x_session.h"
-#include "platform/linux/x11/x_view.h"
-#include "platform/linux/x11/x_workspace.h"
+#include "platform/linux/window_system/window_system.h"
+#include "platform/linux/x11/x_window_system.h"
 #include "platform/system_clock.h"
 
 namespace vellora {
@@ -34,28 +31,14 @@ void tellThatThereIsNoDisplay() {
 // The program's exit status then; the manual page tells of it.
 constexpr int displayGone = 3;
 
-// Ends the program when its X server has gone: it could show nothing any more, and must not stand
-// in the way of the next session's. The buses take back what it has there.
-class DisplayWatch final : public XEventListener {
- public:
-  explicit DisplayWatch(std::shared_ptr<XSession> session) : session_(std::move(session)) {
-    session_->addListener(*this);
-  }
-  ~DisplayWatch() override { session_->removeListener(*this); }
-  DisplayWatch(const DisplayWatch&) = delete;
-  DisplayWatch& operator=(const DisplayWatch&) = delete;
-
-  void handleEvent(const xcb_generic_event_t&) override {}
-  void sessionLost() override {
-    std::fputs("Vellora: the display is gone, so the program ends.\n", stderr);
-    std::cout.flush();
-    std::fflush(nullptr);
-    std::_Exit(displayGone);
-  }
-
- private:
-  std::shared_ptr<XSession> session_;
-};
+// The program could show nothing any more, and must not stand in the way of the next session's. The
+// buses take back what it has there.
+[[noreturn]] void endWithoutDisplay() {
+  std::fputs("Vellora: the display is gone, so the program ends.\n", stderr);
+  std::cout.flush();
+  std::fflush(nullptr);
+  std::_Exit(displayGone);
+}
 
 std::vector<PlayerDescriptionPtr> readPlayers() {
   DescriptionList list = readDescriptions(descriptionFolders());
@@ -77,7 +60,7 @@ class LinuxPlatform final : public Platform {
     return makeLinuxAccessibility(usualMemory, playerWindows_);
   }
   std::unique_ptr<Workspace> makeWorkspace() override {
-    return std::make_unique<XWorkspace>(session(), readPlayers(), playerWindows_);
+    return windowSystem().makeWorkspace(readPlayers(), playerWindows_);
   }
   std::unique_ptr<MusicScripting> makeMusicScripting() override {
     return std::make_unique<MprisScripting>(playerWindows_);
@@ -85,13 +68,13 @@ class LinuxPlatform final : public Platform {
   std::unique_ptr<CaptionPainter> makeCaptionPainter() override {
     return std::make_unique<PangoPainter>();
   }
-  std::unique_ptr<NativeView> makeView() override { return std::make_unique<XView>(session()); }
-  std::unique_ptr<Panel> makePanel() override { return std::make_unique<XPanel>(session()); }
+  std::unique_ptr<NativeView> makeView() override { return windowSystem().makeView(); }
+  std::unique_ptr<Panel> makePanel() override { return windowSystem().makePanel(); }
   // The overlay asks for it once, at its launch. What draws into a file or only reads never does,
   // and needs no display.
   std::unique_ptr<StatusItem> makeStatusItem() override {
-    if (session()->present()) {
-      displayWatch_.emplace(session());
+    if (windowSystem().present()) {
+      windowSystem().whenLost(&endWithoutDisplay);
     } else {
       tellThatThereIsNoDisplay();
     }
@@ -100,14 +83,15 @@ class LinuxPlatform final : public Platform {
 
  private:
   // One display connection for all that needs one.
-  const std::shared_ptr<XSession>& session() {
-    if (!session_) session_ = std::make_shared<XSession>(nullptr);
-    return session_;
+  WindowSystem& windowSystem() {
+    if (!windowSystem_) {
+      windowSystem_ = std::make_unique<XWindowSystem>(std::make_shared<XSession>(nullptr));
+    }
+    return *windowSystem_;
   }
 
   std::unique_ptr<Application> application_;
-  std::shared_ptr<XSession> session_;
-  std::optional<DisplayWatch> displayWatch_;
+  std::unique_ptr<WindowSystem> windowSystem_;
   const std::shared_ptr<PlayerWindows> playerWindows_ = std::make_shared<PlayerWindows>();
 };
 

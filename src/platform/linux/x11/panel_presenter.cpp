@@ -1,61 +1,11 @@
 #include "platform/linux/x11/panel_presenter.h"
 
-#include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include <cairo-xcb.h>
 
-#include "platform/linux/x11/x_view.h"
-
 namespace vellora {
 namespace {
-
-// Takes down what a view draws instead of drawing it.
-class PlacementRecorder final : public Surface {
- public:
-  // Pictures that are in `before` too are taken over from there.
-  PlacementRecorder(Point origin, const std::vector<Placement>& before)
-      : origin_(origin), before_(before) {}
-
-  void drawImage(const CaptionImage& image, const Rect& destination) override {
-    const auto& picture = static_cast<const CairoImage&>(image);
-    const Rect place = destination.standardized().offsetBy(origin_.x, origin_.y);
-    if (!std::isfinite(place.x + place.y + place.width + place.height) || place.isEmpty()) return;
-    auto shown = find(before_, picture);
-    if (!shown) shown = find(placements, picture);
-    if (!shown) {
-      shown = std::make_shared<ShownPicture>();
-      shown->pixels.reset(cairo_surface_reference(picture.pixels()));
-      shown->size = picture.size();
-      shown->plate = picture.plate();
-    }
-    placements.push_back({std::move(shown), place});
-  }
-
-  std::vector<Placement> placements;
-
- private:
-  static std::shared_ptr<ShownPicture> find(const std::vector<Placement>& list,
-                                            const CairoImage& picture) {
-    const auto found = std::ranges::find_if(list, [&](const Placement& each) {
-      return each.picture->pixels.get() == picture.pixels();
-    });
-    return found == list.end() ? nullptr : found->picture;
-  }
-
-  Point origin_;
-  const std::vector<Placement>& before_;
-};
-
-Rect scaled(const Rect& rect, double scale) {
-  return {rect.x * scale, rect.y * scale, rect.width * scale, rect.height * scale};
-}
-
-// The pixels that a picture may touch: pictures are moved to whole pixels, by less than one.
-PixelRect touched(const Placement& placement, double scale) {
-  return nearestPixels(scaled(placement.destination, scale).insetBy(-1, -1));
-}
 
 PixelRect plateOf(const Placement& placement, double scale) {
   const Rect& place = placement.destination;
@@ -63,36 +13,9 @@ PixelRect plateOf(const Placement& placement, double scale) {
   const Rect& plate = placement.picture->plate;
   const double growthX = place.width / size.width;
   const double growthY = place.height / size.height;
-  return nearestPixels(scaled({place.x + plate.x * growthX, place.y + plate.y * growthY,
-                               plate.width * growthX, plate.height * growthY},
-                              scale));
-}
-
-// The part of `rect` within a window of that size; nothing when it has none.
-std::optional<PixelRect> within(const PixelRect& rect, const PixelRect& frame) {
-  const int left = std::max<int>(rect.x, 0);
-  const int top = std::max<int>(rect.y, 0);
-  const int right = std::min<int>(rect.right(), frame.width);
-  const int bottom = std::min<int>(rect.bottom(), frame.height);
-  if (left >= right || top >= bottom) return std::nullopt;
-  return PixelRect{static_cast<std::int16_t>(left), static_cast<std::int16_t>(top),
-                   static_cast<std::uint16_t>(right - left),
-                   static_cast<std::uint16_t>(bottom - top)};
-}
-
-PixelRect boundsOf(const std::vector<PixelRect>& rects) {
-  int left = 32767;
-  int top = 32767;
-  int right = -32768;
-  int bottom = -32768;
-  for (const PixelRect& rect : rects) {
-    left = std::min<int>(left, rect.x);
-    top = std::min<int>(top, rect.y);
-    right = std::max(right, rect.right());
-    bottom = std::max(bottom, rect.bottom());
-  }
-  return nearestPixels({static_cast<double>(left), static_cast<double>(top),
-                        static_cast<double>(right - left), static_cast<double>(bottom - top)});
+  return nearestPixels(pixelsOf({place.x + plate.x * growthX, place.y + plate.y * growthY,
+                                 plate.width * growthX, plate.height * growthY},
+                                scale));
 }
 
 }  // namespace
@@ -107,8 +30,8 @@ void PanelPresenter::forgetWindow() {
   clipIsKnown_ = false;
 }
 
-void PanelPresenter::present(XView& view, Point origin, PanelWindow& window, const PixelRect& frame,
-                             double scale, bool clipToPlates) {
+void PanelPresenter::present(HostedView& view, Point origin, PanelWindow& window,
+                             const PixelRect& frame, double scale, bool clipToPlates) {
   PlacementRecorder recorder({view.frame().minX() + origin.x, view.frame().minY() + origin.y},
                              shown_);
   view.draw(recorder);
@@ -130,17 +53,7 @@ std::vector<PixelRect> PanelPresenter::damage(const std::vector<Placement>& next
       setting.clipToPlates != shownSetting_.clipToPlates) {
     return {PixelRect{0, 0, setting.frame.width, setting.frame.height}};
   }
-  std::vector<PixelRect> rects;
-  const auto add = [&](const Placement& placement) {
-    const auto part = within(touched(placement, setting.scale), setting.frame);
-    if (part) rects.push_back(*part);
-  };
-  for (std::size_t i = 0; i < std::max(shown_.size(), next.size()); ++i) {
-    if (i < shown_.size() && i < next.size() && shown_[i] == next[i]) continue;
-    if (i < shown_.size()) add(shown_[i]);
-    if (i < next.size()) add(next[i]);
-  }
-  return rects;
+  return differenceBetween(shown_, next, setting.scale, setting.frame);
 }
 
 void PanelPresenter::applyClip(PanelWindow& window, const std::vector<Placement>& next,
@@ -205,7 +118,7 @@ void PanelPresenter::drawCopy(cairo_t* context, const Placement& placement, doub
   }
   drawPicture(context, picture.copy.get(),
               {static_cast<double>(width), static_cast<double>(height)},
-              scaled(placement.destination, scale));
+              pixelsOf(placement.destination, scale));
 }
 
 }  // namespace vellora

@@ -4,31 +4,11 @@
 #include <optional>
 #include <vector>
 
-#include "platform/linux/drawing/cairo_surface.h"
+#include "platform/linux/window_system/hosted_view.h"
+#include "platform/linux/window_system/placement.h"
 #include "platform/linux/x11/panel_window.h"
 
 namespace vellora {
-
-class XView;
-
-// A caption's picture as the panel shows it. Holding the pixels keeps their address from being
-// given to another picture, so that two pictures are the same exactly when their addresses are.
-struct ShownPicture {
-  CairoSurfacePtr pixels;  // an image surface
-  Size size;               // points
-  Rect plate;              // points, from the picture's top left
-  CairoSurfacePtr copy;    // the same on the server, once it was needed
-};
-
-// A picture and where it goes, in points of the panel.
-struct Placement {
-  std::shared_ptr<ShownPicture> picture;
-  Rect destination;
-
-  bool operator==(const Placement& other) const {
-    return picture->pixels == other.picture->pixels && destination == other.destination;
-  }
-};
 
 // Brings a view's drawing onto the panel's window. What is shown is remembered as a list of
 // pictures and places: a drawing that comes to the same list sends nothing, and any other redraws
@@ -42,8 +22,8 @@ class PanelPresenter {
   // Shows the view in `window`, which is `frame` large and mapped, at `scale` pixels to a point.
   // The panel's top left is at `origin`, in points of the window. `clipToPlates`: only the plates
   // remain part of the window, as there is no transparency.
-  void present(XView& view, Point origin, PanelWindow& window, const PixelRect& frame, double scale,
-               bool clipToPlates);
+  void present(HostedView& view, Point origin, PanelWindow& window, const PixelRect& frame,
+               double scale, bool clipToPlates);
 
   // What the window shows is not known any more.
   void invalidate() { shownIsKnown_ = false; }

@@ -1,8 +1,6 @@
 #include "platform/linux/x11/panel_window.h"
 
-#include <algorithm>
 #include <array>
-#include <cmath>
 #include <string_view>
 #include <utility>
 
@@ -15,15 +13,8 @@
 namespace vellora {
 namespace {
 
-constexpr double lowest = -32768;
-constexpr double highest = 32767;
 constexpr std::uint32_t everyDesktop = 0xffffffff;
 constexpr std::uint32_t neverBypassCompositor = 2;
-
-double nearest(double value) {
-  if (std::isnan(value)) return 0;
-  return std::clamp(std::round(value), lowest, highest);
-}
 
 std::vector<xcb_rectangle_t> xcbRectangles(const std::vector<PixelRect>& rects) {
   std::vector<xcb_rectangle_t> result;
@@ -40,15 +31,6 @@ bool isGranted(xcb_connection_t* connection, xcb_void_cookie_t request) {
 }
 
 }  // namespace
-
-PixelRect nearestPixels(const Rect& pixels) {
-  const double left = nearest(pixels.minX());
-  const double top = nearest(pixels.minY());
-  const double width = std::clamp(nearest(pixels.maxX()) - left, 1.0, highest);
-  const double height = std::clamp(nearest(pixels.maxY()) - top, 1.0, highest);
-  return {static_cast<std::int16_t>(left), static_cast<std::int16_t>(top),
-          static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height)};
-}
 
 PanelWindow::PanelWindow(std::shared_ptr<XSession> session) : session_(std::move(session)) {
   chooseVisual();

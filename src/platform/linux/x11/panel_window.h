@@ -6,26 +6,10 @@
 
 #include <xcb/xcb.h>
 
-#include "base/rect.h"
+#include "platform/linux/window_system/pixel_rect.h"
 #include "platform/linux/x11/x_session.h"
 
 namespace vellora {
-
-// A rectangle of device pixels within what the protocol can carry; never without area.
-struct PixelRect {
-  std::int16_t x = 0;
-  std::int16_t y = 0;
-  std::uint16_t width = 1;
-  std::uint16_t height = 1;
-  bool operator==(const PixelRect&) const = default;
-
-  int right() const { return x + width; }
-  int bottom() const { return y + height; }
-};
-
-// Each edge goes to the nearest pixel; what lies outside the protocol's range, and what is no
-// number, is brought inside.
-PixelRect nearestPixels(const Rect& pixels);
 
 // The overlay's window on the server: outside the window manager's care, without a background and
 // without a border, with an alpha channel where the screen has a visual for it. Unmapped at first.

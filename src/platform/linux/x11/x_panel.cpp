@@ -51,7 +51,7 @@ XPanel::~XPanel() {
 
 void XPanel::configure(NativeView& content) {
   if (view_ != nullptr) view_->setHost(nullptr);
-  view_ = static_cast<XView*>(&content);
+  view_ = static_cast<HostedView*>(&content);
   view_->setHost(this);
   session_->dispatch();
   if (!session_->present()) return;

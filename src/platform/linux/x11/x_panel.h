@@ -5,12 +5,12 @@
 #include <optional>
 
 #include "platform/linux/glib/glib_ptr.h"
+#include "platform/linux/window_system/hosted_view.h"
 #include "platform/linux/x11/panel_presenter.h"
 #include "platform/linux/x11/panel_window.h"
 #include "platform/linux/x11/selection_watch.h"
 #include "platform/linux/x11/stacking_guard.h"
 #include "platform/linux/x11/top_levels.h"
-#include "platform/linux/x11/x_view.h"
 #include "platform/panel.h"
 
 namespace vellora {
@@ -49,7 +49,7 @@ class XPanel final : public Panel, private XEventListener, private ViewHost {
 
   std::shared_ptr<XSession> session_;
   std::function<double()> clock_;
-  XView* view_ = nullptr;
+  HostedView* view_ = nullptr;
   bool shown_ = false;
   Rect frame_;
   std::unique_ptr<PanelWindow> window_;

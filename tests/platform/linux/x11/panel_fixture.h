@@ -12,7 +12,7 @@
 #include "platform/linux/drawing/cairo_surface.h"
 #include "platform/linux/x11/x_panel.h"
 #include "platform/linux/x11/x_session.h"
-#include "platform/linux/x11/x_view.h"
+#include "platform/linux/x11/x_window_system.h"
 #include "support/x_client.h"
 #include "support/x_server.h"
 
@@ -52,7 +52,7 @@ class PanelDesk {
   void makeSession() {
     panel.reset();
     session = std::make_shared<XSession>(server.display().c_str());
-    view = std::make_unique<XView>(session);
+    view = XWindowSystem(session).makeView();
     view->setDrawFunction([this](Surface& surface) {
       ++drawings;
       for (const Placed& each : pictures) surface.drawImage(*each.picture, each.destination);

@@ -250,7 +250,7 @@ TEST_F(PanelTest, PicturesOutliveTheConnectionThatTheyWereDrawnOn) {
 TEST(PanelWithoutDisplayTest, RemembersItsSettings) {
   unsetenv("DISPLAY");
   const auto session = std::make_shared<XSession>(nullptr);
-  const auto view = std::make_unique<XView>(session);
+  const auto view = XWindowSystem(session).makeView();
   const auto panel = std::make_unique<XPanel>(session);
   EXPECT_FALSE(panel->ignoresMouseEvents());
   EXPECT_TRUE(panel->isOpaque());

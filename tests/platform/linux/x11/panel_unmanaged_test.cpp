@@ -111,7 +111,7 @@ TEST_F(PanelUnderUnmanagedTest, TwoOverlaysDoNotChaseEachOther) {
   showOnePicture();
   const auto first = own();
   const auto secondSession = std::make_shared<XSession>(server.display().c_str());
-  const auto secondView = std::make_unique<XView>(secondSession);
+  const auto secondView = XWindowSystem(secondSession).makeView();
   const auto second = std::make_unique<XPanel>(secondSession, [&] { return now; });
   second->configure(*secondView);
   second->setFrame(frame);

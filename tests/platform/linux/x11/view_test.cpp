@@ -10,7 +10,7 @@ using ViewTest = PanelFixture;
 TEST(ViewWithoutDisplayTest, ABitmapHasTwoPixelsToAPointAlsoInAPanel) {
   unsetenv("DISPLAY");
   const auto session = std::make_shared<XSession>(nullptr);
-  const auto view = std::make_unique<XView>(session);
+  const auto view = XWindowSystem(session).makeView();
   const auto panel = std::make_unique<XPanel>(session);
   panel->configure(*view);
   view->setFrame({0, 0, 1200, 800});
@@ -20,7 +20,7 @@ TEST(ViewWithoutDisplayTest, ABitmapHasTwoPixelsToAPointAlsoInAPanel) {
 
 TEST(ViewWithoutDisplayTest, DrawnIntoABitmapAgainItLiesOverWhatIsThere) {
   unsetenv("DISPLAY");
-  const auto view = std::make_unique<XView>(std::make_shared<XSession>(nullptr));
+  const auto view = XWindowSystem(std::make_shared<XSession>(nullptr)).makeView();
   const auto picture = plainPicture(40, 30, 0, {1, 1, 1, 0.5}, 2);
   view->setDrawFunction([&](Surface& surface) { surface.drawImage(*picture, {10, 10, 40, 30}); });
   view->setFrame({0, 0, 100, 100});
@@ -34,7 +34,7 @@ TEST(ViewWithoutDisplayTest, DrawnIntoABitmapAgainItLiesOverWhatIsThere) {
 
 TEST(ViewWithoutDisplayTest, HasNoBitmapWithoutASize) {
   unsetenv("DISPLAY");
-  const auto view = std::make_unique<XView>(std::make_shared<XSession>(nullptr));
+  const auto view = XWindowSystem(std::make_shared<XSession>(nullptr)).makeView();
   EXPECT_EQ(view->bitmapForCachingDisplay(), nullptr);
   view->setFrame({0, 0, 1e9, 10});
   EXPECT_EQ(view->bitmapForCachingDisplay(), nullptr);

@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 
-#include "platform/linux/x11/x_session.h"
 #include "platform/native_view.h"
 
 namespace vellora {
@@ -20,9 +19,11 @@ class ViewHost {
 };
 
 // The captions' view, drawn by its host. Without one it still draws into bitmaps. Main thread.
-class XView final : public NativeView {
+class HostedView final : public NativeView {
  public:
-  explicit XView(std::shared_ptr<XSession> session);
+  // `screenScale` tells the pixels per point of the screen where a window would be; nothing when
+  // there is none.
+  explicit HostedView(std::function<std::optional<double>()> screenScale);
 
   void setDrawFunction(std::function<void(Surface&)> draw) override;
   void setFrame(const Rect& frame) override;
@@ -42,7 +43,7 @@ class XView final : public NativeView {
   // The scale of a view that is in no window and on no screen.
   static constexpr double fallbackScale = 2;
 
-  std::shared_ptr<XSession> session_;
+  std::function<std::optional<double>()> screenScale_;
   ViewHost* host_ = nullptr;
   std::function<void(Surface&)> draw_;
   Rect frame_;

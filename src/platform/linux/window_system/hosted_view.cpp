@@ -1,10 +1,9 @@
-#include "platform/linux/x11/x_view.h"
+#include "platform/linux/window_system/hosted_view.h"
 
 #include <cmath>
 #include <utility>
 
 #include "platform/linux/drawing/cairo_surface.h"
-#include "platform/linux/x11/screen_metrics.h"
 
 namespace vellora {
 namespace {
@@ -17,42 +16,43 @@ std::int64_t pixelCount(double points, double scale) {
 
 }  // namespace
 
-XView::XView(std::shared_ptr<XSession> session) : session_(std::move(session)) {}
+HostedView::HostedView(std::function<std::optional<double>()> screenScale)
+    : screenScale_(std::move(screenScale)) {}
 
-void XView::setDrawFunction(std::function<void(Surface&)> draw) { draw_ = std::move(draw); }
+void HostedView::setDrawFunction(std::function<void(Surface&)> draw) { draw_ = std::move(draw); }
 
-void XView::setFrame(const Rect& frame) {
+void HostedView::setFrame(const Rect& frame) {
   if (frame == frame_) return;
   frame_ = frame;
   setNeedsDisplay();
 }
 
-Rect XView::bounds() const { return {0, 0, frame_.absoluteWidth(), frame_.absoluteHeight()}; }
+Rect HostedView::bounds() const { return {0, 0, frame_.absoluteWidth(), frame_.absoluteHeight()}; }
 
-void XView::setNeedsDisplay() {
+void HostedView::setNeedsDisplay() {
   if (host_ != nullptr) host_->displaySoon();
 }
 
-std::optional<double> XView::windowScale() const {
+std::optional<double> HostedView::windowScale() const {
   return host_ != nullptr ? host_->hostScale() : std::nullopt;
 }
 
-std::unique_ptr<Bitmap> XView::bitmapForCachingDisplay() {
+std::unique_ptr<Bitmap> HostedView::bitmapForCachingDisplay() {
   auto scale = windowScale();
-  if (!scale) scale = session_->metrics().scale();
+  if (!scale) scale = screenScale_();
   const double pixelsPerPoint = scale.value_or(fallbackScale);
   return CairoBitmap::make(pixelCount(bounds().width, pixelsPerPoint),
                            pixelCount(bounds().height, pixelsPerPoint));
 }
 
-void XView::cacheDisplay(Bitmap& bitmap) {
+void HostedView::cacheDisplay(Bitmap& bitmap) {
   if (bounds().isEmpty()) return;
   CairoSurface surface(static_cast<CairoBitmap&>(bitmap).pixels(),
                        static_cast<double>(bitmap.pixelWidth()) / bounds().width);
   draw(surface);
 }
 
-void XView::draw(Surface& surface) {
+void HostedView::draw(Surface& surface) {
   if (draw_) draw_(surface);
 }
 
