@@ -31,6 +31,9 @@ packages_test=(
   appstream mandoc dpkg-dev lintian systemd libfaketime x11-xserver-utils
 )
 
+# Wayland compositors that need no screen, what takes pictures of them, and their X server.
+packages_wayland=(sway kwin-wayland mutter grim xwayland x11-xserver-utils)
+
 # For ./test --long.
 packages_long=(valgrind)
 
