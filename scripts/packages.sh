@@ -7,7 +7,7 @@ packages_build=(
   libxcb1-dev libxcb-composite0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-randr0-dev libxcb-res0-dev libxcb-icccm4-dev libxcb-ewmh-dev
   libsystemd-dev libdbusmenu-glib-dev libicu-dev
   nlohmann-json3-dev libfmt-dev libfast-float-dev
-  libgtk-3-dev
+  libgtk-3-dev libwayland-dev libwayland-bin wayland-protocols
   libcli11-dev libcurl4-openssl-dev libncurses-dev libpugixml-dev libmecab-dev libtag1-dev
 )
 
@@ -24,7 +24,7 @@ packages_session=(
 )
 
 packages_test=(
-  libgtk-4-dev bubblewrap xdg-dbus-proxy
+  libgtk-4-dev plasma-wayland-protocols bubblewrap xdg-dbus-proxy
   apertium-eng-spa libvterm-dev zsh fish i3lock dunst
   libgtest-dev libgmock-dev googletest librapidcheck-dev python3 python3-jsonschema
   clang-19 libclang-rt-19-dev libc++-19-dev libc++abi-19-dev clang-format-14 clang-tidy-14
@@ -32,7 +32,7 @@ packages_test=(
 )
 
 # Wayland compositors that need no screen, what takes pictures of them, and their X server.
-packages_wayland=(sway kwin-wayland mutter grim xwayland x11-xserver-utils)
+packages_wayland=(sway kwin-wayland mutter grim xwayland x11-xserver-utils foot libkf5screen-bin)
 
 # For ./test --long.
 packages_long=(valgrind)
