@@ -10,6 +10,7 @@
 #include "companion/program/keeping.h"
 #include "companion/program/libraries.h"
 #include "companion/program/options.h"
+#include "platform/folder_watch.h"
 #include "platform/player_watch.h"
 
 int main(int argc, char** argv) {
@@ -37,5 +38,5 @@ int main(int argc, char** argv) {
     case Task::keep:
       break;
   }
-  return keep(options, vellora::makePlayerWatch());
+  return keep(options, {vellora::makePlayerWatch(), vellora::makeFolderWatch});
 }

@@ -47,6 +47,16 @@ Keeper::Step Keeper::step(double now, const std::optional<NowPlayingTrack>& told
   return step;
 }
 
+double Keeper::pause(double now) const {
+  if (busy()) return 0;
+  const bool coming =
+      (elsewhere_ && elsewhere_->underWay(now)) ||
+      std::ranges::any_of(additions_, [](const auto& addition) { return addition->underWay(); });
+  double pause = coming ? stepInterval : idleInterval;
+  pause = std::min({pause, sync_.left(now), snapshot_.left(now)});
+  return track_ ? std::min(pause, files_.left(now)) : pause;
+}
+
 void Keeper::add(std::unique_ptr<SongAddition> addition) {
   additions_.push_back(std::move(addition));
 }

@@ -48,6 +48,8 @@ class Keeper {
   // Seconds between two renewals, well inside the ages up to which the overlay takes the records,
   // and between two looks at whether a file of lyrics has changed.
   static constexpr double syncInterval = 5, snapshotInterval = 1.5, filesInterval = 2;
+  // Between two steps while something may come any moment, or while it may not.
+  static constexpr double stepInterval = 0.1, idleInterval = 0.5;
   // Between two searches for the song while the library is still being looked at.
   static constexpr double searchInterval = 0.5;
 
@@ -68,8 +70,8 @@ class Keeper {
   // beside shows another player's window, or none.
   enum class TellingOne { overlay, player };
 
-  // To be called several times a second. `now`: wall-clock seconds since 1970; `told`: what stands
-  // in the now-playing file, or what a player says.
+  // To be called when something has happened, and after `pause`. `now`: wall-clock seconds since
+  // 1970; `told`: what stands in the now-playing file, or what a player says.
   Step step(double now, const std::optional<NowPlayingTrack>& told,
             TellingOne by = TellingOne::overlay);
 
@@ -85,6 +87,8 @@ class Keeper {
   const Library& library() const { return library_; }
   // There is something to do, so that the next step shall not be waited for.
   bool busy() const { return library_.looking(); }
+  // Seconds after a step at `now` within which the next one is due, whatever happens meanwhile.
+  double pause(double now) const;
 
   // From the next song on, this adds to the lines.
   void add(std::unique_ptr<SongAddition> addition);

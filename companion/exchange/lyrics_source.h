@@ -35,9 +35,12 @@ class LyricsSource {
   // the same one changes nothing.
   virtual void want(const std::optional<WantedSong>& song) = 0;
 
-  // To be called several times a second; `now` in seconds since 1970. The lyrics of the song that
-  // is wanted, once, when they have come.
+  // To be called several times a second while `underWay`, and now and then else; `now` in seconds
+  // since 1970. The lyrics of the song that is wanted, once, when they have come.
   virtual std::optional<FoundLyrics> step(double now) = 0;
+
+  // Whether there is something to step for several times a second.
+  virtual bool underWay(double now) const = 0;
 
   // What is done, or what has come of it, for people; empty where there is nothing to tell. Before
   // the first song, what is sent to whom.

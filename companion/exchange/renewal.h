@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <optional>
 
 namespace vellora::companion {
@@ -14,6 +15,10 @@ class Renewal {
     if (last_ && now - *last_ < interval_ && now >= *last_) return false;
     last_ = now;
     return true;
+  }
+  // Seconds after `now` until it is due.
+  double left(double now) const {
+    return last_ && now >= *last_ ? std::max(interval_ - (now - *last_), 0.0) : 0;
   }
   // The next call of `due` says so.
   void hasten() { last_.reset(); }

@@ -19,7 +19,9 @@ class Remote {
 
   void send(MusicCommand::Action action, SeekTarget target = {});
 
-  // To be called several times a second.
+  // Whether a command waits for its effect, so that `step` is to be called several times a second.
+  bool underWay() const { return current_ || !waiting_.empty(); }
+
   void step(double now, const std::optional<NowPlayingTrack>& published,
             const ExchangeFolder& folder);
 

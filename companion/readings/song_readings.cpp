@@ -39,6 +39,7 @@ void SongReadings::drop() {
 bool SongReadings::step(double /*now*/, Song& song) { return take(song); }
 
 void SongReadings::order(std::optional<std::vector<std::string>> lines) {
+  awaited_ = lines.has_value();
   const std::lock_guard lock(mutex_);
   wanted_ = std::move(lines);
   done_.reset();
@@ -54,6 +55,7 @@ bool SongReadings::take(Song& song) {
     readings = std::exchange(done_, std::nullopt);
     notice_ = problem_;
   }
+  if (readings) awaited_ = false;
   if (!readings || readings->size() != song.lines.size()) return false;
   for (std::size_t i = 0; i < song.lines.size(); ++i) {
     song.lines[i].reading = std::move((*readings)[i]);

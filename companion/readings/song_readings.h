@@ -29,6 +29,7 @@ class SongReadings final : public SongAddition {
   void begin(Song& song) override;
   void drop() override;
   bool step(double now, Song& song) override;
+  bool underWay() const override { return awaited_; }
   std::string notice() const override { return notice_; }
 
  private:
@@ -38,7 +39,8 @@ class SongReadings final : public SongAddition {
 
   Reader reader_;  // the thread's alone
   std::string notice_;
-  std::mutex mutex_;  // guards what follows
+  bool awaited_ = false;  // readings that were ordered
+  std::mutex mutex_;      // guards what follows
   std::condition_variable changed_;
   std::optional<std::vector<std::string>> wanted_;  // lines that wait to be read
   std::optional<std::vector<std::string>> done_;    // readings that wait to be taken

@@ -83,6 +83,11 @@ std::optional<FoundLyrics> LyricsService::step(double now) {
   return std::nullopt;
 }
 
+// A server that is left alone is not waited for.
+bool LyricsService::underWay(double now) const {
+  return state_ != State::nothingToDo && (state_ != State::waiting || rest_.over(now));
+}
+
 std::optional<FoundLyrics> LyricsService::begin(double now) {
   since_ = now;
   state_ = State::waiting;

@@ -28,6 +28,7 @@ class LyricsService final : public LyricsSource {
 
   void want(const std::optional<WantedSong>& song) override;
   std::optional<FoundLyrics> step(double now) override;
+  bool underWay(double now) const override;
   std::string report() const override;
 
  private:

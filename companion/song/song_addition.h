@@ -16,9 +16,11 @@ class SongAddition {
   virtual void begin(Song& song) = 0;
   // Nothing plays that is known.
   virtual void drop() = 0;
-  // Puts what has come into the lines of the song that was begun last. Whether it changed any. To
-  // be called several times a second; never waits.
+  // Puts what has come into the lines of the song that was begun last. Whether it changed any.
+  // Never waits.
   virtual bool step(double now, Song& song) = 0;
+  // Whether something may come any moment, so that `step` is to be called several times a second.
+  virtual bool underWay() const = 0;
   // What is to be told to the user now, or nothing.
   virtual std::string notice() const = 0;
 };

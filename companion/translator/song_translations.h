@@ -36,6 +36,7 @@ class SongTranslations final : public SongAddition {
   void begin(Song& song) override;
   void drop() override;
   bool step(double now, Song& song) override;
+  bool underWay() const override { return program_ != nullptr; }
   std::string notice() const override { return notice_; }
 
  private:

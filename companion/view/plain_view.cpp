@@ -2,8 +2,6 @@
 
 #include <ostream>
 
-#include <poll.h>
-
 #include "companion/song/text.h"
 #include "companion/song/time_stamp.h"
 #include "companion/view/screen.h"
@@ -63,10 +61,5 @@ void PlainView::showSong(const ViewState& state) {
 }
 
 void PlainView::say(const std::string& line) { out_ << line << std::endl; }
-
-std::vector<Wish> PlainView::wait(double seconds) {
-  poll(nullptr, 0, static_cast<int>(seconds * 1000));
-  return {};
-}
 
 }  // namespace vellora::companion

@@ -15,7 +15,9 @@ class PlainView : public View {
   explicit PlainView(std::ostream& out) : out_(out) {}
 
   void show(const ViewState& state) override;
-  std::vector<Wish> wait(double seconds) override;
+  double lasts(const ViewState& state) const override { return untilNextLine(state); }
+  int input() const override { return -1; }
+  std::vector<Wish> take() override { return {}; }
 
  private:
   void say(const std::string& line);

@@ -1,9 +1,13 @@
 #include "companion/view/terminal_view.h"
 
+#include <algorithm>
 #include <clocale>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include <curses.h>
 #include <langinfo.h>
@@ -60,6 +64,7 @@ class TerminalView final : public View {
     cbreak();
     noecho();
     keypad(stdscr, TRUE);
+    nodelay(stdscr, TRUE);
     set_escdelay(25);
     curs_set(0);
   }
@@ -68,24 +73,42 @@ class TerminalView final : public View {
     int rows = 0;
     int columns = 0;
     getmaxyx(stdscr, rows, columns);
+    // The last column stays free: a character there makes some terminals go on to the next row.
+    std::vector<ScreenLine> lines = screenOf(state, columns - 1, rows);
+    if (lines == shown_ && rows == rows_ && columns == columns_) return;
+    shown_ = std::move(lines);
+    rows_ = rows;
+    columns_ = columns;
     erase();
     int row = 0;
-    // The last column stays free: a character there makes some terminals go on to the next row.
-    for (const ScreenLine& line : screenOf(state, columns - 1, rows)) {
+    for (const ScreenLine& line : shown_) {
       attr_set(attributesOf(line.style), 0, nullptr);
       mvaddstr(row++, 0, line.text.c_str());
     }
     refresh();
   }
 
-  std::vector<Wish> wait(double seconds) override {
+  // The place in the song is told in whole seconds.
+  double lasts(const ViewState& state) const override {
+    if (more_) return 0;
+    const double line = untilNextLine(state);
+    if (!state.track || !state.track->playing) return line;
+    const double second = 1 - (state.position - std::floor(state.position));
+    return std::min(line, std::max(second, shortestWait));
+  }
+
+  int input() const override { return STDIN_FILENO; }
+
+  std::vector<Wish> take() override {
     std::vector<Wish> wishes;
-    timeout(static_cast<int>(seconds * 1000));
+    more_ = true;
     for (int taken = 0; taken < mostKeys; ++taken) {
       const int key = getch();
-      if (key == ERR) break;
+      if (key == ERR) {
+        more_ = false;
+        break;
+      }
       if (const auto wish = wishOf(key)) wishes.push_back(*wish);
-      timeout(0);
     }
     if (terminalIsGone()) wishes.push_back(Wish::quit);
     return wishes;
@@ -93,6 +116,10 @@ class TerminalView final : public View {
 
  private:
   ScreenPtr screen_;
+  std::vector<ScreenLine> shown_;
+  int rows_ = 0;
+  int columns_ = 0;
+  bool more_ = false;  // keys that wait to be taken
 };
 
 }  // namespace

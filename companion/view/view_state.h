@@ -52,8 +52,18 @@ class View {
   virtual ~View() = default;
 
   virtual void show(const ViewState& state) = 0;
-  // Waits until the user asks for something or the time, in seconds, is over.
-  virtual std::vector<Wish> wait(double seconds) = 0;
+  // Seconds for which what was shown of this state holds while nothing happens but that the song
+  // goes on.
+  virtual double lasts(const ViewState& state) const = 0;
+  // Can be read from when the user asks for something; -1 where nobody can.
+  virtual int input() const = 0;
+  // What the user has asked for since the last call. Never waits.
+  virtual std::vector<Wish> take() = 0;
 };
+
+// Nobody sees what changes sooner, in seconds.
+inline constexpr double shortestWait = 0.01;
+// Seconds until another line is sung, `shortestWait` at least; infinite where none will be.
+double untilNextLine(const ViewState& state);
 
 }  // namespace vellora::companion

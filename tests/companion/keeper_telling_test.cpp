@@ -36,6 +36,7 @@ class Telling final : public SongAddition {
   void begin(Song&) override {}
   void drop() override {}
   bool step(double, Song&) override { return false; }
+  bool underWay() const override { return false; }
   std::string notice() const override { return notice_; }
 
  private:

@@ -6,10 +6,9 @@
 
 #include "base/files.h"
 #include "companion/audio_files.h"
-#include "companion/exchange/folder.h"
 #include "companion/song/lrc.h"
 #include "companion/song_folder.h"
-#include "exchange/opened_url.h"
+#include "exchange/records/json.h"
 
 namespace vellora::companion {
 namespace {
@@ -159,6 +158,7 @@ class Elsewhere final : public LyricsSource {
     std::optional<WantedSong> wanted;
     int changes = 0;
     std::optional<FoundLyrics> found;
+    bool underWay = false;
   };
   explicit Elsewhere(Box& box) : box_(box) {}
   void want(const std::optional<WantedSong>& song) override {
@@ -169,6 +169,7 @@ class Elsewhere final : public LyricsSource {
   std::optional<FoundLyrics> step(double) override {
     return std::exchange(box_.found, std::nullopt);
   }
+  bool underWay(double) const override { return box_.underWay; }
   std::string report() const override { return {}; }
 
  private:
@@ -277,13 +278,6 @@ TEST_F(Keeping, SettingsAreBoundedAndWrittenAtOnce) {
   EXPECT_FALSE(keeper->step(begin + 0.2, track(begin)).snapshot->enabled);
 }
 
-TEST(ExchangeFolders, TheirUrlIsAcceptedByTheOverlay) {
-  for (const char* path : {"/a/Vellora", "/a b/é&x=1;y+z%20?#/Vellora"}) {
-    EXPECT_EQ(acceptedSnapshotLocation({ExchangeFolder(path).url()}),
-              std::filesystem::path(path) / "snapshot.json");
-  }
-}
-
 TEST_F(Keeping, AHugeSongStaysWithinWhatTheOverlayReads) {
   // Each quote takes two bytes in JSON: twenty million in all.
   const std::string quotes(999, '"');
@@ -294,55 +288,6 @@ TEST_F(Keeping, AHugeSongStaysWithinWhatTheOverlayReads) {
   ASSERT_TRUE(step.snapshot);
   ASSERT_FALSE(step.snapshot->lines.empty());
   EXPECT_LT(encode(*step.snapshot)->size(), largestReadableFile);
-}
-
-TEST(ExchangeFolders, EndlessTextsAreCut) {
-  std::string pattern = "/tmp/vellora-exchange-XXXXXX";
-  ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-  ExchangeFolder folder(pattern);
-  const std::string endless(1'000'000, 'x');
-  ASSERT_TRUE(writeExchangeFile(folder.path() / nowPlayingFileName,
-                                NowPlayingTrack(1, endless, endless, endless)));
-  ASSERT_TRUE(writeExchangeFile(folder.path() / statusFileName, OverlayStatus(endless)));
-  EXPECT_EQ(folder.nowPlaying()->title.size(), 4000U);
-  EXPECT_EQ(folder.status()->message.size(), 4000U);
-  std::filesystem::remove_all(pattern);
-}
-
-TEST(ExchangeFolders, TellWhatStandsInThemNow) {
-  std::string pattern = "/tmp/vellora-exchange-XXXXXX";
-  ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-  ExchangeFolder folder(pattern);
-  const auto file = folder.path() / statusFileName;
-  EXPECT_FALSE(folder.status());
-  for (const char* message : {"first", "second", "first"}) {
-    ASSERT_TRUE(writeExchangeFile(file, OverlayStatus(message)));
-    for (int i = 0; i < 2; ++i) {
-      ASSERT_TRUE(folder.status());
-      EXPECT_EQ(folder.status()->message, message);
-    }
-  }
-  ASSERT_TRUE(writeFileAtomically(file, "{"));
-  EXPECT_FALSE(folder.status());
-  ASSERT_TRUE(writeExchangeFile(file, OverlayStatus("third")));
-  EXPECT_EQ(folder.status()->message, "third");
-  std::filesystem::remove(file);
-  EXPECT_FALSE(folder.status());
-  EXPECT_FALSE(folder.nowPlaying());
-  std::filesystem::remove_all(pattern);
-}
-
-TEST(ExchangeFolders, AreMadeForTheUserAlone) {
-  std::string pattern = "/tmp/vellora-exchange-XXXXXX";
-  ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-  const ExchangeFolder folder(std::filesystem::path(pattern) / "x" / "Vellora");
-  EXPECT_EQ(folder.make(), std::nullopt);
-  EXPECT_EQ(std::filesystem::status(folder.path()).permissions(),
-            std::filesystem::perms::owner_all);
-  EXPECT_TRUE(folder.write(SyncRequest{1}));
-  EXPECT_FALSE(folder.commandWaits());
-  std::filesystem::remove_all(pattern);
-  EXPECT_FALSE(folder.write(SyncRequest{1}));
 }
 
 constexpr double later = begin + 1;
@@ -361,6 +306,7 @@ class LateReadings : public SongAddition {
     for (SongLine& line : song.lines) line.reading = "read " + line.source;
     return true;
   }
+  bool underWay() const override { return false; }
   std::string notice() const override { return "told"; }
 
  private:

@@ -256,6 +256,21 @@ TEST_F(Service, AServerThatFailsIsLeftAloneForGrowingSpans) {
   }
 }
 
+TEST_F(Service, IsUnderWayButWhileTheServerIsLeftAlone) {
+  EXPECT_FALSE(service->underWay(now));
+  service->want(song);
+  EXPECT_TRUE(service->underWay(now));
+  during(1);
+  EXPECT_TRUE(service->underWay(now)) << "the server has not answered";
+  failWith(Outcome::unreachable);
+  service->step(now);
+  EXPECT_FALSE(service->underWay(now + 1));
+  EXPECT_TRUE(service->underWay(now + 2));
+  answer(200, synced);
+  EXPECT_TRUE(during(3));
+  EXPECT_FALSE(service->underWay(now));
+}
+
 TEST_F(Service, AfterASuccessTheSpansBeginAnew) {
   for (int i = 0; i < 4; ++i) failWith(Outcome::unreachable);
   answer(200, synced);

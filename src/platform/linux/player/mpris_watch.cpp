@@ -1,5 +1,6 @@
 #include "platform/linux/player/mpris_watch.h"
 
+#include <algorithm>
 #include <chrono>
 #include <string_view>
 #include <utility>
@@ -43,6 +44,23 @@ std::optional<HeardTrack> MprisWatch::look(double now) {
       NowPlayingTrack(player.saidAt, said.track.title, said.track.artist, said.track.album,
                       static_cast<double>(said.position) * microseconds, said.playing());
   return heard;
+}
+
+// The answers come at the next look.
+double MprisWatch::pause(double now) const {
+  const auto until = [now](double last, double interval) {
+    return isDue(now, last, interval) ? 0 : last + interval - now;
+  };
+  if (!questions_) return until(triedAt_, askInterval);
+  const auto forAnswer = [&](double asked) {
+    return now - asked < lateInterval && now >= asked ? answerInterval : lateInterval;
+  };
+  double pause = list_ ? forAnswer(listAskedAt_) : until(listedAt_, listInterval);
+  const double interval = followed_.empty() ? idleInterval : askInterval;
+  for (const auto& [name, player] : players_) {
+    pause = std::min(pause, player.open ? forAnswer(player.asked) : until(player.asked, interval));
+  }
+  return pause;
 }
 
 // The connection is made on another thread, and is here at a later look.
@@ -110,7 +128,10 @@ std::string MprisWatch::choose(double now) const {
 }
 
 void MprisWatch::ask(double now) {
-  if (!list_ && isDue(now, listedAt_, listInterval)) list_ = questions_->listNames();
+  if (!list_ && isDue(now, listedAt_, listInterval)) {
+    list_ = questions_->listNames();
+    listAskedAt_ = now;
+  }
   const double interval = followed_.empty() ? idleInterval : askInterval;
   for (auto& [name, player] : players_) {
     if (!player.identity) player.identity = questions_->askPlayer(name, root, "Identity");

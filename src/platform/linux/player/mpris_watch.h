@@ -19,9 +19,13 @@ class MprisWatch final : public PlayerWatch {
   // Seconds: between two questions to a player while one plays, and while none does; between two
   // lists of players, and two looks for a bus; after which what a player said no longer counts.
   static constexpr double askInterval = 0.5, idleInterval = 2, listInterval = 2, patience = 4;
+  // Between two looks for an answer: to a question that was just asked, and to one whose answer
+  // is late.
+  static constexpr double answerInterval = 0.1, lateInterval = 0.5;
   static constexpr std::size_t mostPlayers = 32;
 
   std::optional<HeardTrack> look(double now) override;
+  double pause(double now) const override;
 
  private:
   struct Player {
@@ -44,6 +48,7 @@ class MprisWatch final : public PlayerWatch {
   BusAnswerPtr list_;                        // of players; null: none is open
   double triedAt_ = 0;
   double listedAt_ = 0;
+  double listAskedAt_ = 0;
   std::map<std::string, Player> players_;  // by bus name
   std::string followed_;                   // that was told of last
 };

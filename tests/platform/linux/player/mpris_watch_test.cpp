@@ -55,6 +55,21 @@ class MprisWatches : public ::testing::Test {
   MprisWatch watch;
 };
 
+TEST_F(MprisWatches, NeedNoLookUntilSomethingIsDue) {
+  const auto rests = [&](double seconds) {
+    return hears([&](const auto&) { return watch.pause(now) > seconds; });
+  };
+  EXPECT_TRUE(rests(1)) << "where there is no player, a look every other second";
+  EXPECT_LE(watch.pause(now), MprisWatch::listInterval);
+  FakePlayer player(named("any", 1));
+  ASSERT_TRUE(hears("Sakura"));
+  EXPECT_TRUE(rests(0.2));
+  EXPECT_LE(watch.pause(now), MprisWatch::askInterval);
+  now += MprisWatch::askInterval;
+  watch.look(now);
+  EXPECT_EQ(watch.pause(now), MprisWatch::answerInterval) << "an answer is awaited";
+}
+
 TEST_F(MprisWatches, TellWhatAnyPlayerPlays) {
   auto setup = named("any.instance1", 1);
   setup.position = 83'250'000;
