@@ -32,6 +32,10 @@ std::string fontFamilies(std::string_view language) {
 // bits.
 constexpr double largestLength = 100'000;
 
+// No line is laid out narrower than this many font sizes. Pango 1.50 ends the process where a space
+// that carries a mark is wider than the line. Captions are wider than that.
+constexpr double narrowestLine = 1.5;
+
 // Bytes of a text that are laid out first; twice as many each time that they do not suffice.
 constexpr std::size_t firstPart = 2048;
 
@@ -146,7 +150,7 @@ void TextSetter::layOut(std::string_view text, double fontSize, double width, do
   pango_font_description_set_absolute_size(font_.get(), pangoUnits(fontSize));
   pango_context_set_language(context_.get(), pango_language_from_string(language));
   pango_layout_set_font_description(layout_.get(), font_.get());
-  pango_layout_set_width(layout_.get(), pangoUnits(width));
+  pango_layout_set_width(layout_.get(), pangoUnits(std::fmax(width, fontSize * narrowestLine)));
   for (std::size_t size = firstPart;; size *= 2) {
     const std::string_view part = firstBytes(shown, size);
     pango_layout_set_text(layout_.get(), part.data(), static_cast<int>(part.size()));

@@ -25,7 +25,8 @@ class TextSetter {
   bool setCommonLanguage(const char* language);
 
   // Height of the whole text, `most` at most; not all of a text that is higher is laid out. 0 where
-  // font size or width are not positive or not finite.
+  // font size or width are not positive or not finite. A line is never set narrower than one and a
+  // half font sizes.
   double height(std::string_view text, double fontSize, double width, double most);
 
   // Shows the text from the top of `place` in the context's source colour. Where it is higher than

@@ -86,6 +86,16 @@ TEST_F(PainterTest, AWordTooLongForTheLineIsBroken) {
   EXPECT_GT(ink.height(), 60);
 }
 
+TEST_F(PainterTest, ASpaceThatCarriesAMarkMayBeWiderThanItsLine) {
+  for (const double width : {0.5, 1.0, 2.0, 4.0, 8.0, 16.0}) {
+    for (const char* const text : {" \u06df\ufffd", "न\u3000\u200d \u0301\u0301ป "}) {
+      const double height = painter.measureHeight(text, 20, width, 1000);
+      EXPECT_GE(height, 25) << width;
+      EXPECT_LE(height, 200) << width;
+    }
+  }
+}
+
 TEST_F(PainterTest, HeightIsAQuarterMoreThanTheFontForEachLineOfAnyScript) {
   EXPECT_NEAR(painter.measureHeight("one", 20, 400, 1000), 25, 0.01);
   EXPECT_NEAR(painter.measureHeight("一行", 20, 400, 1000), 25, 0.01);
