@@ -40,6 +40,7 @@ CairoSurfacePtr makePixels(std::int64_t width, std::int64_t height) {
 }
 
 void drawPicture(cairo_t* context, cairo_surface_t* picture, const Size& size, const Rect& place) {
+  if (!isDrawable(place)) return;
   cairo_save(context);
   if (std::abs(place.width - size.width) < 1 && std::abs(place.height - size.height) < 1) {
     cairo_translate(context, std::round(place.x), std::round(place.y));
@@ -58,7 +59,6 @@ CairoSurface::CairoSurface(cairo_surface_t* target, double scale)
 void CairoSurface::drawImage(const CaptionImage& image, const Rect& destination) {
   Rect place = destination.standardized();
   place = {place.x * scale_, place.y * scale_, place.width * scale_, place.height * scale_};
-  if (!isDrawable(place)) return;
   cairo_surface_t* pixels = static_cast<const CairoImage&>(image).pixels();
   drawPicture(context_.get(), pixels,
               {static_cast<double>(cairo_image_surface_get_width(pixels)),

@@ -1,0 +1,39 @@
+#include "platform/linux/wayland/panel/panel_canvas.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace vellora {
+
+ShmBuffer* PanelCanvas::draw(wl_shm* shm, const PanelContent& content, const Standing& standing) {
+  Page* const page = freePage(shm, standing);
+  if (page == nullptr) return nullptr;
+  paintContent(page->buffer->pixels(), content, changesBetween(page->content, content));
+  page->content = content;
+  return page->buffer.get();
+}
+
+// One that was drawn on already is taken first.
+PanelCanvas::Page* PanelCanvas::freePage(wl_shm* shm, const Standing& standing) {
+  if (standing.pixelWidth != pixelWidth_ || standing.pixelHeight != pixelHeight_) {
+    old_ = std::exchange(pages_, {});
+    pixelWidth_ = standing.pixelWidth;
+    pixelHeight_ = standing.pixelHeight;
+  }
+  for (Page& page : pages_) {
+    if (page.buffer && !page.buffer->isInUse()) return &page;
+  }
+  const auto empty = std::ranges::find_if(pages_, [](const Page& page) { return !page.buffer; });
+  if (empty == pages_.end()) return nullptr;
+  empty->buffer = ShmBuffer::make(shm, pixelWidth_, pixelHeight_, freed_);
+  return empty->buffer ? &*empty : nullptr;
+}
+
+void PanelCanvas::dropOld() { old_ = {}; }
+
+void PanelCanvas::clear() {
+  pages_ = {};
+  old_ = {};
+}
+
+}  // namespace vellora
