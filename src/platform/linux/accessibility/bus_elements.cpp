@@ -20,8 +20,8 @@ AttributeValue text(const std::optional<std::string>& value) {
 
 class BusElement final : public AccessibilityElement {
  public:
-  BusElement(std::shared_ptr<BusReading> reading, NodeIndex node, int depth)
-      : reading_(std::move(reading)), node_(node), depth_(depth) {}
+  BusElement(std::shared_ptr<BusReading> reading, NodeIndex node, int depth, NodeIndex window)
+      : reading_(std::move(reading)), node_(node), depth_(depth), window_(window) {}
 
   AttributeValue attribute(std::string_view name) override {
     const auto source = attributeSource(name);
@@ -71,23 +71,22 @@ class BusElement final : public AccessibilityElement {
     AccessibilityElements list;
     list.reserve(nodes->size());
     for (const NodeIndex child : *nodes) {
-      list.push_back(std::make_shared<BusElement>(reading_, child, depth_ + 1));
+      list.push_back(std::make_shared<BusElement>(reading_, child, depth_ + 1, window_));
     }
     return list;
   }
 
   AttributeValue extents(AttributeSource source) {
-    const auto found = reading_->extents(node_, depth_);
+    const auto found = reading_->frame(node_, depth_, window_);
     if (!found) return {};
-    if (source == AttributeSource::position) {
-      return Point{static_cast<double>(found->x), static_cast<double>(found->y)};
-    }
-    return Size{static_cast<double>(found->width), static_cast<double>(found->height)};
+    if (source == AttributeSource::position) return Point{found->x, found->y};
+    return Size{found->width, found->height};
   }
 
   std::shared_ptr<BusReading> reading_;
   NodeIndex node_;
   int depth_;
+  NodeIndex window_;  // that it is in
 };
 
 class BusApplicationElement final : public AccessibilityElement {
@@ -106,11 +105,12 @@ class BusApplicationElement final : public AccessibilityElement {
     if (attributeSource(name) != AttributeSource::windows) return {};
     const auto player = windows_ ? windows_->find(processIdentifier_) : std::nullopt;
     if (player && std::ranges::any_of(player->descriptions, hasLyrics)) return described(*player);
-    const auto reading = BusReading::begin(*connections_, processIdentifier_, player_, limits_);
+    const auto reading = BusReading::begin(*connections_, processIdentifier_, player_, limits_,
+                                           player ? player->surfaces : std::nullopt);
     if (!reading) return {};
     AccessibilityElements list;
     for (const NodeIndex window : reading->windows()) {
-      list.push_back(std::make_shared<BusElement>(reading, window, 0));
+      list.push_back(std::make_shared<BusElement>(reading, window, 0, window));
     }
     return list;
   }

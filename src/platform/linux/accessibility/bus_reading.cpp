@@ -9,13 +9,15 @@
 namespace vellora {
 
 std::shared_ptr<BusReading> BusReading::begin(ConnectionSlot& slot, std::int32_t processIdentifier,
-                                              const Player& player, const ReadingLimits& limits) {
+                                              const Player& player, const ReadingLimits& limits,
+                                              std::optional<std::vector<SurfacePlace>> surfaces) {
   const auto listing = steady(static_cast<double>(limits.messagingTimeout));
   LentConnection connection = slot.lend();
   const auto access = connection->prepare(processIdentifier, listing);
   if (!access) return nullptr;
   const std::shared_ptr<BusReading> reading(
       new BusReading(std::move(connection), *access, player, limits));
+  reading->surfaces_ = std::move(surfaces);
   reading->windows_ = findWindows(access->bus, access->memory, reading->queries_,
                                   {.listing = listing, .waiting = reading->walkTime_});
   return reading->windows_.empty() ? nullptr : reading;
@@ -70,6 +72,54 @@ std::optional<AccessibleExtents> BusReading::extents(NodeIndex index, int depth)
   }
   node(index).isFramed = true;
   return node(index).moment.extents.value;
+}
+
+std::optional<Rect> BusReading::frame(NodeIndex index, int depth, NodeIndex window) {
+  const auto told = extents(index, depth);
+  if (!told) return std::nullopt;
+  if (!surfaces_) return rectOf(*told);
+  const auto& place = placement(window);
+  if (!place) return std::nullopt;
+  return index == window ? place->window() : place->place(rectOf(*told));
+}
+
+const std::optional<SurfacePlacement>& BusReading::placement(NodeIndex window) {
+  const auto known = placements_.find(window);
+  if (known != placements_.end()) return known->second;
+  const auto told = extents(window, 0);
+  auto found = told ? SurfacePlacement::find(*told, *surfaces_) : std::nullopt;
+  if (found && found->lacksInset()) lookForInset(window, *found);
+  return placements_.emplace(window, found).first->second;
+}
+
+void BusReading::lookForInset(NodeIndex window, SurfacePlacement& placement) {
+  const AccessibleExtents frame = *node(window).moment.extents.value;
+  NodeIndex level = window;
+  for (int depth = 0; depth < deepestInset; ++depth) {
+    auto below = children(level, depth).value_or(std::vector<NodeIndex>());
+    below.resize(std::min(below.size(), mostAtLevel));
+    if (placement.takeInset(extentsOf(below))) return;
+    const auto large = std::ranges::find_if(below, [&](NodeIndex index) {
+      const auto& extents = node(index).moment.extents.value;
+      return extents && isAsLarge(*extents, frame);
+    });
+    if (large == below.end()) return;
+    level = *large;
+  }
+}
+
+std::vector<AccessibleExtents> BusReading::extentsOf(const std::vector<NodeIndex>& nodes) {
+  const auto until = deadline();
+  for (const NodeIndex index : nodes) {
+    if (until && node(index).moment.extents.isUnasked()) queries_.askExtents(index);
+    node(index).isFramed = true;
+  }
+  if (until) access_.bus.exchange(*until);
+  std::vector<AccessibleExtents> told;
+  for (const NodeIndex index : nodes) {
+    if (const auto& extents = node(index).moment.extents.value) told.push_back(*extents);
+  }
+  return told;
 }
 
 void BusReading::fetchFacts(NodeIndex index, int depth) {

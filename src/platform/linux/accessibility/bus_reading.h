@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "platform/linux/accessibility/accessible_queries.h"
 #include "platform/linux/accessibility/accessible_store.h"
 #include "platform/linux/accessibility/reading_connection.h"
+#include "platform/linux/accessibility/surface_placement.h"
 #include "platform/linux/accessibility/tree_prefetch.h"
 
 namespace vellora {
@@ -25,8 +27,10 @@ namespace vellora {
 class BusReading {
  public:
   // Finds the process's program and its windows; null when there are none to be read.
+  // `surfaces` is as in PlayerWindow.
   static std::shared_ptr<BusReading> begin(ConnectionSlot& slot, std::int32_t processIdentifier,
-                                           const Player& player, const ReadingLimits& limits);
+                                           const Player& player, const ReadingLimits& limits,
+                                           std::optional<std::vector<SurfacePlace>> surfaces = {});
   ~BusReading() { access_.memory.endReading(); }
   BusReading(const BusReading&) = delete;
   BusReading& operator=(const BusReading&) = delete;
@@ -40,12 +44,18 @@ class BusReading {
   std::optional<AccessibleProperties> properties(NodeIndex node, int depth);
   std::optional<std::vector<NodeIndex>> children(NodeIndex node, int depth);
   std::optional<AccessibleExtents> extents(NodeIndex node, int depth);
+  // In points of the screen; nothing also where it is not known where the window is.
+  std::optional<Rect> frame(NodeIndex node, int depth, NodeIndex window);
 
  private:
   BusReading(LentConnection connection, ReadingConnection::Access access, const Player& player,
              const ReadingLimits& limits);
 
   AccessibleNode& node(NodeIndex index) { return access_.memory.store()[index]; }
+  // Of a program that does not know where its windows are.
+  const std::optional<SurfacePlacement>& placement(NodeIndex window);
+  void lookForInset(NodeIndex window, SurfacePlacement& placement);
+  std::vector<AccessibleExtents> extentsOf(const std::vector<NodeIndex>& nodes);
   void fetchFacts(NodeIndex node, int depth);
   std::size_t elementsLeft() const;
   // Until when a question that is put now may take; nothing when there is no time left to put it.
@@ -58,6 +68,8 @@ class BusReading {
   AccessibleQueries queries_;
   TreePrefetch prefetch_;
   std::vector<NodeIndex> windows_;
+  std::optional<std::vector<SurfacePlace>> surfaces_;
+  std::map<NodeIndex, std::optional<SurfacePlacement>> placements_;  // of windows
   std::optional<Steady::time_point> walkBegin_;
   std::size_t visited_ = 0;
 };

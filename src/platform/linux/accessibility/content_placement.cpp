@@ -20,8 +20,14 @@ bool isInside(const AccessibleExtents& inner, const AccessibleExtents& outer) {
 
 ContentPlacement::ContentPlacement(const AccessibleExtents& frame,
                                    const std::optional<AccessibleExtents>& page,
-                                   const PlayerWindow& window)
-    : placement_(frame, window), window_(placement_.place(frame)) {
+                                   const PlayerWindow& window,
+                                   const std::optional<SurfacePlacement>& surface)
+    : placement_(frame, window), surface_(surface), window_(placement_.place(frame)) {
+  if (surface_) {
+    window_ = surface_->window();
+    if (page && !isInside(*page, frame) && window.scale > 1) pixelsPerPoint_ = window.scale;
+    return;
+  }
   if (!window.clientArea || !(window.scale > 0)) return;
   const Rect area{window.clientArea->x / window.scale, window.clientArea->y / window.scale,
                   window.clientArea->width / window.scale,
@@ -34,9 +40,11 @@ ContentPlacement::ContentPlacement(const AccessibleExtents& frame,
 }
 
 Rect ContentPlacement::place(const AccessibleExtents& extents) const {
-  if (!pixelsPerPoint_) return placement_.place(extents);
-  return {extents.x / *pixelsPerPoint_, extents.y / *pixelsPerPoint_,
-          extents.width / *pixelsPerPoint_, extents.height / *pixelsPerPoint_};
+  const double pixels = pixelsPerPoint_.value_or(1);
+  const Rect told{extents.x / pixels, extents.y / pixels, extents.width / pixels,
+                  extents.height / pixels};
+  if (surface_) return surface_->place(told);
+  return pixelsPerPoint_ ? told : placement_.place(extents);
 }
 
 }  // namespace vellora

@@ -4,6 +4,7 @@
 
 #include "base/rect.h"
 #include "platform/linux/accessibility/accessible_store.h"
+#include "platform/linux/accessibility/surface_placement.h"
 #include "platform/linux/accessibility/window_placement.h"
 #include "platform/linux/players/player_windows.h"
 
@@ -15,14 +16,17 @@ namespace vellora {
 class ContentPlacement {
  public:
   // `frame` and `page` are the extents that the program tells of the window and of the page in it.
+  // `surface` is the frame's, where the window system knows places that the program does not.
   ContentPlacement(const AccessibleExtents& frame, const std::optional<AccessibleExtents>& page,
-                   const PlayerWindow& window);
+                   const PlayerWindow& window,
+                   const std::optional<SurfacePlacement>& surface = std::nullopt);
 
   Rect window() const { return window_; }
   Rect place(const AccessibleExtents& extents) const;
 
  private:
   WindowPlacement placement_;
+  std::optional<SurfacePlacement> surface_;
   Rect window_;
   std::optional<double> pixelsPerPoint_;  // of the page, where it is told in the device's pixels
 };

@@ -9,6 +9,7 @@
 #include "platform/linux/accessibility/application_lookup.h"
 #include "platform/linux/accessibility/attribute_mapping.h"
 #include "platform/linux/accessibility/content_placement.h"
+#include "platform/linux/accessibility/surface_search.h"
 
 namespace vellora {
 
@@ -80,6 +81,7 @@ class DescribedReading {
     forgetOld();
     askMoving();
     search();
+    askSurface();
     askRows();
     if (!memory_.last.frame) return std::nullopt;
     return layout();
@@ -99,6 +101,7 @@ class DescribedReading {
   bool pass();
   void take(SearchResult result);
   void noteCounts();
+  void askSurface();
   void askRows();
   void tellRows(const std::vector<std::size_t>& rows);
   AccessibleExtents sight();
@@ -112,6 +115,7 @@ class DescribedReading {
   const ReadingLimits& limits_;
   const Steady::time_point begin_;
   std::optional<MediaTrack> track_;
+  std::optional<SurfacePlacement> surface_;
 };
 
 // Asks the window that was found last for its state, before all else: a program that hangs gets no
@@ -291,6 +295,14 @@ void DescribedReading::take(SearchResult result) {
   memory_.settled = terms();
 }
 
+// Where the window is, for a program that does not know it. Most windows tell at once.
+void DescribedReading::askSurface() {
+  if (!memory_.last.frame || !window_.surfaces) return;
+  do {
+    surface_ = findSurface(facts(), *memory_.last.frame, window_);
+  } while (facts().exchange());
+}
+
 // The frames of what can be seen, in volleys until no row in sight is left out.
 void DescribedReading::askRows() {
   memory_.childCounts.clear();
@@ -335,9 +347,10 @@ DescribedLayout DescribedReading::layout() {
   result.isIconified = has(facts()[*memory_.last.frame].states, AtspiState::iconified);
   const auto& frame = facts()[*memory_.last.frame].extents.value;
   if (!isThere(frame)) return result;
+  if (window_.surfaces && !surface_) return result;
   const auto page = view() && view()->document ? facts()[*view()->document].extents.value
                                                : std::optional<AccessibleExtents>();
-  const ContentPlacement placement(*frame, page, window_);
+  const ContentPlacement placement(*frame, page, window_, surface_);
   result.window = placement.window();
   if (track_) result.title = trackTitle(*track_);
   if (!view()) return result;

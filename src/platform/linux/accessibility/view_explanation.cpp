@@ -10,6 +10,7 @@
 #include "platform/linux/accessibility/content_placement.h"
 #include "platform/linux/accessibility/element_search.h"
 #include "platform/linux/accessibility/reading_connection.h"
+#include "platform/linux/accessibility/surface_search.h"
 #include "platform/linux/accessibility/view_search.h"
 #include "platform/linux/players/player_descriptions.h"
 
@@ -57,8 +58,10 @@ class Explainer {
     }
     const auto page = found.page ? facts_.extents(*found.page).value : std::nullopt;
     result.frame = explained(*found.frame, 0);
-    if (const auto& extents = facts_.extents(*found.frame).value) {
-      placement_.emplace(*extents, page, window_);
+    const auto surface = findSurface(facts_, *found.frame, window_);
+    const auto& extents = facts_.extents(*found.frame).value;
+    if (extents && (surface || !window_.surfaces)) {
+      placement_.emplace(*extents, page, window_, surface);
       result.frame->frame = placement_->window();
     }
     result.page = found.address;

@@ -10,6 +10,14 @@
 
 namespace vellora {
 
+// Where a window is that its program cannot tell the place of, as on Wayland. In points from the
+// top left of the screens.
+struct SurfacePlace {
+  Rect content;                 // without decorations and shadows
+  std::optional<Rect> surface;  // with the shadow that the program draws; nothing: it is not known
+  bool operator==(const SurfacePlace&) const = default;
+};
+
 // A window that fits descriptions, as the window system knows it.
 struct PlayerWindow {
   std::int32_t process = 0;
@@ -19,6 +27,9 @@ struct PlayerWindow {
   // system does not tell.
   std::optional<Rect> clientArea;
   double scale = 1;  // device pixels a point
+  // Of all windows of the process that can be seen, that in front first, where programs tell the
+  // positions of their elements without knowing where their windows are. Nothing: they know it.
+  std::optional<std::vector<SurfacePlace>> surfaces{};
 };
 
 // The players' windows that the window system has found: written on the main thread, read by

@@ -26,6 +26,8 @@ struct LocatedWindow {
   std::optional<Rect> surface;
   // An X11 window (under Xwayland): the positions that it tells are the screen's already.
   bool tellsScreenPositions = false;
+  bool isVisible = true;              // not minimised, and on a workspace that is shown
+  bool areNamesInLowerCase = false;   // whatever the window itself wrote
   std::optional<std::string> output;  // its name, of the output that the compositor has it on
   bool isActive = false;              // it has the keyboard
   bool operator==(const LocatedWindow&) const = default;

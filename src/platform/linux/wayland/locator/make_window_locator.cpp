@@ -1,0 +1,54 @@
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/linux/glib/session_bus.h"
+#include "platform/linux/wayland/locator/i3_connection.h"
+#include "platform/linux/wayland/locator/i3_locator.h"
+#include "platform/linux/wayland/locator/kwin_locator.h"
+#include "platform/linux/wayland/locator/window_locator.h"
+
+namespace vellora {
+
+namespace {
+
+constexpr int patience = 250;  // milliseconds, with the bus
+
+std::string variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+// Whether somebody takes connections at the path.
+bool isServed(const std::string& path) {
+  I3Connection connection({.told = [](const I3Message&) {}, .ended = [] {}});
+  return connection.open(path);
+}
+
+bool isKWinOnBus() {
+  const SessionBus bus = connectToSessionBus(std::chrono::milliseconds(patience));
+  if (!bus) return false;
+  const GVariantPtr answer(g_dbus_connection_call_sync(
+      bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+      "NameHasOwner", g_variant_new("(s)", "org.kde.KWin"), G_VARIANT_TYPE("(b)"),
+      G_DBUS_CALL_FLAGS_NO_AUTO_START, patience, nullptr, nullptr));
+  gboolean isThere = FALSE;
+  if (answer) g_variant_get(answer.get(), "(b)", &isThere);
+  return isThere != FALSE;
+}
+
+}  // namespace
+
+std::unique_ptr<WindowLocator> makeWindowLocator() {
+  const std::string desktop = ":" + variable("XDG_CURRENT_DESKTOP") + ":";
+  if (desktop.find(":KDE:") != desktop.npos) return std::make_unique<KWinLocator>();
+  for (const char* const name : {"SWAYSOCK", "I3SOCK"}) {
+    std::string path = variable(name);
+    if (!path.empty() && isServed(path)) return std::make_unique<I3Locator>(std::move(path));
+  }
+  if (isKWinOnBus()) return std::make_unique<KWinLocator>();
+  return nullptr;
+}
+
+}  // namespace vellora

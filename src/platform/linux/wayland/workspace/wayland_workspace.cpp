@@ -1,0 +1,110 @@
+#include "platform/linux/wayland/workspace/wayland_workspace.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <utility>
+
+namespace vellora {
+namespace {
+
+class WaylandApplication final : public RunningApplication {
+ public:
+  WaylandApplication(std::int32_t process, std::optional<std::string> identifier)
+      : process_(process), identifier_(std::move(identifier)) {}
+
+  std::optional<std::string> bundleIdentifier() const override { return identifier_; }
+  std::int32_t processIdentifier() const override { return process_; }
+
+ private:
+  std::int32_t process_;
+  std::optional<std::string> identifier_;
+};
+
+}  // namespace
+
+WaylandWorkspace::WaylandWorkspace(std::unique_ptr<WindowLocator> locator, WaylandScreens screens,
+                                   std::vector<PlayerDescriptionPtr> descriptions,
+                                   std::shared_ptr<PlayerWindows> windows)
+    : locator_(std::move(locator)),
+      screens_(std::move(screens)),
+      descriptions_(std::move(descriptions)),
+      windows_(windows ? std::move(windows) : std::make_shared<PlayerWindows>()) {
+  locator_->whenChanged([this] { update(); });
+  update();
+}
+
+WaylandWorkspace::~WaylandWorkspace() { locator_->whenChanged(nullptr); }
+
+std::shared_ptr<const RunningApplication> WaylandWorkspace::frontmostApplication() {
+  if (frontPlace_ && screens_.scaleUnder(*frontPlace_) != frontScale_) update();
+  return frontmost_;
+}
+
+void WaylandWorkspace::update() {
+  const std::vector<LocatedWindow> all = locator_->windows();
+  const auto front = locator_->frontWindow();
+  frontmost_.reset();
+  frontPlace_.reset();
+  std::vector<std::int32_t> players;
+  if (front) {
+    const WindowIdentity identity = identityOf(*front, descriptions_);
+    frontmost_ = std::make_shared<WaylandApplication>(front->process, identity.identifier);
+    if (identity.isPlayer()) {
+      PlayerWindow player = playerWindow(*front, identity.descriptions, all);
+      frontPlace_ = front->content;
+      frontScale_ = player.scale;
+      players.push_back(front->process);
+      windows_->bringToFront(std::move(player));
+    }
+  }
+  for (const LocatedWindow& window : all) {
+    if (std::ranges::count(players, window.process) > 0) continue;
+    WindowIdentity identity = identityOf(window, descriptions_);
+    if (!identity.isPlayer()) continue;
+    players.push_back(window.process);
+    windows_->note(playerWindow(window, std::move(identity.descriptions), all));
+  }
+  windows_->keepOnly(players);
+  locator_->setWatched(frontPlace_.has_value());
+}
+
+PlayerWindow WaylandWorkspace::playerWindow(const LocatedWindow& front,
+                                            std::vector<PlayerDescriptionPtr> fitting,
+                                            const std::vector<LocatedWindow>& all) const {
+  PlayerWindow player;
+  player.process = front.process;
+  player.descriptions = std::move(fitting);
+  if (front.tellsScreenPositions) {
+    // To X11 programs a point is a pixel.
+    player.clientArea = front.content;
+    return player;
+  }
+  player.scale = screens_.scaleUnder(front.content);
+  player.surfaces.emplace();
+  for (const LocatedWindow& window : all) {
+    if (window.process != front.process || !window.isVisible) continue;
+    player.surfaces->push_back({.content = window.content, .surface = window.surface});
+  }
+  return player;
+}
+
+std::vector<std::shared_ptr<const RunningApplication>> WaylandWorkspace::runningApplications(
+    std::string_view bundleIdentifier) {
+  std::vector<std::shared_ptr<const RunningApplication>> found;
+  std::set<std::int32_t> seen;
+  for (const LocatedWindow& window : locator_->windows()) {
+    WindowIdentity identity = identityOf(window, descriptions_);
+    if (identity.identifier != bundleIdentifier || !seen.insert(window.process).second) continue;
+    found.push_back(
+        std::make_shared<WaylandApplication>(window.process, std::move(identity.identifier)));
+  }
+  return found;
+}
+
+std::optional<double> WaylandWorkspace::primaryScreenHeight() { return screens_.primaryHeight(); }
+
+std::optional<double> WaylandWorkspace::mainScreenScale() { return screens_.primaryScale(); }
+
+}  // namespace vellora

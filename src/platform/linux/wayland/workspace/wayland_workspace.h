@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "base/rect.h"
+#include "platform/linux/players/player_windows.h"
+#include "platform/linux/wayland/locator/window_locator.h"
+#include "platform/linux/wayland/workspace/window_identity.h"
+#include "platform/workspace.h"
+
+namespace vellora {
+
+// What a workspace asks of the compositor's outputs. Called on the main thread.
+struct WaylandScreens {
+  std::function<std::optional<double>()> primaryHeight;  // points
+  std::function<std::optional<double>()> primaryScale;   // pixels per point
+  // Of the output on which most of a rectangle of the layout lies.
+  std::function<double(const Rect& place)> scaleUnder;
+};
+
+// The desktop by what a Wayland compositor's locator tells. A window that is minimised, or on a
+// workspace that is not shown, is not in front. The players' windows are kept in a directory for
+// others, also while nobody asks for anything. Main thread.
+class WaylandWorkspace final : public Workspace {
+ public:
+  // `windows` is the directory, which nobody else writes; null: nobody reads it.
+  WaylandWorkspace(std::unique_ptr<WindowLocator> locator, WaylandScreens screens,
+                   std::vector<PlayerDescriptionPtr> descriptions,
+                   std::shared_ptr<PlayerWindows> windows);
+  ~WaylandWorkspace() override;
+  WaylandWorkspace(const WaylandWorkspace&) = delete;
+  WaylandWorkspace& operator=(const WaylandWorkspace&) = delete;
+
+  std::shared_ptr<const RunningApplication> frontmostApplication() override;
+  // In the locator's order.
+  std::vector<std::shared_ptr<const RunningApplication>> runningApplications(
+      std::string_view bundleIdentifier) override;
+  std::optional<double> primaryScreenHeight() override;
+  std::optional<double> mainScreenScale() override;
+
+ private:
+  void update();
+  PlayerWindow playerWindow(const LocatedWindow& front, std::vector<PlayerDescriptionPtr> fitting,
+                            const std::vector<LocatedWindow>& all) const;
+
+  const std::unique_ptr<WindowLocator> locator_;
+  const WaylandScreens screens_;
+  const std::vector<PlayerDescriptionPtr> descriptions_;
+  const std::shared_ptr<PlayerWindows> windows_;
+  std::shared_ptr<const RunningApplication> frontmost_;
+  std::optional<Rect> frontPlace_;  // of a player in front
+  double frontScale_ = 1;
+};
+
+}  // namespace vellora
