@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -13,19 +15,22 @@
 #include "platform/linux/player/mpris_scripting.h"
 #include "platform/linux/players/player_descriptions.h"
 #include "platform/linux/players/player_windows.h"
+#include "platform/linux/session_window_system.h"
 #include "platform/linux/tray/kept_item.h"
-#include "platform/linux/window_system/window_system.h"
-#include "platform/linux/x11/x_window_system.h"
 #include "platform/system_clock.h"
 
 namespace vellora {
 namespace {
 
-void tellThatThereIsNoDisplay() {
+void tell(const std::string& line) { std::fprintf(stderr, "Vellora: %s\n", line.c_str()); }
+
+void tellThatThereIsNoDisplay(WindowSystemKind kind) {
   const char* const name = std::getenv("DISPLAY");
   const bool named = name != nullptr && *name != '\0';
-  std::fprintf(stderr, "Vellora: there is no display (%s), so no captions can be shown.\n",
-               named ? "the one that DISPLAY names cannot be reached" : "DISPLAY is not set");
+  const std::string reason = kind == WindowSystemKind::none ? "Wayland cannot be used"
+                             : named ? "the one that DISPLAY names cannot be reached"
+                                     : "DISPLAY is not set";
+  tell("there is no display (" + reason + "), so no captions can be shown.");
 }
 
 // The program's exit status then; the manual page tells of it.
@@ -42,9 +47,7 @@ constexpr int displayGone = 3;
 
 std::vector<PlayerDescriptionPtr> readPlayers() {
   DescriptionList list = readDescriptions(descriptionFolders());
-  for (const DescriptionProblem& problem : list.problems) {
-    std::fprintf(stderr, "Vellora: %s\n", lineOf(problem).c_str());
-  }
+  for (const DescriptionProblem& problem : list.problems) tell(lineOf(problem));
   return std::move(list.descriptions);
 }
 
@@ -73,10 +76,12 @@ class LinuxPlatform final : public Platform {
   // The overlay asks for it once, at its launch. What draws into a file or only reads never does,
   // and needs no display.
   std::unique_ptr<StatusItem> makeStatusItem() override {
-    if (windowSystem().present()) {
-      windowSystem().whenLost(&endWithoutDisplay);
+    WindowSystem& system = windowSystem();
+    for (const std::string& line : windowSystem_->choice.lines) tell(line);
+    if (system.present()) {
+      system.whenLost(&endWithoutDisplay);
     } else {
-      tellThatThereIsNoDisplay();
+      tellThatThereIsNoDisplay(windowSystem_->choice.kind);
     }
     return makeNotifierItem();
   }
@@ -84,14 +89,12 @@ class LinuxPlatform final : public Platform {
  private:
   // One display connection for all that needs one.
   WindowSystem& windowSystem() {
-    if (!windowSystem_) {
-      windowSystem_ = std::make_unique<XWindowSystem>(std::make_shared<XSession>(nullptr));
-    }
-    return *windowSystem_;
+    if (!windowSystem_) windowSystem_ = connectToSession();
+    return *windowSystem_->system;
   }
 
   std::unique_ptr<Application> application_;
-  std::unique_ptr<WindowSystem> windowSystem_;
+  std::optional<SessionWindowSystem> windowSystem_;
   const std::shared_ptr<PlayerWindows> playerWindows_ = std::make_shared<PlayerWindows>();
 };
 

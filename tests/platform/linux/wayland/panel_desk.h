@@ -13,7 +13,7 @@
 
 #include "platform/linux/drawing/cairo_surface.h"
 #include "platform/linux/wayland/panel/wayland_panel.h"
-#include "platform/linux/wayland/wayland_session.h"
+#include "platform/linux/wayland/session/wayland_session.h"
 #include "platform/linux/window_system/hosted_view.h"
 #include "support/x_server.h"
 

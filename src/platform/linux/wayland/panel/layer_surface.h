@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/linux/wayland/panel/standing.h"
-#include "platform/linux/wayland/wayland_session.h"
+#include "platform/linux/wayland/session/wayland_session.h"
 
 namespace vellora {
 

@@ -5,6 +5,8 @@
 
 namespace vellora {
 
+PanelCanvas::PanelCanvas(std::function<void()> freed) : freed_(std::move(freed)) {}
+
 ShmBuffer* PanelCanvas::draw(wl_shm* shm, const PanelContent& content, const Standing& standing) {
   Page* const page = freePage(shm, standing);
   if (page == nullptr) return nullptr;
@@ -25,8 +27,17 @@ PanelCanvas::Page* PanelCanvas::freePage(wl_shm* shm, const Standing& standing) 
   }
   const auto empty = std::ranges::find_if(pages_, [](const Page& page) { return !page.buffer; });
   if (empty == pages_.end()) return nullptr;
-  empty->buffer = ShmBuffer::make(shm, pixelWidth_, pixelHeight_, freed_);
+  empty->buffer = ShmBuffer::make(shm, pixelWidth_, pixelHeight_, [this] { noteReleased(); });
   return empty->buffer ? &*empty : nullptr;
+}
+
+// What moves is painted anew anyway, and what stays is not painted at all: keeping the pixels would
+// save little, and they are as many as the player's window has.
+void PanelCanvas::noteReleased() {
+  for (Page& page : pages_) {
+    if (page.buffer && !page.buffer->isInUse() && page.buffer->discard()) page.content = {};
+  }
+  freed_();
 }
 
 void PanelCanvas::dropOld() { old_ = {}; }

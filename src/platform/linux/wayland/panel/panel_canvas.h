@@ -10,12 +10,12 @@
 
 namespace vellora {
 
-// The buffers that a panel's surface shows, of which the compositor reads one while the next is
-// drawn: two at most. Main thread.
+// The buffers that a panel's surface shows, of which the compositor may read one while the next is
+// drawn: two at most. One that it has read takes no memory until it is drawn on again. Main thread.
 class PanelCanvas {
  public:
   // `freed` is called when a buffer can be drawn on again.
-  explicit PanelCanvas(std::function<void()> freed) : freed_(std::move(freed)) {}
+  explicit PanelCanvas(std::function<void()> freed);
 
   // A buffer with that content, of the size that the standing says, for the compositor to be given;
   // null when there is none to be had now.
@@ -31,6 +31,7 @@ class PanelCanvas {
     PanelContent content;
   };
 
+  void noteReleased();
   Page* freePage(wl_shm* shm, const Standing& standing);
 
   std::function<void()> freed_;

@@ -65,6 +65,12 @@ std::unique_ptr<ShmBuffer> ShmBuffer::make(wl_shm* shm, int width, int height,
   return made;
 }
 
+bool ShmBuffer::discard() {
+  if (madvise(memory_, size_, MADV_REMOVE) != 0) return false;
+  cairo_surface_mark_dirty(pixels_.get());
+  return true;
+}
+
 ShmBuffer::~ShmBuffer() {
   buffer_.reset();
   pixels_.reset();

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "platform/linux/drawing/handles.h"
-#include "platform/linux/wayland/wayland_ptr.h"
+#include "platform/linux/wayland/session/wayland_ptr.h"
 
 namespace vellora {
 
@@ -28,6 +28,9 @@ class ShmBuffer {
   // From being given to the compositor until it has given it back.
   bool isInUse() const { return isInUse_; }
   void noteGiven() { isInUse_ = true; }
+  // Makes it clear again, and gives its memory back to the system; false where that cannot be done
+  // and nothing has changed. Not while the compositor reads.
+  bool discard();
 
  private:
   ShmBuffer() = default;

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "platform/linux/wayland/output_layout.h"
+#include "platform/linux/wayland/session/output_layout.h"
 #include "platform/linux/window_system/pixel_rect.h"
 
 namespace vellora {

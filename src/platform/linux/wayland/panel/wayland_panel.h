@@ -7,7 +7,7 @@
 #include "platform/linux/glib/glib_ptr.h"
 #include "platform/linux/wayland/panel/layer_surface.h"
 #include "platform/linux/wayland/panel/panel_canvas.h"
-#include "platform/linux/wayland/wayland_session.h"
+#include "platform/linux/wayland/session/wayland_session.h"
 #include "platform/linux/window_system/hosted_view.h"
 #include "platform/panel.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/output_layout.h"
+#include "platform/linux/wayland/session/output_layout.h"
 
 #include <algorithm>
 #include <array>
@@ -46,6 +46,7 @@ Rect OutputLayout::layoutRect(const Rect& windowRect) const {
 }
 
 const Output* OutputLayout::under(const Rect& rect, std::uint32_t present) const {
+  if (!std::isfinite(rect.x + rect.y + rect.width + rect.height)) return nullptr;
   const Output* best = nullptr;
   double most = 0;
   for (const Output& each : outputs) {

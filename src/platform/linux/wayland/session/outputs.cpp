@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/outputs.h"
+#include "platform/linux/wayland/session/outputs.h"
 
 #include <algorithm>
 #include <optional>

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "platform/linux/glib/glib_ptr.h"
-#include "platform/linux/wayland/outputs.h"
-#include "platform/linux/wayland/wayland_ptr.h"
+#include "platform/linux/wayland/session/outputs.h"
+#include "platform/linux/wayland/session/wayland_ptr.h"
 
 namespace vellora {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/wayland_session.h"
+#include "platform/linux/wayland/session/wayland_session.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -8,7 +8,7 @@
 
 #include <glib-unix.h>
 
-#include "platform/linux/wayland/bounded_connection.h"
+#include "platform/linux/wayland/session/bounded_connection.h"
 
 namespace vellora {
 namespace {

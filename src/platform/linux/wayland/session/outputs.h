@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/wayland/output_layout.h"
-#include "platform/linux/wayland/wayland_ptr.h"
+#include "platform/linux/wayland/session/output_layout.h"
+#include "platform/linux/wayland/session/wayland_ptr.h"
 
 namespace vellora {
 

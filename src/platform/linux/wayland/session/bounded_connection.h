@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "platform/linux/glib/deadline.h"
-#include "platform/linux/wayland/wayland_ptr.h"
+#include "platform/linux/wayland/session/wayland_ptr.h"
 
 namespace vellora {
 

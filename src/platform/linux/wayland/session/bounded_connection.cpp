@@ -1,4 +1,4 @@
-#include "platform/linux/wayland/bounded_connection.h"
+#include "platform/linux/wayland/session/bounded_connection.h"
 
 #include <algorithm>
 #include <cerrno>
