@@ -7,14 +7,6 @@
 
 namespace vellora::companion {
 
-void CaptionSettings::changeFontSize(double points) {
-  fontSize = std::clamp(fontSize + points, smallestFont, largestFont);
-}
-
-void CaptionSettings::changeOffset(double points) {
-  verticalOffset = std::clamp(verticalOffset + points, -farthestOffset, farthestOffset);
-}
-
 Keeper::Keeper(Library library, CaptionSettings settings)
     : library_(std::move(library)), settings_(settings) {}
 
@@ -109,7 +101,7 @@ bool Keeper::lookForChanges(double now) {
 }
 
 void Keeper::lookForSong(bool& changed) {
-  const auto found = track_ ? library_.find(track_->title, track_->artist) : std::nullopt;
+  const auto found = track_ ? find() : std::nullopt;
   if (!found) {
     if (playing_ && !playing_->source.empty()) return;
     changed = playing_ != nullptr;
@@ -120,7 +112,9 @@ void Keeper::lookForSong(bool& changed) {
   const std::uint64_t version = Library::version(from.files);
   if (playing_ && playing_->from.files == from.files && version == version_) return;
   version_ = version;
-  playing_ = std::make_unique<PlayingSong>(PlayingSong{from, library_.load(from), {}});
+  playing_ =
+      std::make_unique<PlayingSong>(PlayingSong{from, library_.load(from, choice().language), {}});
+  if (choice().original) playing_->song.leaveOriginal();
   playing_->lines = playing_->song.overlayLines();
   changed = true;
 }
@@ -139,6 +133,7 @@ bool Keeper::takeFromElsewhere(double now) {
   playing_->from.names.title = track_->title;
   playing_->from.names.artist = track_->artist;
   playing_->song = assemble(std::move(found->lyrics), std::nullopt);
+  if (choice().original) playing_->song.leaveOriginal();
   playing_->lines = playing_->song.overlayLines();
   playing_->source = std::move(found->from);
   return true;

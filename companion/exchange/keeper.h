@@ -1,13 +1,16 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "companion/exchange/caption_settings.h"
 #include "companion/exchange/lyrics_source.h"
 #include "companion/exchange/renewal.h"
 #include "companion/library/library.h"
@@ -15,20 +18,6 @@
 #include "exchange/records/records.h"
 
 namespace vellora::companion {
-
-// How the captions shall look.
-struct CaptionSettings {
-  static constexpr double smallestFont = 8, largestFont = 96, farthestOffset = 400;
-
-  double fontSize = 26;       // points
-  double verticalOffset = 0;  // points, positive moves captions down
-  bool shown = true;
-  ReadingPlace reading = ReadingPlace::above;
-
-  // Within their bounds.
-  void changeFontSize(double points);
-  void changeOffset(double points);
-};
 
 // The song that plays, with its lines and what they were read from.
 struct PlayingSong {
@@ -84,6 +73,16 @@ class Keeper {
   // The next step writes a snapshot with these.
   void setSettings(CaptionSettings settings);
 
+  // Other lyrics, or another translation, of the song that plays: the next one, or the one before
+  // where `by` is -1, round and round. The library's songs that may be that one follow each other,
+  // then who is asked elsewhere; the languages of the song's translations, then the original alone.
+  // Kept for the song as long as this lives. What was chosen, or why nothing was, for people. The
+  // next step has it.
+  std::string chooseLyrics(int by);
+  std::string chooseTranslation(int by);
+  // The language that was chosen last; nothing where none was.
+  const std::optional<std::string>& chosenLanguage() const { return chosenLanguage_; }
+
   const Library& library() const { return library_; }
   // There is something to do, so that the next step shall not be waited for.
   bool busy() const { return library_.looking(); }
@@ -96,6 +95,19 @@ class Keeper {
   std::string notice() const;
 
  private:
+  // What the user has chosen of a song.
+  struct Choice {
+    std::optional<std::filesystem::path> lyrics;  // empty: from elsewhere
+    std::optional<std::string> language;
+    bool original = false;
+  };
+  // Of the track that plays.
+  Choice choice() const;
+  void choose(Choice choice);
+  bool choosesElsewhere() const;
+  std::optional<std::size_t> find() const;
+  void readAnew();
+
   bool lookForChanges(double now);
   void lookForSong(bool& changed);
   bool stepAdditions(double now);
@@ -117,6 +129,8 @@ class Keeper {
   Renewal snapshot_{snapshotInterval};
   Renewal files_{filesInterval};
   Renewal search_{searchInterval};
+  std::map<std::pair<std::string, std::string>, Choice> choices_;  // by title and artist
+  std::optional<std::string> chosenLanguage_;
   bool unsearched_ = false;  // the library has changed since the song was looked for
 };
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "companion/lyrics/audio.h"
+#include "companion/lyrics/language_lookup.h"
 #include "companion/lyrics/reading.h"
 #include "companion/song/time_stamp.h"
 
@@ -276,6 +277,22 @@ std::optional<std::size_t> Library::find(std::string_view title, std::string_vie
   return std::nullopt;
 }
 
+std::vector<std::size_t> Library::findAll(std::string_view title, std::string_view artist) const {
+  std::vector<std::size_t> result;
+  std::set<std::size_t> known;
+  for (const std::string& spelling : {std::string(title), plainTitle(title)}) {
+    const SongKeys wanted = keysOf(spelling, artist);
+    std::vector<std::pair<int, std::size_t>> found;
+    for (std::size_t i = 0; i < songs_.size(); ++i) {
+      const int sure = likeness(songs_[i].names, wanted);
+      if (sure > 0 && known.insert(i).second) found.emplace_back(sure, i);
+    }
+    std::ranges::stable_sort(found, std::greater(), &std::pair<int, std::size_t>::first);
+    for (const auto& [sure, place] : found) result.push_back(place);
+  }
+  return result;
+}
+
 std::optional<Recording> Library::recording(std::string_view title, std::string_view artist,
                                             std::string_view album) const {
   int opened = 0;
@@ -295,13 +312,30 @@ std::optional<Recording> Library::recording(std::string_view title, std::string_
   return std::nullopt;
 }
 
-Song Library::load(const LibrarySong& song) const {
-  LyricFile lyrics = readLyricFile(song.files.lyrics, language_);
-  std::optional<LyricFile> translation;
-  if (!song.files.translation.empty()) {
-    translation = readLyricFile(song.files.translation, language_);
+Song Library::load(const LibrarySong& song, const std::optional<std::string>& language) const {
+  const SongFiles& files = song.files;
+  const std::string& wanted = language ? *language : language_;
+  LyricFile lyrics = readLyricFile(files.lyrics, wanted);
+  std::set<std::string> languages = std::move(lyrics.languages);
+  // The one that is taken where nobody has chosen.
+  std::string preferred;
+  if (!languages.empty()) {
+    preferred = *std::ranges::min_element(
+        languages, {}, [&](const std::string& one) { return remoteness(one, language_); });
   }
-  return assemble(std::move(lyrics), std::move(translation));
+  fs::path path = language ? fs::path() : files.translation;
+  for (const TranslationFile& beside : files.translations) {
+    languages.insert(beside.language);
+    if (beside.path == files.translation) preferred = beside.language;
+    if (language && path.empty() && beside.language == *language) path = beside.path;
+  }
+  std::optional<LyricFile> translation;
+  if (!path.empty()) translation = readLyricFile(path, wanted);
+  Song result = assemble(std::move(lyrics), std::move(translation));
+  result.languages.assign(languages.begin(), languages.end());
+  result.language = language.value_or(preferred);
+  result.open = result.language == preferred;
+  return result;
 }
 
 std::uint64_t Library::version(const SongFiles& files) {

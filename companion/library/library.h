@@ -78,13 +78,16 @@ class Library {
   // The song of that title and artist; nothing where there is none.
   std::optional<std::size_t> find(std::string_view title, std::string_view artist) const;
 
+  // All songs that may be that one, by their places in `songs`, the likeliest first.
+  std::vector<std::size_t> findAll(std::string_view title, std::string_view artist) const;
+
   // An audio file without lyrics that is of that title and artist, and of no other album. Opens the
   // files of that title, eight at most.
   std::optional<Recording> recording(std::string_view title, std::string_view artist,
                                      std::string_view album) const;
 
-  // Reads the song's files.
-  Song load(const LibrarySong& song) const;
+  // Reads the song's files, of its translations that in `language`; nothing: the preferred one.
+  Song load(const LibrarySong& song, const std::optional<std::string>& language = {}) const;
 
   // A number that changes when one of the song's files does, or its folder gains or loses a file.
   static std::uint64_t version(const SongFiles& files);

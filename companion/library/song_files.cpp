@@ -54,14 +54,9 @@ std::optional<std::pair<std::string, std::string>> translates(const std::string&
   return std::nullopt;
 }
 
-struct Translation {
-  std::string language;
-  fs::path path;
-};
-
-fs::path chosen(const std::vector<Translation>& translations, const std::string& wanted) {
-  const auto best =
-      std::ranges::min_element(translations, [&](const Translation& a, const Translation& b) {
+fs::path chosen(const std::vector<TranslationFile>& translations, const std::string& wanted) {
+  const auto best = std::ranges::min_element(
+      translations, [&](const TranslationFile& a, const TranslationFile& b) {
         return std::tuple(remoteness(a.language, wanted), a.language, preference(a.path), a.path) <
                std::tuple(remoteness(b.language, wanted), b.language, preference(b.path), b.path);
       });
@@ -92,7 +87,7 @@ class Search {
 
  private:
   void addSongs(ByStem& files) {
-    std::map<std::string, std::vector<Translation>> translations;
+    std::map<std::string, std::vector<TranslationFile>> translations;
     std::set<std::string> translating;
     for (const auto& [stem, paths] : files) {
       const auto song = translates(stem, files, languages_);
@@ -115,13 +110,18 @@ class Search {
   }
 
   void addSong(const std::string& stem, const std::vector<fs::path>& paths,
-               std::vector<Translation>& translations, fs::path namesake) {
+               std::vector<TranslationFile>& translations, fs::path namesake) {
     const bool table = isTable(paths.front());
     for (const fs::path& path : paths) {
       if (!table && isTable(path)) translations.push_back({wanted_, path});
     }
-    SongFiles song{paths.front(), chosen(translations, wanted_), stem,
-                   folder_.names, std::move(namesake),           {}};
+    SongFiles song{paths.front(),
+                   chosen(translations, wanted_),
+                   stem,
+                   folder_.names,
+                   std::move(namesake),
+                   {},
+                   {}};
     const auto audio = audio_.find(stem);
     if (audio != audio_.end() && audio->second != song.lyrics) song.audio = audio->second;
     const bool alone = song.translation.empty() && song.audio.empty();
@@ -130,6 +130,7 @@ class Search {
       song.stem = song.folders.front();
       song.folders.erase(song.folders.begin());
     }
+    song.translations = std::move(translations);
     found_.songs.push_back(std::move(song));
   }
 

@@ -11,6 +11,14 @@
 
 namespace vellora::companion {
 
+// A translation beside a song.
+struct TranslationFile {
+  std::string language;  // a BCP 47 tag; empty where the name says none
+  std::filesystem::path path;
+
+  bool operator==(const TranslationFile&) const = default;
+};
+
 // Which files belong to one song.
 struct SongFiles {
   std::filesystem::path lyrics;
@@ -24,6 +32,8 @@ struct SongFiles {
   std::filesystem::path namesake{};
   // The audio file of that stem; empty where there is none but the lyrics.
   std::filesystem::path audio{};
+  // All that translate it, `translation` among them.
+  std::vector<TranslationFile> translations{};
 
   bool operator==(const SongFiles&) const = default;
 };

@@ -109,6 +109,12 @@ LyricFile readAudio(const std::filesystem::path& name, std::istream& bytes,
     const TagLyrics& lyrics = timed(tags.lyrics, sung(tags, wanted));
     const TagLyrics* const translation = translationOf(tags.lyrics, lyrics, wanted);
     file = translation == nullptr ? lyrics.file : joined(lyrics, *translation);
+    for (const TagLyrics& other : tags.lyrics) {
+      const bool said = !other.language.empty() && !sameText(other.file, lyrics.file);
+      if (said && !sameLanguage(other.language, lyrics.language)) {
+        file.languages.insert(other.language);
+      }
+    }
   }
   file.name = name.string();
   std::map<std::string, std::string> within = std::exchange(file.tags, std::move(tags.tags));

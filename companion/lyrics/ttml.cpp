@@ -114,6 +114,8 @@ Paragraph takenApart(const pugi::xml_node& root) {
   return result;
 }
 
+constexpr std::size_t mostLanguages = 50;
+
 class Reader {
  public:
   Reader(std::string_view name, std::string_view text, std::string_view wanted)
@@ -158,6 +160,7 @@ class Reader {
 
   // In the head, before the lines that it is for.
   void takeTranslation(const pugi::xml_node& node) {
+    note(attribute(node, "lang"));
     const int far = remoteness(attribute(node, "lang"), wanted_);
     if (!byKey_.empty() && far >= farness_) return;
     farness_ = far;
@@ -182,12 +185,19 @@ class Reader {
                      "write it as 1:02.5 or 62.5s; the line is left out");
       return true;
     }
+    for (const auto& [language, text] : paragraph.translations) note(language);
     std::string translation = translationOf(paragraph, attribute(node, "key"));
     for (std::string& line : paragraph.lines) {
       if (!hasRoom(file_, problems_, number)) return false;
       file_.lines.push_back({time, std::move(line), std::exchange(translation, {}), number});
     }
     return true;
+  }
+
+  void note(std::string_view language) {
+    if (!language.empty() && file_.languages.size() < mostLanguages) {
+      file_.languages.emplace(language);
+    }
   }
 
   std::string translationOf(const Paragraph& paragraph, std::string_view key) const {

@@ -44,6 +44,8 @@ ViewState Feeding::step() {
   heard_ = listen(now, published);
   const Keeper::Step step = heard_ ? keeper_.step(now, heard_->track, Keeper::TellingOne::player)
                                    : keeper_.step(now, published, Keeper::TellingOne::overlay);
+  const auto& track = keeper_.track();
+  if (!track || (chosenFor_ && !sameTrack(*track, *chosenFor_))) chosen_.clear();
   remote_.step(now, published, folder_);
   bool written = true;
   if (step.sync) written = folder_.write(*step.sync);
@@ -59,6 +61,8 @@ ViewState Feeding::step() {
 bool Feeding::grant(Wish wish) {
   using Action = MusicCommand::Action;
   CaptionSettings settings = keeper_.settings();
+  chosen_.clear();
+  chosenFor_ = keeper_.track();
   switch (wish) {
     case Wish::quit:
       return false;
@@ -97,6 +101,18 @@ bool Feeding::grant(Wish wish) {
       return true;
     case Wish::lyricsLater:
       shiftLyrics(shiftStep);
+      return true;
+    case Wish::nextLyrics:
+      chosen_ = keeper_.chooseLyrics(1);
+      return true;
+    case Wish::previousLyrics:
+      chosen_ = keeper_.chooseLyrics(-1);
+      return true;
+    case Wish::nextTranslation:
+      chosen_ = keeper_.chooseTranslation(1);
+      return true;
+    case Wish::previousTranslation:
+      chosen_ = keeper_.chooseTranslation(-1);
       return true;
   }
   keeper_.setSettings(settings);
@@ -167,6 +183,7 @@ ViewState Feeding::state(double now) {
 std::string Feeding::notice() const {
   if (unwritable_) return folder_.path().string() + " cannot be written";
   if (unkept_) return "the shift of the lyrics cannot be kept: no file can be written for it";
+  if (!chosen_.empty()) return chosen_;
   if (!remote_.report().empty()) return remote_.report();
   if (std::string added = keeper_.notice(); !added.empty()) return added;
   if (overlay_ && !overlay_->report().empty()) return overlay_->report();

@@ -44,6 +44,7 @@ class Feeding {
   bool grant(Wish wish);
 
   const CaptionSettings& settings() const { return keeper_.settings(); }
+  const std::optional<std::string>& chosenLanguage() const { return keeper_.chosenLanguage(); }
   bool displayIsGone() const { return overlay_ && overlay_->displayIsGone(); }
 
   // Leaves nothing behind that goes on working.
@@ -68,6 +69,8 @@ class Feeding {
   bool unkept_ = false;  // since the last try
   Remote remote_;
   std::optional<OverlayStart> overlay_;
+  std::string chosen_;  // what became of a choice, while that was the last key
+  std::optional<NowPlayingTrack> chosenFor_;
   bool unwritable_ = false;
 };
 

@@ -54,9 +54,10 @@ class FolderWatching {
 };
 
 // What the keys have changed, as lines for the settings' file.
-void tellChanged(const Options& options, const CaptionSettings& captions) {
+void tellChanged(const Options& options, const Feeding& feeding) {
   Settings changed = options;
-  changed.captions = captions;
+  changed.captions = feeding.settings();
+  if (feeding.chosenLanguage()) changed.language = *feeding.chosenLanguage();
   for (const Setting& setting : allSettings()) {
     const std::string value = shownSetting(setting, changed);
     if (value == shownSetting(setting, options)) continue;
@@ -113,7 +114,7 @@ int keep(const Options& options, Surroundings surroundings) {
     for (const Wish wish : view->take()) wanted = feeding.grant(wish) && wanted;
   }
   view.reset();
-  tellChanged(options, feeding.settings());
+  tellChanged(options, feeding);
   feeding.end();
   interruption.take();
   if (feeding.displayIsGone())

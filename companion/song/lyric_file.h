@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,7 @@ struct LyricFile {
   std::string name;                         // as the user knows it
   std::map<std::string, std::string> tags;  // ti, ar, al, la …; keys in lower case
   std::vector<FileLine> lines;              // in order of time where they have times
+  std::set<std::string> languages;          // of the translations within it, as far as it says
   // By how many seconds its lines come sooner than their stamps say.
   double offset = 0;
   // Whether a second line with the same time may be the translation of the first.

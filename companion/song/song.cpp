@@ -34,6 +34,11 @@ std::string captionText(const SongLine& line, ReadingPlace place) {
 
 bool SongLine::hasLetters() const { return !OverlayMatching::normalized(source).empty(); }
 
+void Song::leaveOriginal() {
+  open = false;
+  for (SongLine& line : lines) line.translation.clear();
+}
+
 std::size_t Song::translated() const {
   return static_cast<std::size_t>(std::ranges::count_if(
       lines, [](const SongLine& line) { return !line.translation.empty() && !line.byProgram; }));

@@ -44,9 +44,15 @@ struct Song {
   // beside them.
   std::size_t lostLines = 0;
   std::size_t lostTranslations = 0;
+  // Languages of its translations, among which can be chosen, in order; empty where none is named.
+  std::vector<std::string> languages{};
+  std::string language{};        // of the one that its lines have; may be empty
+  bool open = true;              // a program may translate what the files leave open
   bool instrumental = false;     // there is nothing to sing, as its file says
   std::optional<double> length;  // seconds, where the file's tag "length" says so
 
+  // Takes the translations out.
+  void leaveOriginal();
   // How many lines the user's files translate.
   std::size_t translated() const;
   // When the last line begins, in seconds; 0 for untimed songs.

@@ -62,6 +62,7 @@ std::vector<std::string> SongTranslations::words(const std::string& from) const 
 
 void SongTranslations::begin(Song& song) {
   drop();
+  if (!song.open) return;
   std::map<std::string_view, std::size_t> places;
   for (std::size_t i = 0; i < song.lines.size(); ++i) {
     const SongLine& line = song.lines[i];

@@ -15,8 +15,9 @@ namespace vellora::companion {
 namespace {
 
 constexpr int shortestBar = 6;
-constexpr const char* keys =
-    "space pause  np track  ←→ seek  ↑↓ offset  +- size  [] time  c captions  q quit";
+constexpr const char* songKeys =
+    "space pause  np track  ←→ seek  [] time  fF lyrics  tT translation";
+constexpr const char* captionKeys = "↑↓ offset  +- size  c captions  q quit";
 
 std::string titleOf(const ViewState& state) {
   if (!state.track) return "Nothing plays that is told of";
@@ -116,7 +117,8 @@ std::vector<ScreenLine> screenOf(const ViewState& state, int columns, int rows) 
   std::vector<ScreenLine> bottom{{state.notice, Style::strong},
                                  {overlayOf(state), Style::plain},
                                  {settingsOf(state), Style::faint},
-                                 {keys, Style::faint}};
+                                 {songKeys, Style::faint},
+                                 {captionKeys, Style::faint}};
   if (!state.elsewhere.empty()) {
     bottom.insert(bottom.begin() + 1, {state.elsewhere, Style::plain});
   }

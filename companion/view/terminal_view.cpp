@@ -154,6 +154,14 @@ std::optional<Wish> wishOf(int key) {
       return Wish::lyricsEarlier;
     case ']':
       return Wish::lyricsLater;
+    case 'f':
+      return Wish::nextLyrics;
+    case 'F':
+      return Wish::previousLyrics;
+    case 't':
+      return Wish::nextTranslation;
+    case 'T':
+      return Wish::previousTranslation;
     default:
       return std::nullopt;
   }

@@ -43,7 +43,11 @@ enum class Wish {
   smaller,
   toggle,
   lyricsEarlier,
-  lyricsLater
+  lyricsLater,
+  nextLyrics,
+  previousLyrics,
+  nextTranslation,
+  previousTranslation
 };
 
 // How the companion shows itself. Main thread.

@@ -150,7 +150,7 @@ TEST(Screen, NamesEveryKeyInEightyColumns) {
 
 TEST(Screen, SaysByHowMuchTheLyricsAreShifted) {
   Shown shown(3);
-  const auto settings = [&] { return screenOf(shown.state, 80, 14)[12].text; };
+  const auto settings = [&] { return screenOf(shown.state, 80, 15)[12].text; };
   EXPECT_EQ(settings(), "captions on  size 26  offset +0");
   shown.state.shift = 500;
   EXPECT_EQ(settings(), "captions on  size 26  offset +0  lyrics 0.5 s later");
@@ -161,7 +161,7 @@ TEST(Screen, SaysByHowMuchTheLyricsAreShifted) {
 
 TEST(Screen, SaysWhoTellsWhatPlays) {
   Shown shown(3);
-  const auto line = [&] { return screenOf(shown.state, 80, 14)[11].text; };
+  const auto line = [&] { return screenOf(shown.state, 80, 15)[11].text; };
   EXPECT_EQ(line(), "overlay: no status yet");
   shown.state.player = "Any\x1bPlayer";
   EXPECT_EQ(line(), "Any Player itself tells what plays; no overlay runs");

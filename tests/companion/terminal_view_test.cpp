@@ -124,6 +124,40 @@ TEST_F(TerminalView, KeysChangeTheCaptionsInTheSnapshot) {
   EXPECT_TRUE(terminal->shows(": offset = -4\n")) << terminal->screen();
 }
 
+TEST_F(TerminalView, KeysChooseOtherLyricsAndTranslations) {
+  put("songs/River Band - Night Drive.fr.lrc", "[00:00.00]Première\n[00:10.00]Route de nuit\n");
+  put("songs/live/River Band - Night Drive.lrc", "[00:10.00]On the road\n");
+  start();
+  ASSERT_TRUE(waitFor([&] { return terminal->shows("› 夜の道\n    Straße bei Nacht\n"); }));
+  terminal->type("t");
+  EXPECT_TRUE(waitFor([&] {
+    return terminal->shows("› 夜の道\n    Route de nuit\n") &&
+           terminal->shows("translation 2 of 3: fr\n");
+  })) << terminal->screen();
+  EXPECT_TRUE(waitFor([&] {
+    const auto written = snapshot();
+    return written && written->lines.size() > 1 && written->lines[1].translation == "Route de nuit";
+  }));
+  terminal->type("t");
+  EXPECT_TRUE(waitFor([&] { return terminal->shows("› 夜の道\n  Third line\n"); }))
+      << terminal->screen();
+  terminal->type("T");
+  EXPECT_TRUE(waitFor([&] { return terminal->shows("Route de nuit"); }));
+  terminal->type("f");
+  EXPECT_TRUE(waitFor([&] {
+    return terminal->shows("› On the road\n") && terminal->shows("lyrics 2 of 2: River Band");
+  })) << terminal->screen();
+  publish({0, "Other", "River Band", "Album", 12, false});
+  EXPECT_TRUE(waitFor([&] { return !terminal->shows("lyrics 2 of 2"); })) << terminal->screen();
+  publish({0, "Night Drive", "River Band", "Album", 12, false});
+  EXPECT_TRUE(waitFor([&] { return terminal->shows("› On the road\n"); })) << terminal->screen();
+  terminal->type("F");
+  EXPECT_TRUE(waitFor([&] { return terminal->shows("› 夜の道\n    Route de nuit\n"); }));
+  terminal->type("q");
+  EXPECT_TRUE(waitFor([&] { return terminal->shows(": language = fr\n"); }))
+      << "how to keep it: " << terminal->screen();
+}
+
 TEST_F(TerminalView, KeysShiftTheLyricsAndThatIsKeptForTheSong) {
   start();
   ASSERT_TRUE(waitFor([&] { return terminal->shows("› 夜の道"); }));
