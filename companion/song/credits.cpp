@@ -78,23 +78,26 @@ Kind kindOf(std::string_view text) {
   return holds(english, lowerCase(key)) ? Kind::maybeSung : Kind::none;
 }
 
-}  // namespace
+// Lines before the first that names somebody.
+std::size_t mostHeadings(Kind kind) { return kind == Kind::certain ? 2 : 1; }
 
-bool isCredit(std::string_view text) { return kindOf(text) != Kind::none; }
+}  // namespace
 
 void leaveOutCredits(LyricFile& file, Problems& problems) {
   std::vector<Kind> kinds;
   for (const FileLine& line : file.lines) kinds.push_back(kindOf(line.text));
   std::vector<bool> out(kinds.size());
-  const auto sung = [&](std::size_t i) { return kinds[i] == Kind::none; };
-  for (std::size_t i = 0; i < kinds.size(); ++i) out[i] = kinds[i] == Kind::certain;
   // Lines without text stand between them, too.
-  const auto pass = [&](std::size_t i) { return !sung(i) || file.lines[i].text.empty(); };
+  const auto blank = [&](std::size_t i) { return file.lines[i].text.empty(); };
+  const auto credit = [&](std::size_t i) { return kinds[i] != Kind::none; };
   std::size_t begin = 0;
-  while (begin < kinds.size() && file.lines[begin].text.empty()) ++begin;
-  if (begin + 1 < kinds.size() && sung(begin) && !sung(begin + 1)) ++begin;
-  for (std::size_t i = begin; i < kinds.size() && pass(i); ++i) out[i] = out[i] || !sung(i);
-  for (std::size_t i = kinds.size(); i-- > 0 && pass(i);) out[i] = out[i] || !sung(i);
+  std::size_t headings = 0;
+  for (; begin < kinds.size() && !credit(begin); ++begin) headings += blank(begin) ? 0 : 1;
+  const bool heads = begin < kinds.size() && headings <= mostHeadings(kinds[begin]);
+  for (std::size_t i = begin; heads && i < kinds.size() && (credit(i) || blank(i)); ++i) {
+    out[i] = credit(i);
+  }
+  for (std::size_t i = kinds.size(); i-- > 0 && (credit(i) || blank(i));) out[i] = credit(i);
   const auto count = static_cast<std::size_t>(std::ranges::count(out, true));
   // A file of nothing else says something by them.
   const bool any = std::ranges::any_of(file.lines, [&](const FileLine& line) {

@@ -60,6 +60,13 @@ INSTANTIATE_TEST_SUITE_P(
                     FoundCase{"JSON",
                               "{\"t\":0,\"c\":[{\"tx\":\"作词: \"},{\"tx\":\"x\"}]}\n[00:02.00]a\n",
                               "200 a"},
+                    FoundCase{"a title and an artist before them",
+                              "[00:00.00]夜\n[00:00.10]方\n[00:00.20]词：方\n[00:02.00]a\n",
+                              "0 夜|10 方|200 a"},
+                    FoundCase{"what is sung like one",
+                              "[00:01.00]a\n[00:02.00]b\n[00:03.00]c\n[00:04.00]曲：终\n"
+                              "[00:05.00]d\n[00:06.00]歌手: 你\n[00:07.00]e\n[00:09.00]曲：周\n",
+                              "100 a|200 b|300 c|400 曲：终|500 d|600 歌手: 你|700 e"},
                     FoundCase{"untimed", "作词 : 方\na\nb", "a|b"},
                     FoundCase{"nothing else", "[00:00.00]作词 : 方\n", "0 作词 : 方"}));
 
