@@ -66,16 +66,14 @@ void KWinLocator::vanished() {
 
 void KWinLocator::load() {
   loading_.reset();
-  for (const std::string& name : removeAbandonedKWinScripts()) {
+  auto abandoned = removeAbandonedKWinScripts();
+  if (file_) abandoned.push_back(file_->name());
+  for (const std::string& name : abandoned) {
     calls_->call(scripting("unloadScript"), g_variant_new("(s)", name.c_str()), nullptr, answerTime,
                  [](GVariant*) {});
   }
-  file_.reset();  // the new one has the same name
   file_ = KWinScriptFile::write(kwinScript(g_dbus_connection_get_unique_name(calls_->bus())));
   if (!file_) return loadLater();
-  // One of that name would keep the new one out.
-  calls_->call(scripting("unloadScript"), g_variant_new("(s)", file_->name().c_str()), nullptr,
-               answerTime, [](GVariant*) {});
   calls_->call(scripting("loadScript"),
                g_variant_new("(ss)", file_->path().c_str(), file_->name().c_str()),
                G_VARIANT_TYPE("(i)"), answerTime, [this](GVariant* answer) {
@@ -105,9 +103,16 @@ void KWinLocator::check() {
                  gboolean isLoaded = FALSE;
                  if (answer != nullptr) g_variant_get(answer, "(b)", &isLoaded);
                  if (answer != nullptr && isLoaded == FALSE) return load();
+                 if (answer != nullptr && !reported_) startAll();
                  known_.tell(answer == nullptr ? std::nullopt : reported_);
                  checkLater();
                });
+}
+
+// KWin 5.27 may give a script the number of another one that runs, where some were unloaded, so
+// that `run` did not reach it: then it runs with all that do not yet.
+void KWinLocator::startAll() {
+  calls_->call(scripting("start"), nullptr, nullptr, answerTime, [](GVariant*) {});
 }
 
 // Somebody has to know of a compositor that is not answering that it does again.

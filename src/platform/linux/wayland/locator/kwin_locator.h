@@ -42,6 +42,7 @@ class KWinLocator final : public WindowLocator {
   void load();
   void run(std::int32_t number);
   void loadLater();
+  void startAll();
   void check();
   void checkLater();
   void takeReport(const char* json);

@@ -1,6 +1,5 @@
 #include "platform/linux/wayland/locator/kwin_script.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstdint>
@@ -79,11 +78,11 @@ std::filesystem::path runtimeFolder() {
   return folder == nullptr ? "" : folder;
 }
 
-// The process in "vellora-kwin-PROCESS.js"; 0 in other names.
+// The process in "vellora-kwin-PROCESS-XXXXXX.js"; 0 in other names.
 std::int32_t writerOf(std::string_view name) {
   if (!name.starts_with(prefix) || !name.ends_with(suffix)) return 0;
   name.remove_prefix(prefix.size());
-  name.remove_suffix(std::min(suffix.size(), name.size()));
+  name = name.substr(0, name.find('-'));
   std::int32_t process = 0;
   const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), process);
   return error == std::errc() && end == name.data() + name.size() ? process : 0;
@@ -106,12 +105,11 @@ std::string kwinScript(const std::string& busName) {
 std::unique_ptr<KWinScriptFile> KWinScriptFile::write(const std::string& script) {
   const auto folder = runtimeFolder();
   if (!folder.is_absolute()) return nullptr;
-  std::unique_ptr<KWinScriptFile> file(new KWinScriptFile(
-      folder / (std::string(prefix) + std::to_string(getpid()) + std::string(suffix))));
-  removeFile(file->path_);
-  const int fd = open(file->path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                      S_IRUSR | S_IWUSR);
+  std::string path =
+      folder / (std::string(prefix) + std::to_string(getpid()) + "-XXXXXX" + std::string(suffix));
+  const int fd = mkostemps(path.data(), static_cast<int>(suffix.size()), O_CLOEXEC);
   if (fd < 0) return nullptr;
+  std::unique_ptr<KWinScriptFile> file(new KWinScriptFile(std::move(path)));
   const bool isWritten =
       ::write(fd, script.data(), script.size()) == static_cast<ssize_t>(script.size());
   close(fd);

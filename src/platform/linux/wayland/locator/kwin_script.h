@@ -32,7 +32,7 @@ class KWinScriptFile {
   KWinScriptFile& operator=(const KWinScriptFile&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
-  // Under which KWin is to know the script.
+  // Under which KWin is to know the script: no other has it.
   std::string name() const { return path_.stem(); }
 
  private:

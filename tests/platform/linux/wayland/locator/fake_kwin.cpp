@@ -21,6 +21,7 @@ constexpr const char* introspection =
     "    </method>"
     "    <method name='isScriptLoaded'><arg type='s' direction='in'/>"
     "      <arg type='b' direction='out'/></method>"
+    "    <method name='start'/>"
     "  </interface>"
     "  <interface name='org.kde.kwin.Script'><method name='run'/></interface>"
     "</node>";
@@ -63,9 +64,9 @@ void FakeKWin::called(GDBusConnection*, const gchar* sender, const gchar*, const
 }
 
 GVariant* FakeKWin::carryOut(const std::string& method, GVariant* arguments) {
-  if (method == "run") {
-    ++runs;
-    calls.push_back("run");
+  if (method == "run" || method == "start") {
+    ++(method == "run" ? runs : starts);
+    calls.push_back(method);
     return nullptr;
   }
   const char* first = nullptr;

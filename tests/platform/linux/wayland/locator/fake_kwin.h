@@ -29,6 +29,7 @@ class FakeKWin {
   std::string path;    // and its file
   int fileMode = 0;
   int runs = 0;
+  int starts = 0;  // of all scripts that do not run
 
  private:
   static void called(GDBusConnection* bus, const gchar* sender, const gchar* path,

@@ -53,7 +53,7 @@ class KWinLocatorTest : public testing::Test {
 TEST_F(KWinLocatorTest, LoadsItsScriptFromAPrivateFileAndTakesItsReports) {
   ASSERT_TRUE(eventuallyRun(1));
   EXPECT_EQ(kwin->fileMode, 0600);
-  EXPECT_EQ(kwin->path, (folder.path() / (name + ".js")).string());
+  EXPECT_TRUE(kwin->path.starts_with((folder.path() / (name + "-")).string())) << kwin->path;
   EXPECT_NE(kwin->script.find("callDBus(busName"), std::string::npos);
   EXPECT_FALSE(locator->isKnown());
   kwin->report(report(11));
@@ -122,6 +122,15 @@ TEST_F(KWinLocatorTest, AScriptThatKWinHasLostIsLoadedAgainWhilePlacesAreWatched
   EXPECT_TRUE(eventuallyRun(2));
 }
 
+// As in KWin 5.27, when the script got the number of another one.
+TEST_F(KWinLocatorTest, AScriptThatDoesNotReportIsStartedWithAllOthers) {
+  ASSERT_TRUE(eventuallyRun(1));
+  ASSERT_TRUE(runLoopUntil([&] { return kwin->starts == 1; }));
+  EXPECT_EQ(kwin->loaded.size(), 1U);
+  kwin->report(report(11));
+  EXPECT_TRUE(eventuallyFront(11));
+}
+
 TEST_F(KWinLocatorTest, AKWinThatHangsHasNothingInFrontUntilItAnswers) {
   ASSERT_TRUE(eventuallyRun(1));
   kwin->report(report(11));
@@ -149,8 +158,8 @@ TEST(KWinScriptFileTest, WhatAKilledProcessLeftIsUnloadedBeforeAnythingIsLoaded)
   const pid_t gone = fork();
   if (gone == 0) _exit(0);
   waitpid(gone, nullptr, 0);
-  const std::string left = "vellora-kwin-" + std::to_string(gone);
-  const std::string alive = "vellora-kwin-" + std::to_string(getppid()) + ".js";
+  const std::string left = "vellora-kwin-" + std::to_string(gone) + "-aB3dE6";
+  const std::string alive = "vellora-kwin-" + std::to_string(getppid()) + "-aB3dE6.js";
   folder.write(left + ".js", "");
   folder.write(alive, "");
   folder.write("vellora-kwin-.js", "");
