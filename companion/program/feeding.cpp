@@ -54,6 +54,9 @@ ViewState Feeding::step() {
     unwritable_ = !written;
   }
   if (overlay_) overlay_->step(now);
+  StatusWatch::Step status = statuses_.step(now, folder_.status(), published);
+  if (status.withdraw) folder_.withdrawStatus();
+  status_ = std::move(status.shown);
   followShift(now);
   return state(now);
 }
@@ -170,7 +173,7 @@ ViewState Feeding::state(double now) {
   }
   if (heard_) state.player = heard_->player;
   state.hearsPlayers = players_ != nullptr;
-  if (const auto status = folder_.status()) state.overlay = status->message;
+  state.overlay = status_;
   if (keeper_.elsewhere() != nullptr) state.elsewhere = keeper_.elsewhere()->report();
   state.settings = keeper_.settings();
   state.snapshot = folder_.snapshotPath();

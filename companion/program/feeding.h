@@ -7,6 +7,7 @@
 #include "companion/exchange/folder.h"
 #include "companion/exchange/keeper.h"
 #include "companion/exchange/renewal.h"
+#include "companion/exchange/status_watch.h"
 #include "companion/library/lyric_shift.h"
 #include "companion/program/options.h"
 #include "companion/program/overlay_start.h"
@@ -67,6 +68,8 @@ class Feeding {
   LyricShift shift_;
   Renewal keep_{keepInterval};
   bool unkept_ = false;  // since the last try
+  StatusWatch statuses_;
+  std::string status_;  // the overlay's line; empty where none runs
   Remote remote_;
   std::optional<OverlayStart> overlay_;
   std::string chosen_;  // what became of a choice, while that was the last key

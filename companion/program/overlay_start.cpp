@@ -103,6 +103,8 @@ void OverlayStart::openerEnded(int status) {
 // so in its status. One that a user asked to end, by a signal, does not.
 void OverlayStart::overlayEnded(int status, double now) {
   overlay_.reset();
+  // What one that a signal ended said last.
+  if (!saysStopped()) folder_.withdrawStatus();
   report_ = "the overlay has ended (exit status " + std::to_string(status) + ")";
   displayGone_ = status == displayGoneStatus;
   const bool asked =

@@ -159,6 +159,63 @@ TEST_F(FeedingOnAClock, AnswersAKeyWithTheNextStepAndFollowsTheCommand) {
   EXPECT_FALSE(feeding->grant(Wish::quit));
 }
 
+class StatusOfAnOverlay : public FeedingOnAClock {
+ protected:
+  void SetUp() override {
+    FeedingOnAClock::SetUp();
+    begin();
+    say("Ready");
+  }
+  void say(const char* message, bool stopped = false) const {
+    ASSERT_TRUE(writeFileAtomically(file(), *encode(OverlayStatus(message, stopped))));
+  }
+  std::filesystem::path file() const { return folder / "Vellora" / statusFileName; }
+  // What is shown at the end of that time, and how often something else was meanwhile.
+  std::string shownAfter(double seconds, const std::function<void()>& meanwhile = {}) {
+    std::string shown;
+    changes = 0;
+    stepsIn(seconds, [&](const ViewState& state) {
+      if (state.overlay != shown) ++changes;
+      shown = state.overlay;
+      if (meanwhile) meanwhile();
+    });
+    return shown;
+  }
+
+  int changes = 0;
+};
+
+TEST_F(StatusOfAnOverlay, GoesWithIt) {
+  EXPECT_EQ(shownAfter(5), "Ready");
+  EXPECT_EQ(shownAfter(StatusWatch::interval + StatusWatch::patience), "");
+}
+
+TEST_F(StatusOfAnOverlay, StaysWhileItRuns) {
+  // As the overlay does.
+  const auto writeAgain = [&] {
+    if (!fileExists(file())) say("Ready");
+  };
+  EXPECT_EQ(shownAfter(minutes, writeAgain), "Ready");
+  EXPECT_EQ(changes, 1) << "the first";
+}
+
+TEST_F(StatusOfAnOverlay, IsNotAskedForWhileItTellsWhatPlays) {
+  shownAfter(60, [&] { publish(1, true); });
+  EXPECT_TRUE(fileExists(file()));
+}
+
+TEST_F(StatusOfAnOverlay, OneThatHasStoppedIsBelieved) {
+  say("Overlay stopped", true);
+  EXPECT_EQ(shownAfter(60), "Overlay stopped");
+  EXPECT_TRUE(fileExists(file()));
+}
+
+TEST_F(StatusOfAnOverlay, ComesBackWithAnother) {
+  shownAfter(60);
+  say("Waiting for Music");
+  EXPECT_EQ(shownAfter(2), "Waiting for Music");
+}
+
 TEST_F(FeedingOnAClock, AClockThatIsSetBackKeepsNothingWaiting) {
   begin();
   stepsIn(10);
