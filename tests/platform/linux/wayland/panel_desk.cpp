@@ -8,7 +8,25 @@
 #include <fstream>
 #include <sstream>
 
+#include <dlfcn.h>
+#include <sys/socket.h>
+
 #include "support/temporary_folder.h"
+
+namespace {
+
+// What libwayland sends passes through here: this program's sendmsg stands before the C library's.
+std::size_t sentBytes = 0;
+
+}  // namespace
+
+extern "C" ssize_t sendmsg(int fd, const msghdr* message, int flags) {
+  using Function = ssize_t (*)(int, const msghdr*, int);
+  static const auto original = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "sendmsg"));
+  const ssize_t sent = original(fd, message, flags);
+  if (sent > 0) sentBytes += static_cast<std::size_t>(sent);
+  return sent;
+}
 
 namespace vellora {
 namespace {
@@ -34,6 +52,14 @@ const nlohmann::json* focusedNode(const nlohmann::json& node) {
     }
   }
   return nullptr;
+}
+
+void collectWindows(const nlohmann::json& node, std::vector<std::int64_t>& ids) {
+  if (node.contains("pid")) ids.push_back(node["id"].get<std::int64_t>());
+  for (const char* const list : {"nodes", "floating_nodes"}) {
+    if (!node.contains(list)) continue;
+    for (const nlohmann::json& child : node[list]) collectWindows(child, ids);
+  }
 }
 
 std::uint32_t pixelAt(cairo_surface_t* surface, int x, int y) {
@@ -100,6 +126,12 @@ std::int64_t Sway::focused() const {
   return node == nullptr ? -1 : (*node)["id"].get<std::int64_t>();
 }
 
+std::vector<std::int64_t> Sway::windows() const {
+  std::vector<std::int64_t> ids;
+  collectWindows(ask("get_tree"), ids);
+  return ids;
+}
+
 pid_t Sway::pid() const {
   std::ifstream pids(std::getenv("VELLORA_SESSION_PIDS"));
   std::string name;
@@ -120,6 +152,8 @@ WaylandDesk::WaylandDesk()
   });
   panel->configure(*view);
 }
+
+std::size_t WaylandDesk::bytesSent() const { return sentBytes; }
 
 void WaylandDesk::settle() {
   bool isDone = false;
@@ -158,6 +192,55 @@ CairoSurfacePtr WaylandDesk::expected(cairo_surface_t* background, int left, int
   cairo_paint(context.get());
   cairo_surface_flush(whole.get());
   return whole;
+}
+
+testing::AssertionResult WaylandDesk::comesToLook(const char* output, cairo_surface_t* wanted) {
+  testing::AssertionResult alike = testing::AssertionFailure();
+  runLoopUntil([&] {
+    settle();
+    return bool(alike = areAlike(sway.picture(output).get(), wanted));
+  });
+  return alike;
+}
+
+testing::AssertionResult WaylandDesk::comesToShow(const char* output, cairo_surface_t* before,
+                                                  int left, int top, const Size& frame,
+                                                  double scale) {
+  return comesToLook(output, expected(before, left, top, frame, scale).get());
+}
+
+testing::AssertionResult WaylandDesk::isShown() {
+  const bool drawn = runLoopUntil([&] {
+    settle();
+    const int before = drawings;
+    view->setNeedsDisplay();
+    runLoopDry();
+    return drawings > before;
+  });
+  return drawn ? testing::AssertionSuccess() : testing::AssertionFailure() << "it is not drawn";
+}
+
+int WaylandDesk::buffers() {
+  std::ifstream maps("/proc/self/maps");
+  std::string line;
+  int count = 0;
+  while (std::getline(maps, line)) count += line.find("vellora-panel") != line.npos ? 1 : 0;
+  return count;
+}
+
+int WaylandDesk::kilobytesInBuffers() {
+  std::ifstream maps("/proc/self/smaps");
+  std::string line;
+  bool isBuffer = false;
+  int sum = 0;
+  while (std::getline(maps, line)) {
+    if (line.starts_with("Rss:")) {
+      if (isBuffer) sum += std::stoi(line.substr(4));
+    } else if (line.find('-') < line.find(' ')) {
+      isBuffer = line.find("vellora-panel") != line.npos;
+    }
+  }
+  return sum;
 }
 
 testing::AssertionResult areAlike(cairo_surface_t* seen, cairo_surface_t* expected, int tolerance) {

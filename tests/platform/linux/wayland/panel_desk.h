@@ -35,6 +35,8 @@ class Sway {
   CairoSurfacePtr picture(const std::string& output) const;
   // What the focus is on: the id in the tree.
   std::int64_t focused() const;
+  // The ids of all windows, in the tree's order.
+  std::vector<std::int64_t> windows() const;
   pid_t pid() const;
 
   static constexpr auto first = "HEADLESS-1";
@@ -62,6 +64,22 @@ class WaylandDesk {
   // into a file: the panel's frame at `left`, `top`, in pixels.
   CairoSurfacePtr expected(cairo_surface_t* background, int left, int top, const Size& frame,
                            double scale) const;
+
+  // Waits until the output looks like that, and until it looks as before with the pictures over it,
+  // the panel's corner at that pixel.
+  testing::AssertionResult comesToLook(const char* output, cairo_surface_t* wanted);
+  testing::AssertionResult comesToShow(const char* output, cairo_surface_t* before, int left,
+                                       int top, const Size& frame, double scale = 1);
+  // Waits until the compositor has shown what it was given, so that the next change is drawn at
+  // once.
+  testing::AssertionResult isShown();
+  // How many buffers for pixels the program has.
+  static int buffers();
+  // How much memory these take.
+  static int kilobytesInBuffers();
+
+  // How much the program has sent to the compositor so far.
+  std::size_t bytesSent() const;
 
   Sway sway;
   std::shared_ptr<WaylandSession> session;

@@ -22,13 +22,10 @@ class WaylandPanelPixels : public testing::Test, protected WaylandDesk {
                 {chequeredPicture(60, 30, scale, 2), {70.4, 40.7, 60, 30}},
                 {chequeredPicture(90, 50, scale, 3), {frame.width - 30, 5, 90, 50}}};
     show(frame);
-    const auto wanted = expected(before.get(), static_cast<int>(std::lround(frame.x * scale)),
-                                 static_cast<int>(std::lround(frame.y * scale)),
-                                 {frame.width, frame.height}, scale);
-    testing::AssertionResult alike = testing::AssertionFailure();
-    runLoopUntil(
-        [&] { return bool(alike = areAlike(sway.picture(Sway::first).get(), wanted.get())); });
-    EXPECT_TRUE(alike) << "scale " << scale;
+    EXPECT_TRUE(comesToShow(
+        Sway::first, before.get(), static_cast<int>(std::lround(frame.x * scale)),
+        static_cast<int>(std::lround(frame.y * scale)), {frame.width, frame.height}, scale))
+        << "scale " << scale;
   }
 };
 
