@@ -1,7 +1,15 @@
 #include "platform/linux/players_tool/front_window.h"
 
+#include <chrono>
+#include <cstdlib>
 #include <utility>
 
+#include "platform/linux/glib/deadline.h"
+#include "platform/linux/glib/event_source.h"
+#include "platform/linux/wayland/locator/window_locator.h"
+#include "platform/linux/wayland/session/wayland_session.h"
+#include "platform/linux/wayland/workspace/located_player.h"
+#include "platform/linux/wayland/workspace/window_identity.h"
 #include "platform/linux/x11/client_area.h"
 #include "platform/linux/x11/screen_metrics.h"
 #include "platform/linux/x11/window_program.h"
@@ -10,7 +18,33 @@
 
 namespace vellora {
 
-FrontWindowAnswer findFrontWindow(const std::vector<PlayerDescriptionPtr>& descriptions) {
+namespace {
+
+constexpr std::chrono::milliseconds longestWait(2000);  // for a compositor's first answer
+
+std::string valueOf(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+FrontWindowAnswer findLocated(WindowLocator& locator, const WaylandSession& session,
+                              const std::vector<PlayerDescriptionPtr>& descriptions) {
+  const Deadline deadline(longestWait);
+  const GSourcePtr alarm = attachSource(
+      g_timeout_source_new(static_cast<guint>(deadline.remainingMilliseconds())), [] {});
+  while (!locator.isKnown() && !deadline.passed()) g_main_context_iteration(nullptr, TRUE);
+  if (!locator.isKnown()) return {{}, "the compositor does not answer (" + locator.name() + ")"};
+  const auto front = locator.frontWindow();
+  if (!front) return {{}, "no window is in front"};
+  const Output* const output = session.layout().under(front->content, 0);
+  return {FrontWindow{.names = front->names,
+                      .player = locatedPlayer(*front, locator.windows(),
+                                              identityOf(*front, descriptions).descriptions,
+                                              output == nullptr ? 1 : output->scale)},
+          {}};
+}
+
+FrontWindowAnswer findOnX11(const std::vector<PlayerDescriptionPtr>& descriptions) {
   XSession session(nullptr);
   if (!session.present()) return {{}, "there is no X display (DISPLAY) that can be reached"};
   const auto active =
@@ -31,6 +65,18 @@ FrontWindowAnswer findFrontWindow(const std::vector<PlayerDescriptionPtr>& descr
                                  .clientArea = place,
                                  .scale = session.metrics().scale().value_or(1)}},
           {}};
+}
+
+}  // namespace
+
+FrontWindowAnswer findFrontWindow(const std::vector<PlayerDescriptionPtr>& descriptions) {
+  const std::string display = valueOf("WAYLAND_DISPLAY");
+  if (!display.empty() && valueOf("VELLORA_WINDOW_SYSTEM") != "x11") {
+    if (const auto locator = makeWindowLocator()) {
+      return findLocated(*locator, WaylandSession(display.c_str()), descriptions);
+    }
+  }
+  return findOnX11(descriptions);
 }
 
 }  // namespace vellora

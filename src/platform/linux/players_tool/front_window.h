@@ -20,7 +20,9 @@ struct FrontWindowAnswer {
   std::string reason;  // why there is none
 };
 
-// Asks the X server that DISPLAY names. Main thread.
+// Asks the compositor that WAYLAND_DISPLAY names, where one of its kind can tell, for two seconds
+// at most; else, or where VELLORA_WINDOW_SYSTEM is "x11", the X server that DISPLAY names. Main
+// thread.
 FrontWindowAnswer findFrontWindow(const std::vector<PlayerDescriptionPtr>& descriptions);
 
 }  // namespace vellora

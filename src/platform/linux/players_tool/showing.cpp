@@ -77,10 +77,13 @@ class Report {
 
  private:
   void writeWindow() {
-    output_ << "Window: class " << shown(window_.names.classPart);
-    if (!window_.names.applicationId.empty()) {
-      output_ << ", application " << shown(window_.names.applicationId);
-    }
+    // A Wayland window has no class.
+    const bool hasApplication = !window_.names.applicationId.empty();
+    const bool hasClass = !window_.names.classPart.empty() || !hasApplication;
+    output_ << "Window: ";
+    if (hasClass) output_ << "class " << shown(window_.names.classPart);
+    if (hasClass && hasApplication) output_ << ", ";
+    if (hasApplication) output_ << "application " << shown(window_.names.applicationId);
     output_ << ", process " << window_.player.process << '\n';
     if (!found_.program.empty()) output_ << "Program: " << shown(found_.program) << '\n';
     output_ << "Media player of the process: "

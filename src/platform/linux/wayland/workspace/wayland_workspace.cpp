@@ -6,6 +6,9 @@
 #include <string>
 #include <utility>
 
+#include "platform/linux/wayland/workspace/located_player.h"
+#include "platform/linux/wayland/workspace/window_identity.h"
+
 namespace vellora {
 namespace {
 
@@ -52,7 +55,8 @@ void WaylandWorkspace::update() {
     const WindowIdentity identity = identityOf(*front, descriptions_);
     frontmost_ = std::make_shared<WaylandApplication>(front->process, identity.identifier);
     if (identity.isPlayer()) {
-      PlayerWindow player = playerWindow(*front, identity.descriptions, all);
+      PlayerWindow player =
+          locatedPlayer(*front, all, identity.descriptions, screens_.scaleUnder(front->content));
       frontPlace_ = front->content;
       frontScale_ = player.scale;
       players.push_back(front->process);
@@ -64,30 +68,11 @@ void WaylandWorkspace::update() {
     WindowIdentity identity = identityOf(window, descriptions_);
     if (!identity.isPlayer()) continue;
     players.push_back(window.process);
-    windows_->note(playerWindow(window, std::move(identity.descriptions), all));
+    windows_->note(locatedPlayer(window, all, std::move(identity.descriptions),
+                                 screens_.scaleUnder(window.content)));
   }
   windows_->keepOnly(players);
   locator_->setWatched(frontPlace_.has_value());
-}
-
-PlayerWindow WaylandWorkspace::playerWindow(const LocatedWindow& front,
-                                            std::vector<PlayerDescriptionPtr> fitting,
-                                            const std::vector<LocatedWindow>& all) const {
-  PlayerWindow player;
-  player.process = front.process;
-  player.descriptions = std::move(fitting);
-  if (front.tellsScreenPositions) {
-    // To X11 programs a point is a pixel.
-    player.clientArea = front.content;
-    return player;
-  }
-  player.scale = screens_.scaleUnder(front.content);
-  player.surfaces.emplace();
-  for (const LocatedWindow& window : all) {
-    if (window.process != front.process || !window.isVisible) continue;
-    player.surfaces->push_back({.content = window.content, .surface = window.surface});
-  }
-  return player;
 }
 
 std::vector<std::shared_ptr<const RunningApplication>> WaylandWorkspace::runningApplications(

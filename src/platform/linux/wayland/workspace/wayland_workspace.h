@@ -9,7 +9,6 @@
 #include "base/rect.h"
 #include "platform/linux/players/player_windows.h"
 #include "platform/linux/wayland/locator/window_locator.h"
-#include "platform/linux/wayland/workspace/window_identity.h"
 #include "platform/workspace.h"
 
 namespace vellora {
@@ -44,8 +43,6 @@ class WaylandWorkspace final : public Workspace {
 
  private:
   void update();
-  PlayerWindow playerWindow(const LocatedWindow& front, std::vector<PlayerDescriptionPtr> fitting,
-                            const std::vector<LocatedWindow>& all) const;
 
   const std::unique_ptr<WindowLocator> locator_;
   const WaylandScreens screens_;

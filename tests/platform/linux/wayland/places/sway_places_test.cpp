@@ -85,6 +85,18 @@ TEST_F(SwayPlaces, OfAWindowWithAShadowOnOutputsOfOtherScales) {
   }
 }
 
+TEST_F(SwayPlaces, ThePlayersToolFindsTheWindowInFront) {
+  start(gtk3(true));
+  const Outcome outcome = runProgram({VELLORA_PLAYERS_PROGRAM, "show"});
+  EXPECT_NE(outcome.output.find("Window: application \"org.example.Placed\", process " +
+                                std::to_string(program->pid()) + "\n"),
+            std::string::npos)
+      << outcome.output << outcome.errors;
+  command("workspace 2");
+  EXPECT_NE(runProgram({VELLORA_PLAYERS_PROGRAM, "show"}).errors.find("no window is in front"),
+            std::string::npos);
+}
+
 TEST_F(SwayPlaces, ThereIsNothingInFrontOnAnEmptyWorkspace) {
   start(gtk3(false));
   command("workspace 2");

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/player.h"
+
 namespace vellora {
 namespace {
 

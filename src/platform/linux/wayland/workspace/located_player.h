@@ -1,0 +1,15 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/linux/players/player_windows.h"
+#include "platform/linux/wayland/locator/window_locator.h"
+
+namespace vellora {
+
+// A window as the directory of players' windows has it, with all others of its process among `all`
+// that can be seen. `scale` is that of the output that it is on.
+PlayerWindow locatedPlayer(const LocatedWindow& window, const std::vector<LocatedWindow>& all,
+                           std::vector<PlayerDescriptionPtr> descriptions, double scale);
+
+}  // namespace vellora
