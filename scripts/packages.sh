@@ -32,7 +32,7 @@ packages_test=(
 )
 
 # Wayland compositors that need no screen, what takes pictures of them, and their X server.
-packages_wayland=(sway kwin-wayland mutter grim xwayland x11-xserver-utils foot libkf5screen-bin)
+packages_wayland=(sway kwin-wayland mutter grim xwayland x11-xserver-utils)
 
 # For ./test --long.
 packages_long=(valgrind)

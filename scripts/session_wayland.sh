@@ -43,7 +43,7 @@ start_sway() {
 # The packaged program carries a capability that some containers refuse to execute; a copy has none.
 start_kwin() {
   cp "$(command -v kwin_wayland)" "$work/kwin_wayland" || exit 125
-  start kwin env KWIN_COMPOSE=O2 KWIN_SCREENSHOT_NO_PERMISSION_CHECKS=1 QT_QPA_PLATFORM=wayland \
+  start kwin env KWIN_COMPOSE=O2 KWIN_SCREENSHOT_NO_PERMISSION_CHECKS=1 KWIN_WAYLAND_NO_PERMISSION_CHECKS=1 QT_QPA_PLATFORM=wayland \
     "$work/kwin_wayland" --virtual --xwayland --no-lockscreen --no-global-shortcuts \
     --width "${size%x*}" --height "${size#*x}" --output-count "$outputs" --scale "$scale" \
     --socket vellora-kwin "$(display_teller)"

@@ -25,6 +25,15 @@ void collect(const Element& element, bool inLyrics, SeenPlayer& seen, int depth)
 
 }  // namespace
 
+SeenPlayer movedBy(SeenPlayer seen, Point origin) {
+  const auto move = [&](Rect& frame) { frame = frame.offsetBy(origin.x, origin.y); };
+  move(seen.window);
+  move(seen.viewport);
+  for (SeenRow& row : seen.rows) move(row.frame);
+  move(seen.lyricsSwitch.frame);
+  return seen;
+}
+
 std::optional<SeenPlayer> readPlayer(const std::string& application) {
   const Connection bus = accessibilityBus();
   if (!bus) return std::nullopt;

@@ -25,6 +25,10 @@ struct SeenPlayer {
   bool operator==(const SeenPlayer&) const = default;
 };
 
+// The same with every frame further right and down: what a program tells that does not know where
+// its window is counts from the window's content.
+SeenPlayer movedBy(SeenPlayer seen, Point origin);
+
 // Reads the first window of the application of that name on the accessibility bus, one plain
 // synchronous question after the other (org.a11y.atspi.Accessible, .Component). Nothing when there
 // is no such application or it does not answer within a second a question.

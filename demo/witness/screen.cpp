@@ -24,9 +24,11 @@ struct Disconnect {
   void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
 };
 
-}  // namespace
+class XScreen final : public Screen {
+ public:
+  std::optional<Picture> whole() const override;
+  std::optional<WindowPicture> windowAlone(const std::string& windowClass) const override;
 
-struct Screen::Impl {
   std::unique_ptr<xcb_connection_t, Disconnect> connection;
   xcb_screen_t* screen = nullptr;
 
@@ -84,28 +86,13 @@ struct Screen::Impl {
   }
 };
 
-Screen::Screen(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
-Screen::~Screen() = default;
-
-std::unique_ptr<Screen> Screen::open() {
-  auto impl = std::make_unique<Impl>();
-  int number = 0;
-  impl->connection.reset(xcb_connect(nullptr, &number));
-  if (xcb_connection_has_error(impl->connection.get()) != 0) return nullptr;
-  xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(impl->connection.get()));
-  for (; number > 0 && screens.rem > 1; --number) xcb_screen_next(&screens);
-  impl->screen = screens.data;
-  return std::unique_ptr<Screen>(new Screen(std::move(impl)));
+std::optional<Picture> XScreen::whole() const {
+  return grab(screen->root, screen->width_in_pixels, screen->height_in_pixels);
 }
 
-std::optional<Picture> Screen::whole() const {
-  return impl_->grab(impl_->screen->root, impl_->screen->width_in_pixels,
-                     impl_->screen->height_in_pixels);
-}
-
-std::optional<WindowPicture> Screen::windowAlone(const std::string& windowClass) const {
-  xcb_connection_t* const c = impl_->connection.get();
-  const xcb_window_t window = impl_->topLevelOf(windowClass, impl_->screen->root, 0);
+std::optional<WindowPicture> XScreen::windowAlone(const std::string& windowClass) const {
+  xcb_connection_t* const c = connection.get();
+  const xcb_window_t window = topLevelOf(windowClass, screen->root, 0);
   if (window == XCB_NONE) return std::nullopt;
   const Reply<xcb_get_geometry_reply_t> geometry(
       xcb_get_geometry_reply(c, xcb_get_geometry(c, window), nullptr));
@@ -119,11 +106,11 @@ std::optional<WindowPicture> Screen::windowAlone(const std::string& windowClass)
   if (error) return std::nullopt;
   const int border = 2 * geometry->border_width;
   const std::optional<Picture> own =
-      impl_->grab(pixmap, geometry->width + border, geometry->height + border);
+      grab(pixmap, geometry->width + border, geometry->height + border);
   xcb_free_pixmap(c, pixmap);
   if (!own) return std::nullopt;
   WindowPicture result{
-      {impl_->screen->width_in_pixels, impl_->screen->height_in_pixels, {}},
+      {screen->width_in_pixels, screen->height_in_pixels, {}},
       {double(geometry->x), double(geometry->y), double(own->width), double(own->height)}};
   result.pixels.resize(static_cast<std::size_t>(result.width) *
                        static_cast<std::size_t>(result.height));
@@ -137,6 +124,19 @@ std::optional<WindowPicture> Screen::windowAlone(const std::string& windowClass)
     }
   }
   return result;
+}
+
+}  // namespace
+
+std::unique_ptr<Screen> openXScreen() {
+  auto opened = std::make_unique<XScreen>();
+  int number = 0;
+  opened->connection.reset(xcb_connect(nullptr, &number));
+  if (xcb_connection_has_error(opened->connection.get()) != 0) return nullptr;
+  xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(opened->connection.get()));
+  for (; number > 0 && screens.rem > 1; --number) xcb_screen_next(&screens);
+  opened->screen = screens.data;
+  return opened;
 }
 
 bool Picture::writePng(const std::string& path) const {

@@ -28,26 +28,22 @@ struct WindowPicture : Picture {
   Rect frame;  // of the window with what the window manager put around it, in pixels of the screen
 };
 
-// The X screen as a client with its eyes open sees it. One thread.
+// The screen as somebody with eyes open sees it. One thread.
 class Screen {
  public:
-  // Null without a display.
-  static std::unique_ptr<Screen> open();
-  ~Screen();
+  virtual ~Screen() = default;
 
   // What a person sees: everything that the compositor put on the screen.
-  std::optional<Picture> whole() const;
+  virtual std::optional<Picture> whole() const = 0;
 
-  // The screen as it would be without the windows above the program's: the window's own picture, as
-  // the compositor is handed it (X Composite), put where the window stands, on black. Nothing
-  // without a compositor or without a window of that class.
-  std::optional<WindowPicture> windowAlone(const std::string& windowClass) const;
-
- private:
-  struct Impl;
-  explicit Screen(std::unique_ptr<Impl> impl);
-  std::unique_ptr<Impl> impl_;
+  // The screen as it would be without the windows above the program's. Nothing without a window of
+  // that class (X11) or application identifier (Wayland), or where there is no such picture.
+  virtual std::optional<WindowPicture> windowAlone(const std::string& windowClass) const = 0;
 };
+
+// The X screen. A window's own picture is the one that the compositor is handed (X Composite), put
+// where the window stands, on black; without a compositor there is none. Null without a display.
+std::unique_ptr<Screen> openXScreen();
 
 // How many pixels of `area` (pixels of the screen) differ by more than 6 of 255 in some channel,
 // and how many pixels that part of the pictures has.

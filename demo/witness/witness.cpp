@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <poll.h>
 
@@ -13,6 +14,7 @@
 #include "witness/accessible_rows.h"
 #include "witness/captions_seen.h"
 #include "witness/page_rows.h"
+#include "witness/picture_files.h"
 #include "witness/screen.h"
 
 namespace {
@@ -23,11 +25,15 @@ using namespace vellora::witness;
 constexpr std::string_view usage =
     "usage: vellora-demo-witness --snapshot FILE [--screenshot FILE.png] [--wait SECONDS]\n"
     "                            [--browser PROCESS --class WINDOW_CLASS]\n"
+    "                            [--screen FILE.ppm --alone FILE.ppm --origin X,Y]\n"
     "\n"
     "Reads the player's lyric rows over the accessibility bus, takes a picture of the screen and\n"
     "one of the player's window alone (this needs a compositor), and compares the two in the band\n"
     "under each row. Tries again until all is right or SECONDS (default 8) have passed.\n"
     "The player is the stand-in player or, in a browser, its page.\n"
+    "Where the desktop allows no such pictures (Wayland), they are taken from two files, one pixel "
+    "a\n"
+    "point, and the place of the window's content, in points, is told.\n"
     "Exit status: 0 captions stand where they belong, 1 they do not, 2 it could not be seen.\n";
 
 constexpr const char* application = "com.apple.Music";
@@ -38,6 +44,9 @@ struct Options {
   std::string snapshot;
   std::string screenshot;
   double wait = 8;
+  std::string screen;  // pictures to look at in the place of the X screen's
+  std::string alone;
+  Point origin;  // of what the player tells, in points
 };
 
 struct Sight {
@@ -47,7 +56,11 @@ struct Sight {
 };
 
 std::optional<SeenPlayer> read(const Options& options) {
-  if (options.browser == 0) return readPlayer(application);
+  if (options.browser == 0) {
+    auto seen = readPlayer(application);
+    if (seen) seen = movedBy(std::move(*seen), options.origin);
+    return seen;
+  }
   PageQuery query;
   query.process = options.browser;
   return readPage(query);
@@ -119,6 +132,15 @@ int main(int argc, char** argv) {
       options.browser = static_cast<unsigned>(std::atoi(value));
     } else if (flag == "--class") {
       options.windowClass = value;
+    } else if (flag == "--screen") {
+      options.screen = value;
+    } else if (flag == "--alone") {
+      options.alone = value;
+    } else if (flag == "--origin") {
+      if (std::sscanf(value, "%lf,%lf", &options.origin.x, &options.origin.y) != 2) {
+        std::fputs(usage.data(), stderr);
+        return 2;
+      }
     } else if (flag == "--wait") {
       options.wait = std::atof(value);
     } else {
@@ -126,9 +148,10 @@ int main(int argc, char** argv) {
       return 2;
     }
   }
-  const std::unique_ptr<Screen> screen = Screen::open();
+  const std::unique_ptr<Screen> screen =
+      options.screen.empty() ? openXScreen() : openPictures(options.screen, options.alone);
   if (!screen) {
-    std::fputs("vellora-demo-witness: no display\n", stderr);
+    std::fputs("vellora-demo-witness: no display, or no pictures to be read\n", stderr);
     return 2;
   }
   const auto deadline = std::chrono::steady_clock::now() +

@@ -38,9 +38,13 @@ void Desk::SetUp() {
   std::filesystem::create_directory(folder / "Vellora");
   writtenFiles = std::make_unique<WrittenFiles>(folder / "written");
   useExchange(folder / "Vellora");
-  screen = witness::Screen::open();
+  screen = openScreen();
   ASSERT_NE(screen, nullptr) << "no display";
+}
+
+std::unique_ptr<witness::Screen> Desk::openScreen() {
   outputOf({"xdotool", "mousemove", "1279", "799"});
+  return witness::openXScreen();
 }
 
 void Desk::TearDown() {

@@ -55,6 +55,8 @@ class Desk : public testing::Test {
   // The player as the witness sees it, and the class of its window: the stand-in player's.
   virtual std::optional<witness::SeenPlayer> seenPlayer() const;
   virtual std::string windowClass() const;
+  // A camera for the session's screen; null where there is none. Takes the pointer out of its way.
+  virtual std::unique_ptr<witness::Screen> openScreen();
 
   // What stands on the screen now, by the witness; nothing while the rows move.
   std::optional<witness::CaptionsVerdict> look() const;

@@ -61,7 +61,7 @@ TEST_F(Neighbours, TheScreenIsResized) {
   ASSERT_NO_FATAL_FAILURE(follow());
   for (const char* size : {"1100x700", "1280x800"}) {
     outputOf({"xrandr", "--fb", size});
-    screen = witness::Screen::open();  // which reads the size when it is opened
+    screen = witness::openXScreen();  // which reads the size when it is opened
     const auto whole = screen->whole();
     ASSERT_TRUE(whole);
     ASSERT_EQ(std::to_string(whole->width) + "x" + std::to_string(whole->height), size);
