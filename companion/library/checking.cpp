@@ -174,10 +174,10 @@ std::vector<Problem> shortcomings(const LibrarySong& from, const Song& song) {
   const bool explained = !song.problems.empty() && untranslated(song) <= lost;
   if (none && !explained && !song.lines.empty()) {
     const std::filesystem::path& file = from.files.lyrics;
-    const std::string advice = isTable(file)
-                                   ? std::string("put each after its line")
-                                   : "put the translation beside it as " + file.stem().string() +
-                                         ".LANGUAGE" + file.extension().string();
+    const std::string advice =
+        isTable(file) ? std::string("put each after its line")
+                      : "put the translation beside it as " + file.stem().string() + ".LANGUAGE" +
+                            (isAudio(file) ? ".lrc" : file.extension().string());
     const std::filesystem::path& namesake = from.files.namesake;
     problems.push_back(
         namesake.empty()

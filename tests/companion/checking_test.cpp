@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "companion/audio_files.h"
 #include "companion/song_folder.h"
 
 namespace vellora::companion {
@@ -60,6 +61,13 @@ TEST_F(Checking, ASongWithoutAnyTranslationIsToldOnce) {
             "  a.lrc: warning: no line has a translation; put the translation beside it as "
             "a.LANGUAGE.lrc\n"
             "1 song, 0 complete; 0 errors, 1 warning\n");
+}
+
+TEST_F(Checking, TheTranslationOfLyricsInASoundFileIsAFileOfLyrics) {
+  put("a.mp3", mp3([](TagLib::ID3v2::Tag& tag) { addUslt(tag, "eng", "[00:01.00]b"); }));
+  EXPECT_NE(check().find("put the translation beside it as a.LANGUAGE.lrc\n"), std::string::npos);
+  put("a.de.lrc", "[00:01.00]x\n");
+  EXPECT_TRUE(check().starts_with("a: 1 line, 1 translated: complete\n")) << check();
 }
 
 TEST_F(Checking, AFileNamedAfterASongWithoutALanguageIsWarnedOf) {

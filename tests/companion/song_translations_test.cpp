@@ -183,6 +183,17 @@ TEST_F(Translations, ANewSongEndsTheProgramAndWhatItStarted) {
   EXPECT_TRUE(waitFor([&] { return isGone(child); }));
 }
 
+TEST_F(Translations, OneThatHasLeftItsGroupEndsWithItsNextLine) {
+  SongTranslations translations = with("setsid sh -c 'echo $$ > " + (folder / "id").string() +
+                                       "; while sleep 0.05; do echo x || exit; done' & wait");
+  Song song = songOf({"a"});
+  translations.begin(song);
+  const pid_t process = writtenId("id");
+  EXPECT_FALSE(isGone(process));
+  translations.drop();
+  EXPECT_TRUE(waitFor([&] { return isGone(process); }));
+}
+
 TEST_F(Translations, OneThatReadsNothingIsNotWaitedFor) {
   SongTranslations translations = with("exec <&-; echo x");
   Song song = songOf(std::vector<std::string>(1, "a"));
