@@ -21,6 +21,7 @@ void fuzzMprisReplies(std::string_view bytes);
 void fuzzLyricFiles(std::string_view bytes);
 void fuzzPlayerDescriptions(std::string_view bytes);
 void fuzzServiceAnswers(std::string_view bytes);
+void fuzzCompositorWords(std::string_view bytes);
 
 struct FuzzTarget {
   std::string_view name;  // of its folder in tests/fuzz/corpus, too
@@ -41,6 +42,7 @@ inline constexpr FuzzTarget fuzzTargets[] = {
     {"lyric-files", fuzzLyricFiles},
     {"player-descriptions", fuzzPlayerDescriptions},
     {"service-answers", fuzzServiceAnswers},
+    {"compositor-words", fuzzCompositorWords},
 };
 
 // Null for a name that is none.

@@ -1,6 +1,8 @@
 // Where windows are on sway: what the accessibility room tells against what is on the screen.
+#include <csignal>
 #include <cstddef>
 #include <cstdlib>
+#include <sstream>
 #include <string>
 
 #include "platform/linux/glib/run_program.h"
@@ -30,6 +32,16 @@ class SwayPlaces : public PlacesFixture {
     std::strtol(end, &end, 10);  // the brightest value
     result.pixels = bytes.substr(static_cast<std::size_t>(end + 1 - bytes.c_str()));
     return result;
+  }
+  // As the session wrote it down; 0: it did not.
+  static pid_t swayProcess() {
+    std::istringstream lines(readText(std::getenv("VELLORA_SESSION_PIDS")));
+    std::string name;
+    pid_t process = 0;
+    while (lines >> name >> process) {
+      if (name == "sway") return process;
+    }
+    return 0;
   }
   // The steps that every window goes through.
   void goThroughPlaces() {
@@ -83,6 +95,17 @@ TEST_F(SwayPlaces, OfAWindowWithAShadowOnOutputsOfOtherScales) {
     scale = factor;
     EXPECT_TRUE(eventuallyRight()) << factor;
   }
+}
+
+// SIGSTOP is the whole desktop's hang.
+TEST_F(SwayPlaces, ThereIsNothingInFrontOfASwayThatHangsUntilItGoesOn) {
+  start(gtk3(false));
+  const pid_t sway = swayProcess();
+  ASSERT_GT(sway, 0);
+  kill(sway, SIGSTOP);
+  EXPECT_TRUE(eventually([this] { return front() == 0; }));
+  kill(sway, SIGCONT);
+  EXPECT_TRUE(eventually([this] { return front() == program->pid(); }));
 }
 
 TEST_F(SwayPlaces, ThePlayersToolFindsTheWindowInFront) {
