@@ -62,15 +62,6 @@ void collectWindows(const nlohmann::json& node, std::vector<std::int64_t>& ids) 
   }
 }
 
-std::uint32_t pixelAt(cairo_surface_t* surface, int x, int y) {
-  std::uint32_t pixel = 0;
-  std::memcpy(
-      &pixel,
-      cairo_image_surface_get_data(surface) + y * cairo_image_surface_get_stride(surface) + x * 4,
-      sizeof pixel);
-  return pixel;
-}
-
 bool isNear(std::uint32_t a, std::uint32_t b, int tolerance) {
   for (int shift = 0; shift < 24; shift += 8) {
     const int difference =
@@ -142,7 +133,7 @@ pid_t Sway::pid() const {
   throw std::runtime_error("the session has no sway");
 }
 
-WaylandDesk::WaylandDesk()
+WaylandDesk::WaylandDesk(Panels panels)
     : session(std::make_shared<WaylandSession>(std::getenv("WAYLAND_DISPLAY"))),
       view(std::make_unique<HostedView>([this] { return session->layout().primaryScale(); })),
       panel(std::make_unique<WaylandPanel>(session)) {
@@ -150,7 +141,7 @@ WaylandDesk::WaylandDesk()
     ++drawings;
     for (const Placed& each : pictures) surface.drawImage(*each.picture, each.destination);
   });
-  panel->configure(*view);
+  if (panels == Panels::configured) panel->configure(*view);
 }
 
 std::size_t WaylandDesk::bytesSent() const { return sentBytes; }
@@ -241,6 +232,15 @@ int WaylandDesk::kilobytesInBuffers() {
     }
   }
   return sum;
+}
+
+std::uint32_t pixelAt(cairo_surface_t* surface, int x, int y) {
+  std::uint32_t pixel = 0;
+  std::memcpy(
+      &pixel,
+      cairo_image_surface_get_data(surface) + y * cairo_image_surface_get_stride(surface) + x * 4,
+      sizeof pixel);
+  return pixel;
 }
 
 testing::AssertionResult areAlike(cairo_surface_t* seen, cairo_surface_t* expected, int tolerance) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -51,7 +52,8 @@ class WaylandDesk {
     Rect destination;
   };
 
-  WaylandDesk();
+  enum class Panels { configured, unconfigured };
+  explicit WaylandDesk(Panels panels = Panels::configured);
 
   // Runs the loop until the compositor has dealt with all that it was sent so far, and the panel
   // with all that it was answered.
@@ -88,6 +90,9 @@ class WaylandDesk {
   std::vector<Placed> pictures;
   int drawings = 0;
 };
+
+// 0xAARRGGBB, premultiplied.
+std::uint32_t pixelAt(cairo_surface_t* surface, int x, int y);
 
 // Whether all pixels are the same, but for `tolerance` in each channel; says where the first one
 // is that is not.

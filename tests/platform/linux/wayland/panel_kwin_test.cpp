@@ -52,8 +52,8 @@ TEST_F(WaylandPanelOnKWin, ComesBackWithItsOutputAndGoesToAnotherWithThePlayer) 
   EXPECT_EQ(buffers(), 0);
   tell("output.Virtual-1.enable");
   ASSERT_TRUE(comesToHave(2));
+  EXPECT_TRUE(runLoopUntil([] { return buffers() > 0; })) << "unasked";
   EXPECT_TRUE(isShown());
-  EXPECT_GT(buffers(), 0);
   tell("output.Virtual-1.disable");
   ASSERT_TRUE(comesToHave(1));
   move({200, 80, 400, 300});

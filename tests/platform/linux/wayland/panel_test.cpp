@@ -154,18 +154,32 @@ TEST_F(WaylandPanelTest, MovesToTheOutputThatMostOfItIsOnAndTakesItsScale) {
   EXPECT_TRUE(comesToLook(Sway::first, first.get()));
 }
 
-TEST_F(WaylandPanelTest, AChangeOfScaleIsDrawnAtOnce) {
+TEST_F(WaylandPanelTest, AChangeOfScaleIsDrawnUnasked) {
   setScale(Sway::first, 2);
   const auto before = sway.picture(Sway::first);
   setScale(Sway::first, 1);
-  showOnePicture({100, 50, 400, 300});
+  showOnePicture({100, 450, 300, 200});  // 150 points above the bottom of 800
   ASSERT_TRUE(isShown());
   pictures[0].picture = chequeredPicture(100, 40, 2, 1);
-  setScale(Sway::first, 2);
+  setScale(Sway::first, 2);  // and now of 400
+  EXPECT_TRUE(comesToShow(Sway::first, before.get(), 200, 100, {300, 200}, 2));
   EXPECT_EQ(view->windowScale(), 2);
-  // From the bottom of a screen that is half as high now.
-  move({100, 50, 400, 300});
-  EXPECT_TRUE(comesToShow(Sway::first, before.get(), 200, 100, {400, 300}, 2));
+}
+
+// Far more changes than a socket could hold, with every buffer free or none.
+TEST_F(WaylandPanelTest, AStoppedCompositorIsToldOneMoveAtATime) {
+  const auto before = sway.picture(Sway::first);
+  showOnePicture(frame);
+  ASSERT_TRUE(isShown());
+  stopCompositor();
+  const std::size_t sent = bytesSent();
+  for (int i = 0; i < 3000; ++i) {
+    move({frame.x + i % 50, frame.y, frame.width, frame.height});
+    runLoopDry();
+  }
+  EXPECT_LT(bytesSent() - sent, 512u);
+  wakeCompositor();
+  EXPECT_TRUE(comesToShow(Sway::first, before.get(), 101 + 2999 % 50, 53, {400, 300}));
 }
 
 // Far more changes than a socket could hold: a message is never waited for, and never too many.
