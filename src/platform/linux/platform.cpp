@@ -12,6 +12,7 @@
 #include "platform/linux/accessibility/linux_accessibility.h"
 #include "platform/linux/drawing/pango_painter.h"
 #include "platform/linux/loop/glib_application.h"
+#include "platform/linux/loop/memory_return.h"
 #include "platform/linux/player/mpris_scripting.h"
 #include "platform/linux/players/player_descriptions.h"
 #include "platform/linux/players/player_windows.h"
@@ -100,6 +101,9 @@ class LinuxPlatform final : public Platform {
 
 }  // namespace
 
-std::unique_ptr<Platform> makePlatform() { return std::make_unique<LinuxPlatform>(); }
+std::unique_ptr<Platform> makePlatform() {
+  returnLargeBlocks();
+  return std::make_unique<LinuxPlatform>();
+}
 
 }  // namespace vellora
