@@ -6,10 +6,14 @@
 is_socket() { [ -S "$1" ]; }
 has_text() { [ -s "$1" ]; }
 
-# A program for a compositor to start: it writes down where the X server is, and stays.
+# A program for a compositor to start: it writes down where the X server is, and stays as long as the
+# session.
 display_teller() {
-  printf '#!/bin/sh\necho "$DISPLAY $XAUTHORITY" >"%s"\nexec sleep infinity\n' "$work/display" \
-    >"$work/tell-display"
+  cat >"$work/tell-display" <<T
+#!/bin/sh
+echo "\$DISPLAY \$XAUTHORITY" >"$work/display"
+while kill -0 $$ 2>/dev/null; do sleep 1; done
+T
   chmod 755 "$work/tell-display"
   echo "$work/tell-display"
 }

@@ -32,7 +32,8 @@ class Compositor : public witness::Screen {
   virtual bool isActive(pid_t process) const = 0;
   // Outputs are counted from 0.
   virtual void setScale(int output, double scale) = 0;
-  virtual void setPlugged(int output, bool plugged) = 0;
+  // Whether the compositor can. sway 1.7 cannot without a screen: it says that it did, and did not.
+  virtual bool setPlugged(int output, bool plugged) = 0;
 
   // Clicks there again and again, until the process goes: a program hears of a pointer's clicks
   // only some time after the pointer has been plugged in.

@@ -91,8 +91,9 @@ class KWin final : public Compositor {
     outputOf({VELLORA_DESK_OUTPUT, std::to_string(output), "scale", fmt::format("{}", scale)});
   }
 
-  void setPlugged(int output, bool plugged) override {
+  bool setPlugged(int output, bool plugged) override {
     outputOf({VELLORA_DESK_OUTPUT, std::to_string(output), plugged ? "enable" : "disable"});
+    return true;
   }
 
  private:

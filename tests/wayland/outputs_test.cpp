@@ -21,21 +21,5 @@ TEST_F(TwoOutputs, CaptionsFollowThePlayerToAnOutputOfAnotherScale) {
   EXPECT_TRUE(waitFor([&] { return captionsRight(); }));
 }
 
-TEST_F(TwoOutputs, CaptionsComeBackWhereTheirOutputIsUnplugged) {
-  ASSERT_NO_FATAL_FAILURE(follow(onTheSecond));
-  compositor->setPlugged(1, false);
-  // Where the player goes then is the compositor's matter; here it is put onto the first output.
-  compositor->place(player->pid(), usualFrame);
-  compositor->activate(player->pid());
-  ASSERT_TRUE(waitFor([&] { return compositor->contentOf(player->pid()) == usualFrame; }));
-  ASSERT_NO_FATAL_FAILURE(rememberPlayerAnew());
-  EXPECT_TRUE(waitFor([&] { return captionsRight(); }));
-  compositor->setPlugged(1, true);
-  compositor->place(player->pid(), onTheSecond);
-  ASSERT_TRUE(waitFor([&] { return compositor->contentOf(player->pid()) == onTheSecond; }));
-  ASSERT_NO_FATAL_FAILURE(rememberPlayerAnew());
-  EXPECT_TRUE(waitFor([&] { return captionsRight(); }));
-}
-
 }  // namespace
 }  // namespace vellora::e2e

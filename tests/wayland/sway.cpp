@@ -63,9 +63,7 @@ class Sway final : public Compositor {
     command(fmt::format("output HEADLESS-{} scale {}", output + 1, scale));
   }
 
-  void setPlugged(int output, bool plugged) override {
-    command(fmt::format("output HEADLESS-{} {}", output + 1, plugged ? "enable" : "disable"));
-  }
+  bool setPlugged(int, bool) override { return false; }
 
  private:
   static json askForTree() {
