@@ -97,6 +97,18 @@ TEST_F(CaptionsOnWayland, NeverTakeTheKeyboard) {
   EXPECT_TRUE(compositor->isActive(player->pid()));
 }
 
+// It asks before any loop has run.
+TEST_F(CaptionsOnWayland, TheDiagnosisReadsThePlayersRows) {
+  ASSERT_NO_FATAL_FAILURE(follow(usualFrame));
+  const auto seen = seenPlayer();
+  ASSERT_TRUE(seen && seen->rows.size() > 2);
+  std::string said;
+  EXPECT_TRUE(waitFor([&] {
+    said = outputOf({VELLORA_PROGRAM, "--diagnose"});
+    return said.find(seen->rows[1].text) != std::string::npos;
+  })) << said;
+}
+
 TEST_F(CaptionsOnWayland, SurviveThePlayersDeath) {
   ASSERT_NO_FATAL_FAILURE(follow(usualFrame));
   player->signal(SIGKILL);

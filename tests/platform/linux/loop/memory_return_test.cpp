@@ -9,8 +9,16 @@
 namespace vellora {
 namespace {
 
-// The sanitizers' allocators know no such thresholds.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// The sanitizers' allocators know no such thresholds. GCC and clang tell of them differently.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define VELLORA_OTHER_ALLOCATOR
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define VELLORA_OTHER_ALLOCATOR
+#endif
+#endif
+
+#ifndef VELLORA_OTHER_ALLOCATOR
 
 TEST(MemoryReturn, ALargeBlockGoesBackHoweverOftenOneWasFreed) {
   constexpr std::size_t bytes = 400 * 1024;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/linux/glib/event_source.h"
+#include "platform/linux/glib/glib_ptr.h"
 #include "platform/linux/wayland/locator/i3_tree.h"
 
 namespace vellora {
@@ -74,18 +75,21 @@ void I3Locator::take(const I3Message& message) {
 }
 
 void I3Locator::takeTree(const std::string& json) {
-  auto windows = windowsInI3Tree(json);
+  // Titles of X11 programs are passed on as they are, which need not be UTF-8.
+  const GCharPtr text(g_utf8_make_valid(json.data(), static_cast<gssize>(json.size())));
+  auto windows = windowsInI3Tree(text.get());
   if (!windows) return reconnectLater();
   patience_ = firstPatience;
   silence_.reset();
   isAsked_ = false;
   if (*windows != known_.all()) moved_ = Clock::now();
+  // Before the next question: where that cannot be put, nothing is known any more.
+  known_.tell(std::move(windows));
   if (isAskedAgain_) {
     askSoon();
   } else if (isWatched_) {
     askAgainLater();
   }
-  known_.tell(std::move(windows));
 }
 
 void I3Locator::ask() {

@@ -20,6 +20,12 @@ std::string variable(const char* name) {
   return value == nullptr ? "" : value;
 }
 
+// Plasma says which it is. KWin 6 has another scripting interface.
+bool mayBeKWin5() {
+  const std::string version = variable("KDE_SESSION_VERSION");
+  return version.empty() || version == "5";
+}
+
 // Whether somebody takes connections at the path.
 bool isServed(const std::string& path) {
   I3Connection connection({.told = [](const I3Message&) {}, .ended = [] {}});
@@ -41,13 +47,16 @@ bool isKWinOnBus() {
 }  // namespace
 
 std::unique_ptr<WindowLocator> makeWindowLocator() {
-  const std::string desktop = ":" + variable("XDG_CURRENT_DESKTOP") + ":";
-  if (desktop.find(":KDE:") != desktop.npos) return std::make_unique<KWinLocator>();
+  // First what answers: users of other compositors call their desktop KDE's too, for its themes.
   for (const char* const name : {"SWAYSOCK", "I3SOCK"}) {
     std::string path = variable(name);
     if (!path.empty() && isServed(path)) return std::make_unique<I3Locator>(std::move(path));
   }
-  if (isKWinOnBus()) return std::make_unique<KWinLocator>();
+  if (!mayBeKWin5()) return nullptr;
+  const std::string desktop = ":" + variable("XDG_CURRENT_DESKTOP") + ":";
+  if (desktop.find(":KDE:") != desktop.npos || isKWinOnBus()) {
+    return std::make_unique<KWinLocator>();
+  }
   return nullptr;
 }
 

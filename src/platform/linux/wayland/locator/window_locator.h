@@ -35,8 +35,8 @@ struct LocatedWindow {
 
 // Tells where windows are on a Wayland desktop, which programs cannot know themselves: a compositor
 // tells it over a channel of its own. Nothing here waits: what is told is what is known at that
-// moment. A compositor that is gone, or that does not answer, has nothing in front until it is
-// back. Main thread, whose GLib loop has to run.
+// moment. A compositor whose channel is gone, or that does not answer, has nothing in front
+// until it is back. Main thread, whose GLib loop has to run.
 class WindowLocator {
  public:
   virtual ~WindowLocator() = default;
@@ -59,7 +59,7 @@ class WindowLocator {
 };
 
 // The locator for the compositor of this session, by what the environment and the session bus say;
-// null where none fits. Looks at the environment and asks the bus who is there, for 250 ms at most;
+// null where none fits. Looks at the environment and asks the bus who is there, for 500 ms at most;
 // the compositor's answers come later.
 std::unique_ptr<WindowLocator> makeWindowLocator();
 

@@ -1,16 +1,21 @@
 #include "platform/linux/wayland/workspace/wayland_workspace.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <set>
 #include <string>
 #include <utility>
 
+#include "platform/linux/glib/deadline.h"
+#include "platform/linux/glib/event_source.h"
 #include "platform/linux/wayland/workspace/located_player.h"
 #include "platform/linux/wayland/workspace/window_identity.h"
 
 namespace vellora {
 namespace {
+
+constexpr std::chrono::milliseconds firstAnswerWait(2000);
 
 class WaylandApplication final : public RunningApplication {
  public:
@@ -75,8 +80,18 @@ void WaylandWorkspace::update() {
   locator_->setWatched(frontPlace_.has_value());
 }
 
+// For whoever asks before a loop has run, as the diagnosis does, which runs none.
+void WaylandWorkspace::awaitFirstAnswer() {
+  if (std::exchange(isAwaited_, true)) return;
+  const Deadline deadline(firstAnswerWait);
+  const GSourcePtr alarm = attachSource(
+      g_timeout_source_new(static_cast<guint>(deadline.remainingMilliseconds())), [] {});
+  while (!locator_->isKnown() && !deadline.passed()) g_main_context_iteration(nullptr, TRUE);
+}
+
 std::vector<std::shared_ptr<const RunningApplication>> WaylandWorkspace::runningApplications(
     std::string_view bundleIdentifier) {
+  awaitFirstAnswer();
   std::vector<std::shared_ptr<const RunningApplication>> found;
   std::set<std::int32_t> seen;
   for (const LocatedWindow& window : locator_->windows()) {

@@ -35,7 +35,8 @@ class WaylandWorkspace final : public Workspace {
   WaylandWorkspace& operator=(const WaylandWorkspace&) = delete;
 
   std::shared_ptr<const RunningApplication> frontmostApplication() override;
-  // In the locator's order.
+  // In the locator's order. The first call waits for the locator's first answer, two seconds at
+  // most and with GLib's main context: the diagnosis asks before any loop runs.
   std::vector<std::shared_ptr<const RunningApplication>> runningApplications(
       std::string_view bundleIdentifier) override;
   std::optional<double> primaryScreenHeight() override;
@@ -43,6 +44,7 @@ class WaylandWorkspace final : public Workspace {
 
  private:
   void update();
+  void awaitFirstAnswer();
 
   const std::unique_ptr<WindowLocator> locator_;
   const WaylandScreens screens_;
@@ -51,6 +53,7 @@ class WaylandWorkspace final : public Workspace {
   std::shared_ptr<const RunningApplication> frontmost_;
   std::optional<Rect> frontPlace_;  // of a player in front
   double frontScale_ = 1;
+  bool isAwaited_ = false;  // the first answer, once
 };
 
 }  // namespace vellora

@@ -192,6 +192,15 @@ TEST_F(I3LocatorTest, APeerThatClosesAtOnceIsNotConnectedToWithoutEnd) {
   EXPECT_GE(g_get_monotonic_time() - begin, 690000);
 }
 
+// As X11 programs wrote it, in an encoding of their own.
+TEST_F(I3LocatorTest, ATitleThatIsNotUtf8HidesNoWindow) {
+  start();
+  const std::string name = R"("name":"1")";
+  compositor->tree.replace(compositor->tree.find(name), name.size(), "\"name\":\"caf\xe9\"");
+  locator = std::make_unique<I3Locator>(path);
+  EXPECT_TRUE(eventuallyFront(11));
+}
+
 TEST_F(I3LocatorTest, AListenerMayPutAnotherInItsPlace) {
   start();
   locator = std::make_unique<I3Locator>(path);
