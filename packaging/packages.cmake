@@ -33,8 +33,9 @@ accessibility interface, looks each of them up in a translation that a
 companion program writes, and draws it as a soft caption below the row, in a
 transparent window that lets every click through.
 
-It needs an X11 session, where captions are opaque boxes without a compositor, or
-a Wayland compositor with the layer shell, such as sway or KWin.")
+It needs an X11 session, where captions are opaque boxes without a
+compositor, or a Wayland compositor with the layer shell, such as sway or
+KWin.")
 set(CPACK_DEBIAN_OVERLAY_PACKAGE_DEPENDS "at-spi2-core, default-dbus-session-bus | dbus-session-bus")
 set(CPACK_DEBIAN_OVERLAY_PACKAGE_RECOMMENDS
   "fonts-inter, fonts-noto-core, fonts-noto-cjk, fonts-noto-color-emoji, xdg-utils")
