@@ -93,7 +93,7 @@ TEST_F(TerminalView, ShowsSongLinePlaceAndStatus) {
       << terminal->screen();
   EXPECT_TRUE(
       waitFor([&] { return terminal->shows("overlay: Following Music • 2 translated rows\n"); }));
-  EXPECT_TRUE(terminal->shows("captions on  size 26  offset +0\n"));
+  EXPECT_TRUE(waitFor([&] { return terminal->shows("captions on  size 26  offset +0\n"); }));
   EXPECT_TRUE(terminal->taken());
 }
 
@@ -101,8 +101,10 @@ TEST_F(TerminalView, SaysWhatToDoWhereNothingPlays) {
   removeFile(exchange / nowPlayingFileName);
   start();
   ASSERT_TRUE(terminal->waitFor([&] { return terminal->shows("q quit\n"); }));
-  EXPECT_TRUE(terminal->shows("Waiting for a player, or the overlay."));
-  EXPECT_TRUE(terminal->shows("vellora --snapshot " + (exchange / "snapshot.json").string()));
+  EXPECT_TRUE(waitFor([&] { return terminal->shows("Waiting for a player, or the overlay."); }));
+  EXPECT_TRUE(waitFor([&] {
+    return terminal->shows("vellora --snapshot " + (exchange / "snapshot.json").string());
+  }));
 }
 
 TEST_F(TerminalView, KeysChangeTheCaptionsInTheSnapshot) {
@@ -121,7 +123,7 @@ TEST_F(TerminalView, KeysChangeTheCaptionsInTheSnapshot) {
   terminal->type("q");
   EXPECT_TRUE(waitFor([&] { return terminal->shows(": font-size = 27\n"); }))
       << "how to keep it: " << terminal->screen();
-  EXPECT_TRUE(terminal->shows(": offset = -4\n")) << terminal->screen();
+  EXPECT_TRUE(waitFor([&] { return terminal->shows(": offset = -4\n"); })) << terminal->screen();
 }
 
 TEST_F(TerminalView, KeysChooseOtherLyricsAndTranslations) {
