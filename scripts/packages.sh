@@ -28,14 +28,11 @@ packages_test=(
   apertium-eng-spa libvterm-dev zsh fish i3lock dunst
   libgtest-dev libgmock-dev googletest librapidcheck-dev python3 python3-jsonschema
   clang-19 libclang-rt-19-dev libc++-19-dev libc++abi-19-dev clang-format-14 clang-tidy-14
-  appstream mandoc dpkg-dev lintian systemd libfaketime x11-xserver-utils
+  appstream mandoc dpkg-dev lintian systemd libfaketime x11-xserver-utils valgrind
 )
 
 # Wayland compositors that need no screen, what takes pictures of them, and their X server.
 packages_wayland=(sway kwin-wayland mutter grim xwayland x11-xserver-utils)
-
-# For ./test --long.
-packages_long=(valgrind)
 
 # Real browsers, for their tests and for ./run --browser, and a sound server that needs no device: a
 # page's player shows itself only where its sound can be played. About 200 MB to download.
