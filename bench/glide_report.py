@@ -27,9 +27,10 @@ def readings(events):
                 yield reading
             reading = {"tick": tick, "asked": time}
             tick = None
-        elif what == "extents" and reading:
+        elif what in ("extents", "moved") and reading:
             reading.setdefault("first extents", time)
             reading["extents"] = time
+            reading[what] = time
         elif what == "pixels" and reading and "extents" in reading:
             reading.setdefault("pixels", time)
             reading["last pixels"] = time
@@ -94,6 +95,9 @@ def main():
     between("last place to the pixels", moved, "extents", "pixels")
     between("last place to the last of the pixels", moved, "extents", "last pixels")
     between("tick to the pixels", moved, "tick", "pixels")
+    shown = sum("moved" in each for each in moved)
+    print(f"readings that saw a place move: {sum('moved' in each for each in found)}, "
+          f"{shown} of them in pixels before the next reading")
     if len(sys.argv) < 4:
         return
     traced = [each for each in stages(sys.argv[2], sys.argv[3]) if "sent" in each]

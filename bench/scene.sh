@@ -20,14 +20,15 @@ trap stop_all EXIT
 follows() { grep -q '"Following Music • ' "$exchange/status.json" 2>/dev/null; }
 
 # start_scene BUILD_FOLDER [PLAYER_OPTION...]: until captions are shown. OVERLAY may name the overlay
-# of another build.
+# of another build; overlay_environment has NAME=VALUEs for it alone.
+overlay_environment=()
 start_scene() {
   local bin=$1; shift
   "$bin/demo/vellora-demo-player" --song 1 "$@" >"$work/player.log" 2>&1 &
   pids+=($!) player=$!
   "$bin/src/main/vellora-companion" --plain --exchange "$exchange" "$here/demo/songs" >"$work/companion.log" 2>&1 &
   pids+=($!)
-  "${OVERLAY:-$bin/src/main/vellora}" --snapshot "$exchange/snapshot.json" >"$work/overlay.log" 2>&1 &
+  env "${overlay_environment[@]}" "${OVERLAY:-$bin/src/main/vellora}" --snapshot "$exchange/snapshot.json" >"$work/overlay.log" 2>&1 &
   pids+=($!) overlay=$!
   for _ in {1..300}; do
     follows && return 0
