@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -65,6 +66,19 @@ TEST_F(OnMutter, APlayerOfWaylandIsWaitedForAndTheReasonIsSaid) {
   startOverlay();
   EXPECT_TRUE(waitFor([&] { return statusIs("Ready — bring Music to the front"); }));
   EXPECT_NE(saidByOverlay().find(xChosen), std::string::npos) << saidByOverlay();
+}
+
+// Somebody who has KDE's name in a session of another compositor, for its themes.
+TEST_F(OnMutter, ThePlayersToolAsksTheXServerAsTheOverlayDoes) {
+  environment["GDK_BACKEND"] = "x11";
+  ASSERT_NO_FATAL_FAILURE(startPlayer({"--song", "1", "--paused", "--position", "12"}));
+  ::setenv("XDG_CURRENT_DESKTOP", "KDE", 1);
+  std::string told;
+  EXPECT_TRUE(waitFor([&] {
+    told = outputOf({VELLORA_PLAYERS_PROGRAM, "show"});
+    return told.find("Window: class \"com.apple.Music\", process " +
+                     std::to_string(player->pid())) != told.npos;
+  })) << told;
 }
 
 }  // namespace

@@ -1,13 +1,11 @@
 #include "platform/linux/players_tool/front_window.h"
 
 #include <chrono>
-#include <cstdlib>
 #include <utility>
 
 #include "platform/linux/glib/deadline.h"
 #include "platform/linux/glib/event_source.h"
-#include "platform/linux/wayland/locator/window_locator.h"
-#include "platform/linux/wayland/session/wayland_session.h"
+#include "platform/linux/wayland/session_choice.h"
 #include "platform/linux/wayland/workspace/located_player.h"
 #include "platform/linux/wayland/workspace/window_identity.h"
 #include "platform/linux/x11/client_area.h"
@@ -17,15 +15,9 @@
 #include "platform/linux/x11/x_session.h"
 
 namespace vellora {
-
 namespace {
 
 constexpr std::chrono::milliseconds longestWait(2000);  // for a compositor's first answer
-
-std::string valueOf(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
 
 FrontWindowAnswer findLocated(WindowLocator& locator, const WaylandSession& session,
                               const std::vector<PlayerDescriptionPtr>& descriptions) {
@@ -70,13 +62,20 @@ FrontWindowAnswer findOnX11(const std::vector<PlayerDescriptionPtr>& description
 }  // namespace
 
 FrontWindowAnswer findFrontWindow(const std::vector<PlayerDescriptionPtr>& descriptions) {
-  const std::string display = valueOf("WAYLAND_DISPLAY");
-  if (!display.empty() && valueOf("VELLORA_WINDOW_SYSTEM") != "x11") {
-    if (const auto locator = makeWindowLocator()) {
-      return findLocated(*locator, WaylandSession(display.c_str()), descriptions);
-    }
+  const SessionChoice found = chooseForSession();
+  FrontWindowAnswer answer;
+  switch (found.choice.kind) {
+    case WindowSystemKind::wayland:
+      answer = findLocated(*found.locator, *found.wayland, descriptions);
+      break;
+    case WindowSystemKind::none:
+      answer.reason = "there is no window system";
+      break;
+    case WindowSystemKind::x11:
+      answer = findOnX11(descriptions);
   }
-  return findOnX11(descriptions);
+  answer.lines = found.choice.lines;
+  return answer;
 }
 
 }  // namespace vellora

@@ -17,12 +17,12 @@ struct FrontWindow {
 
 struct FrontWindowAnswer {
   std::optional<FrontWindow> window;
-  std::string reason;  // why there is none
+  std::string reason;                // why there is none
+  std::vector<std::string> lines{};  // what there is to say of the window system that was asked
 };
 
-// Asks the compositor that WAYLAND_DISPLAY names, where one of its kind can tell, for two seconds
-// at most; else, or where VELLORA_WINDOW_SYSTEM is "x11", the X server that DISPLAY names. Main
-// thread.
+// Asks whom the overlay would ask in this session: the Wayland compositor, for two seconds at most,
+// or the X server. Main thread.
 FrontWindowAnswer findFrontWindow(const std::vector<PlayerDescriptionPtr>& descriptions);
 
 }  // namespace vellora

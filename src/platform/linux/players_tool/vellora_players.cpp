@@ -41,6 +41,7 @@ bool show(const PlayersToolOptions& options) {
   for (const DescriptionProblem& problem : list.problems) std::cerr << lineOf(problem) << '\n';
   waitFor(std::chrono::seconds(options.wait));
   const FrontWindowAnswer front = findFrontWindow(list.descriptions);
+  for (const std::string& line : front.lines) std::cerr << "vellora-players: " << line << '\n';
   if (!front.window) {
     std::cerr << "vellora-players: " << front.reason << '\n';
     return false;
