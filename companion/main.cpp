@@ -4,6 +4,7 @@
 #include <variant>
 #include <vector>
 
+#include "base/environment.h"
 #include "base/standard_streams.h"
 #include "companion/program/commanding.h"
 #include "companion/program/configuring.h"
@@ -17,7 +18,7 @@ int main(int argc, char** argv) {
   using namespace vellora::companion;
   vellora::openMissingStandardStreams();
   auto parsed = parseOptions(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc),
-                             processEnvironment);
+                             vellora::environmentVariable);
   if (const auto* answer = std::get_if<Answer>(&parsed)) {
     (answer->status == allWell ? std::cout : std::cerr) << answer->text;
     return answer->status;

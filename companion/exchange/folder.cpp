@@ -1,6 +1,5 @@
 #include "companion/exchange/folder.h"
 
-#include <cstdlib>
 #include <system_error>
 #include <utility>
 
@@ -23,12 +22,6 @@ void shortenTexts(NowPlayingTrack& track) {
 void shortenTexts(OverlayStatus& status) { shorten(status.message); }
 
 }  // namespace
-
-std::optional<std::string> processEnvironment(const char* name) {
-  const char* const value = std::getenv(name);
-  if (value == nullptr || *value == '\0') return std::nullopt;
-  return value;
-}
 
 std::optional<fs::path> defaultExchangeFolder(const Environment& environment) {
   if (const auto runtime = environment("XDG_RUNTIME_DIR")) {

@@ -16,11 +16,9 @@ namespace vellora::companion {
 inline constexpr std::string_view snapshotFileName = "snapshot.json";
 inline constexpr std::string_view exchangeFolderName = "Vellora";
 
-// Looks up an environment variable; nothing where it is unset or empty.
+// Looks up an environment variable, as `environmentVariable` does; nothing where it is unset or
+// empty.
 using Environment = std::function<std::optional<std::string>(const char* name)>;
-
-// The environment of the process.
-std::optional<std::string> processEnvironment(const char* name);
 
 // Where the exchange folder is unless the user says otherwise: "Vellora" in $XDG_RUNTIME_DIR, which
 // lives in memory; else in ~/Library/Application Support where that exists; else in

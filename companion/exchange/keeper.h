@@ -106,7 +106,6 @@ class Keeper {
   void choose(Choice choice);
   bool choosesElsewhere() const;
   std::optional<std::size_t> find() const;
-  void readAnew();
 
   bool lookForChanges(double now);
   void lookForSong(bool& changed);

@@ -28,7 +28,7 @@ void Feeding::startOverlay(const Options& options) {
 double Feeding::pause() const {
   const double now = clock_.now();
   double pause = keeper_.pause(now);
-  if (keeper_.busy()) return 0;
+  if (pause <= 0) return 0;
   if (remote_.underWay()) pause = std::min(pause, Keeper::stepInterval);
   if (listens_) pause = std::min(pause, players_->pause(now));
   if (players_ && !listens_ && toldAt_) {

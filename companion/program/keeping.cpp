@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "base/environment.h"
 #include "companion/exchange/folder.h"
 #include "companion/exchange/folder_lock.h"
 #include "companion/program/additions.h"
@@ -93,7 +94,7 @@ int keep(const Options& options, Surroundings surroundings) {
   Keeper keeper(Library(options.folder, options.language), options.captions);
   addToLines(keeper, options);
   keeper.askElsewhere(lyricsFromElsewhere(options));
-  const auto state = stateFolder(processEnvironment);
+  const auto state = stateFolder(environmentVariable);
   const SystemClock clock;
   Feeding feeding(clock, std::move(keeper), folder,
                   LyricShift(state ? *state / "vellora" / "lyric-shifts" : ""));

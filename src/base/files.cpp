@@ -12,9 +12,10 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "base/process.h"
 
 namespace vellora {
 
@@ -173,7 +174,7 @@ void removeAbandonedFiles(const std::filesystem::path& folder) {
        entry.increment(error)) {
     if (++looked > 1000) return;
     const auto writer = writerOf(entry->path().filename().native());
-    if (!writer || ::kill(*writer, 0) == 0 || errno != ESRCH || !isAMinuteOld(*entry)) continue;
+    if (!writer || !isProcessGone(*writer) || !isAMinuteOld(*entry)) continue;
     ::unlink(entry->path().c_str());
   }
 }

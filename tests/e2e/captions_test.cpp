@@ -36,13 +36,7 @@ TEST_F(CaptionsOnTheDesk, StandUnderTheirRows) {
 TEST_F(CaptionsOnTheDesk, FollowTheRowsAsTheyScroll) {
   ASSERT_NO_FATAL_FAILURE(follow());
   const auto before = seenPlayer();
-  keepSync();
-  // Further on in the song the rows stand elsewhere; the player stays paused so that the pictures
-  // can be compared.
-  send(MusicCommand(now(), MusicCommand::Action::seek, "", "", 30));
-  ASSERT_TRUE(waitFor([&] { return nowPlaying() && nowPlaying()->position > 29; }));
-  send(MusicCommand(now(), MusicCommand::Action::playPause, ""));
-  ASSERT_TRUE(waitFor([&] { return nowPlaying() && !nowPlaying()->playing; }));
+  ASSERT_NO_FATAL_FAILURE(scrollThePlayer());
   ASSERT_TRUE(waitFor([&] {
     const auto seen = seenPlayer();
     return seen && before && seen->rows != before->rows && captionsRight();
@@ -51,9 +45,7 @@ TEST_F(CaptionsOnTheDesk, FollowTheRowsAsTheyScroll) {
 
 TEST_F(CaptionsOnTheDesk, AreHiddenForTheWrongSong) {
   ASSERT_NO_FATAL_FAILURE(follow());
-  OverlaySnapshot other = snapshotOfPlayer();
-  other.musicTitle = "A song that nobody plays";
-  keepSnapshot(other);
+  keepSnapshotOfAnotherSong();
   EXPECT_TRUE(waitFor([&] { return statusIs("Waiting for translations for this song"); }));
   EXPECT_TRUE(waitFor([&] { return nothingOverPlayer(); }));
 }
@@ -90,26 +82,8 @@ TEST_F(CaptionsOnTheDesk, LetEveryClickThrough) {
   ASSERT_NO_FATAL_FAILURE(follow());
   keepSync();
   ASSERT_TRUE(waitFor([&] { return nowPlaying().has_value(); }));
-  // Captions moved up over the rows: a click on a row then goes through a plate.
-  OverlaySnapshot over = snapshotOfPlayer();
-  over.verticalOffset = -40;
-  keepSnapshot(over);
-  const auto seen = seenPlayer();
-  ASSERT_TRUE(seen);
-  std::optional<Rect> target;
-  for (std::size_t i = 1; i + 1 < seen->rows.size(); ++i) {
-    const Rect& row = seen->rows[i].frame;
-    if (seen->viewport.contains(row) && row.minY() > seen->viewport.midY()) {
-      target = row;
-      break;
-    }
-  }
-  ASSERT_TRUE(target);
-  ASSERT_TRUE(waitFor([&] {
-    const auto whole = screen->whole();
-    const auto alone = screen->windowAlone("com.apple.Music");
-    return whole && alone && witness::difference(*whole, *alone, *target).changed > 500;
-  })) << "no plate over the row";
+  const auto target = putAPlateOverARow();
+  ASSERT_TRUE(target) << "no plate over a row";
   const double before = nowPlaying()->position;
   outputOf({"xdotool", "mousemove", std::to_string(static_cast<int>(target->midX())),
             std::to_string(static_cast<int>(target->midY())), "click", "1"});

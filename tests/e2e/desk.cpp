@@ -170,6 +170,38 @@ OverlaySnapshot Desk::snapshotOfPlayer() const {
   return snapshot;
 }
 
+void Desk::scrollThePlayer() {
+  keepSync();
+  send(MusicCommand(now(), MusicCommand::Action::seek, "", "", 30));
+  ASSERT_TRUE(waitFor([&] { return nowPlaying() && nowPlaying()->position > 29; }));
+  send(MusicCommand(now(), MusicCommand::Action::playPause, ""));
+  ASSERT_TRUE(waitFor([&] { return nowPlaying() && !nowPlaying()->playing; }));
+}
+
+std::optional<Rect> Desk::putAPlateOverARow() {
+  OverlaySnapshot over = snapshotOfPlayer();
+  over.verticalOffset = -40;
+  keepSnapshot(std::move(over));
+  const auto seen = seenPlayer();
+  if (!seen) return std::nullopt;
+  const auto row = std::ranges::find_if(seen->rows, [&](const witness::SeenRow& each) {
+    return seen->viewport.contains(each.frame) && each.frame.minY() > seen->viewport.midY();
+  });
+  if (row == seen->rows.end()) return std::nullopt;
+  const bool isThere = waitFor([&] {
+    const auto whole = screen->whole();
+    const auto alone = screen->windowAlone(windowClass());
+    return whole && alone && witness::difference(*whole, *alone, row->frame).changed > 500;
+  });
+  return isThere ? std::optional(row->frame) : std::nullopt;
+}
+
+void Desk::keepSnapshotOfAnotherSong() {
+  OverlaySnapshot other = snapshotOfPlayer();
+  other.musicTitle = "A song that nobody plays";
+  keepSnapshot(std::move(other));
+}
+
 std::optional<OverlaySnapshot> Desk::snapshot() const {
   const auto bytes = readWholeFile(exchange / "snapshot.json");
   return bytes ? decode<OverlaySnapshot>(*bytes) : std::nullopt;

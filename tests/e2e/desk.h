@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/rect.h"
 #include "e2e/process.h"
 #include "e2e/written_files.h"
 #include "exchange/records/records.h"
@@ -57,6 +58,14 @@ class Desk : public testing::Test {
   virtual std::string windowClass() const;
   // A camera for the session's screen; null where there is none. Takes the pointer out of its way.
   virtual std::unique_ptr<witness::Screen> openScreen();
+
+  // Has the paused player play on at 30 s, where its rows stand elsewhere, and pauses it there.
+  void scrollThePlayer();
+  // Moves the captions up over the rows, and waits until one hides part of a row below the middle:
+  // a click on that row then goes through its plate. The row's place; nothing where none comes.
+  std::optional<Rect> putAPlateOverARow();
+  // Has the snapshot tell of a song that is not played.
+  void keepSnapshotOfAnotherSong();
 
   // What stands on the screen now, by the witness; nothing while the rows move.
   std::optional<witness::CaptionsVerdict> look() const;

@@ -22,11 +22,7 @@ TEST_F(CaptionsOnWayland, StandUnderTheRowsOfAPlayerUnderXwayland) {
 TEST_F(CaptionsOnWayland, FollowTheRowsAsTheyScroll) {
   ASSERT_NO_FATAL_FAILURE(follow(usualFrame));
   const auto before = seenPlayer();
-  keepSync();
-  send(MusicCommand(now(), MusicCommand::Action::seek, "", "", 30));
-  ASSERT_TRUE(waitFor([&] { return nowPlaying() && nowPlaying()->position > 29; }));
-  send(MusicCommand(now(), MusicCommand::Action::playPause, ""));
-  ASSERT_TRUE(waitFor([&] { return nowPlaying() && !nowPlaying()->playing; }));
+  ASSERT_NO_FATAL_FAILURE(scrollThePlayer());
   ASSERT_NO_FATAL_FAILURE(rememberPlayerAnew());
   ASSERT_TRUE(waitFor([&] {
     const auto seen = seenPlayer();
@@ -45,9 +41,7 @@ TEST_F(CaptionsOnWayland, FollowAWindowThatMoves) {
 
 TEST_F(CaptionsOnWayland, AreHiddenForTheWrongSong) {
   ASSERT_NO_FATAL_FAILURE(follow(usualFrame));
-  OverlaySnapshot other = snapshotOfPlayer();
-  other.musicTitle = "A song that nobody plays";
-  keepSnapshot(other);
+  keepSnapshotOfAnotherSong();
   EXPECT_TRUE(waitFor([&] { return statusIs("Waiting for translations for this song"); }));
   EXPECT_TRUE(waitFor([&] { return nothingOverPlayer(); }));
 }
@@ -69,23 +63,8 @@ TEST_F(CaptionsOnWayland, LetEveryClickThrough) {
   ASSERT_NO_FATAL_FAILURE(follow(usualFrame));
   keepSync();
   ASSERT_TRUE(waitFor([&] { return nowPlaying().has_value(); }));
-  // Captions moved up over the rows: a click on a row then goes through a plate.
-  OverlaySnapshot over = snapshotOfPlayer();
-  over.verticalOffset = -40;
-  keepSnapshot(over);
-  const auto seen = seenPlayer();
-  ASSERT_TRUE(seen);
-  std::optional<Rect> target;
-  for (const witness::SeenRow& row : seen->rows) {
-    const bool below = row.frame.minY() > seen->viewport.midY();
-    if (!target && below && seen->viewport.contains(row.frame)) target = row.frame;
-  }
-  ASSERT_TRUE(target);
-  ASSERT_TRUE(waitFor([&] {
-    const auto whole = screen->whole();
-    const auto alone = screen->windowAlone(windowClass());
-    return whole && alone && witness::difference(*whole, *alone, *target).changed > 500;
-  })) << "no plate over the row";
+  const auto target = putAPlateOverARow();
+  ASSERT_TRUE(target) << "no plate over a row";
   const double before = nowPlaying()->position;
   const Process clicking = compositor->keepClicking({target->midX(), target->midY()});
   EXPECT_TRUE(waitFor([&] { return nowPlaying() && nowPlaying()->position > before + 1; }))

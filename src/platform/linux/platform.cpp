@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/environment.h"
 #include "platform/linux/accessibility/linux_accessibility.h"
 #include "platform/linux/drawing/pango_painter.h"
 #include "platform/linux/loop/glib_application.h"
@@ -26,11 +27,10 @@ namespace {
 void tell(const std::string& line) { std::fprintf(stderr, "Vellora: %s\n", line.c_str()); }
 
 void tellThatThereIsNoDisplay(WindowSystemKind kind) {
-  const char* const name = std::getenv("DISPLAY");
-  const bool named = name != nullptr && *name != '\0';
   const std::string reason = kind == WindowSystemKind::none ? "Wayland cannot be used"
-                             : named ? "the one that DISPLAY names cannot be reached"
-                                     : "DISPLAY is not set";
+                             : environmentVariable("DISPLAY")
+                                 ? "the one that DISPLAY names cannot be reached"
+                                 : "DISPLAY is not set";
   tell("there is no display (" + reason + "), so no captions can be shown.");
 }
 

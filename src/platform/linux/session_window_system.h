@@ -13,7 +13,8 @@ struct SessionWindowSystem {
 };
 
 // The window system of the session that the program was started in, by its environment and by what
-// the compositor answers, for which it waits at most two seconds. Main thread.
+// the compositor and the session bus answer, for which it waits two and a half seconds at most.
+// Main thread.
 SessionWindowSystem connectToSession();
 
 }  // namespace vellora

@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <iterator>
 #include <system_error>
 #include <utility>
 
+#include "base/environment.h"
 #include "base/files.h"
 #include "base/utf8.h"
 #include "platform/linux/glib/quoted_text.h"
@@ -35,12 +35,6 @@ DescriptionProblem unreadable(const fs::path& file) {
                      "write the description as a text file");
   }
   return problemOf(file, "cannot be read", "look at its permissions and its size");
-}
-
-std::optional<fs::path> absoluteFolder(const char* variable) {
-  const char* const value = std::getenv(variable);
-  if (value == nullptr || *value != '/') return std::nullopt;
-  return value;
 }
 
 // The files of a folder by name. Those of an editor that begin with a dot are no descriptions.
@@ -99,9 +93,9 @@ DescriptionList readDescriptions(const std::vector<fs::path>& folders) {
 
 std::vector<fs::path> descriptionFolders() {
   std::vector<fs::path> folders;
-  if (const auto data = absoluteFolder("XDG_DATA_HOME")) {
+  if (const auto data = environmentFolder("XDG_DATA_HOME")) {
     folders.push_back(*data / "vellora" / "players");
-  } else if (const auto home = absoluteFolder("HOME")) {
+  } else if (const auto home = environmentFolder("HOME")) {
     folders.push_back(*home / ".local" / "share" / "vellora" / "players");
   }
   std::error_code error;

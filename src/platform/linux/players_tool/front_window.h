@@ -21,8 +21,8 @@ struct FrontWindowAnswer {
   std::vector<std::string> lines{};  // what there is to say of the window system that was asked
 };
 
-// Asks whom the overlay would ask in this session: the Wayland compositor, for two seconds at most,
-// or the X server. Main thread.
+// Asks whom the overlay would ask in this session: the Wayland compositor, for four and a half
+// seconds at most, or the X server. Main thread.
 FrontWindowAnswer findFrontWindow(const std::vector<PlayerDescriptionPtr>& descriptions);
 
 }  // namespace vellora

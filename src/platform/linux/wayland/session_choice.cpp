@@ -1,27 +1,21 @@
 #include "platform/linux/wayland/session_choice.h"
 
-#include <cstdlib>
 #include <optional>
 #include <string>
 
+#include "base/environment.h"
+
 namespace vellora {
-namespace {
-
-std::string valueOf(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-
-}  // namespace
 
 SessionChoice chooseForSession() {
-  const std::string compositor = valueOf("WAYLAND_DISPLAY");
-  const WindowSystemWishes wishes{!compositor.empty(), !valueOf("DISPLAY").empty(),
-                                  valueOf("VELLORA_WINDOW_SYSTEM")};
+  const auto compositor = environmentVariable("WAYLAND_DISPLAY");
+  const WindowSystemWishes wishes{compositor.has_value(),
+                                  environmentVariable("DISPLAY").has_value(),
+                                  environmentVariable("VELLORA_WINDOW_SYSTEM").value_or("")};
   SessionChoice found;
   std::optional<WaylandOffer> offer;
   if (needsWaylandOffer(wishes)) {
-    found.wayland = std::make_shared<WaylandSession>(compositor.c_str());
+    found.wayland = std::make_shared<WaylandSession>(compositor ? compositor->c_str() : nullptr);
     if (found.wayland->present()) found.locator = makeWindowLocator();
     offer = {found.wayland->answered(), found.wayland->missing(), found.locator != nullptr};
   }

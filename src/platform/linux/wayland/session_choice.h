@@ -15,8 +15,8 @@ struct SessionChoice {
   std::unique_ptr<WindowLocator> locator;   // the same
 };
 
-// By the environment and by what the compositor that it names answers, for which it waits at most
-// two seconds. Main thread.
+// By the environment and by what the compositor that it names and the session bus answer, for
+// which it waits two and a half seconds at most. Main thread.
 SessionChoice chooseForSession();
 
 }  // namespace vellora

@@ -4,25 +4,13 @@
 #include <set>
 #include <utility>
 
+#include "platform/linux/window_system/window_owner.h"
 #include "platform/linux/x11/screen_metrics.h"
 #include "platform/linux/x11/x_property.h"
 #include "platform/player.h"
 
 namespace vellora {
 namespace {
-
-class XApplication final : public RunningApplication {
- public:
-  XApplication(std::int32_t process, std::optional<std::string> identifier)
-      : process_(process), identifier_(std::move(identifier)) {}
-
-  std::optional<std::string> bundleIdentifier() const override { return identifier_; }
-  std::int32_t processIdentifier() const override { return process_; }
-
- private:
-  std::int32_t process_;
-  std::optional<std::string> identifier_;
-};
 
 constexpr std::uint32_t listBytes = 65536;
 
@@ -98,10 +86,10 @@ void XWorkspace::readFrontmost() {
 void XWorkspace::setFrontmost(const WindowProgram& program) {
   auto descriptions = descriptionsFor(program.names, descriptions_);
   if (descriptions.empty()) {
-    frontmost_ = std::make_shared<XApplication>(program.process, program.identifier);
+    frontmost_ = std::make_shared<WindowOwner>(program.process, program.identifier);
     return;
   }
-  frontmost_ = std::make_shared<XApplication>(program.process, std::string(musicPlayer.identifier));
+  frontmost_ = std::make_shared<WindowOwner>(program.process, std::string(musicPlayer.identifier));
   area_.follow(activeWindow_);
   frontPlayer_ = {.process = program.process,
                   .descriptions = std::move(descriptions),
@@ -138,7 +126,7 @@ std::vector<std::shared_ptr<const RunningApplication>> XWorkspace::runningApplic
     auto identifier = descriptions.empty() ? taken->identifier
                                            : std::optional(std::string(musicPlayer.identifier));
     if (identifier != bundleIdentifier || !seen.insert(taken->process).second) continue;
-    found.push_back(std::make_shared<XApplication>(taken->process, std::move(identifier)));
+    found.push_back(std::make_shared<WindowOwner>(taken->process, std::move(identifier)));
     if (descriptions.empty()) continue;
     windows_->note({.process = taken->process,
                     .descriptions = std::move(descriptions),

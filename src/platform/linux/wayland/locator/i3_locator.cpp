@@ -66,7 +66,7 @@ void I3Locator::reconnectLater() {
   next_.reset();
   connecting_ = after(patience_, [this] { connect(); });
   patience_ = std::min(patience_ * 2, longestPatience);
-  known_.tell(std::nullopt);
+  tell(std::nullopt);
 }
 
 void I3Locator::take(const I3Message& message) {
@@ -82,9 +82,9 @@ void I3Locator::takeTree(const std::string& json) {
   patience_ = firstPatience;
   silence_.reset();
   isAsked_ = false;
-  if (*windows != known_.all()) moved_ = Clock::now();
+  if (*windows != this->windows()) moved_ = Clock::now();
   // Before the next question: where that cannot be put, nothing is known any more.
-  known_.tell(std::move(windows));
+  tell(std::move(windows));
   if (isAskedAgain_) {
     askSoon();
   } else if (isWatched_) {
@@ -100,7 +100,7 @@ void I3Locator::ask() {
   asked_ = Clock::now();
   silence_ = after(longestSilence, [this] {
     silence_ = after(longestHang, [this] { reconnectLater(); });
-    known_.tell(std::nullopt);
+    tell(std::nullopt);
   });
 }
 

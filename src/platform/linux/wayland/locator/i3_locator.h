@@ -9,7 +9,6 @@
 #include "platform/linux/glib/glib_ptr.h"
 #include "platform/linux/wayland/locator/i3_connection.h"
 #include "platform/linux/wayland/locator/known_windows.h"
-#include "platform/linux/wayland/locator/window_locator.h"
 
 namespace vellora {
 
@@ -23,19 +22,13 @@ namespace vellora {
 // After two seconds without an answer nothing is known until it comes. A peer that is gone, or that
 // says what no such compositor says, is connected to again after 0.1 s, then in growing intervals,
 // at last every second.
-class I3Locator final : public WindowLocator {
+class I3Locator final : public KnownWindows {
  public:
   // `path` is the socket's.
   explicit I3Locator(std::string path);
   ~I3Locator() override = default;
 
   std::string name() const override { return "sway's IPC"; }
-  bool isKnown() const override { return known_.isKnown(); }
-  std::optional<LocatedWindow> frontWindow() const override { return known_.front(); }
-  std::vector<LocatedWindow> windows() const override { return known_.all(); }
-  void whenChanged(std::function<void()> listener) override {
-    known_.setListener(std::move(listener));
-  }
   void setWatched(bool isWatched) override;
 
  private:
@@ -50,7 +43,6 @@ class I3Locator final : public WindowLocator {
   void askAgainLater();
 
   const std::string path_;
-  KnownWindows known_;
   std::unique_ptr<I3Connection> connection_;
   std::chrono::milliseconds patience_;  // until the next attempt to connect
   bool isWatched_ = false;

@@ -13,11 +13,11 @@ void KnownWindows::tell(std::optional<std::vector<LocatedWindow>> windows) {
   if (listener) listener();
 }
 
-std::vector<LocatedWindow> KnownWindows::all() const {
+std::vector<LocatedWindow> KnownWindows::windows() const {
   return windows_.value_or(std::vector<LocatedWindow>());
 }
 
-std::optional<LocatedWindow> KnownWindows::front() const {
+std::optional<LocatedWindow> KnownWindows::frontWindow() const {
   if (!windows_) return std::nullopt;
   const auto found = std::ranges::find_if(
       *windows_, [](const LocatedWindow& window) { return window.isActive && window.isVisible; });

@@ -8,19 +8,18 @@
 
 namespace vellora {
 
-// What a locator has been told last, and who wants to hear of it. Main thread.
-class KnownWindows {
+// A locator that answers with what it has been told last. Main thread.
+class KnownWindows : public WindowLocator {
  public:
+  bool isKnown() const final { return windows_.has_value(); }
+  std::optional<LocatedWindow> frontWindow() const final;
+  std::vector<LocatedWindow> windows() const final;
+  void whenChanged(std::function<void()> listener) final { listener_ = std::move(listener); }
+
+ protected:
   // Nothing: the compositor is not there, or does not answer. Calls the listener where that is
   // another answer than before.
   void tell(std::optional<std::vector<LocatedWindow>> windows);
-
-  bool isKnown() const { return windows_.has_value(); }
-  std::vector<LocatedWindow> all() const;
-  // The one that has the keyboard and can be seen.
-  std::optional<LocatedWindow> front() const;
-
-  void setListener(std::function<void()> listener) { listener_ = std::move(listener); }
 
  private:
   std::optional<std::vector<LocatedWindow>> windows_;

@@ -61,7 +61,7 @@ void KWinLocator::vanished() {
   checking_.reset();
   file_.reset();
   reported_.reset();
-  known_.tell(std::nullopt);
+  tell(std::nullopt);
 }
 
 void KWinLocator::load() {
@@ -104,7 +104,7 @@ void KWinLocator::check() {
                  if (answer != nullptr) g_variant_get(answer, "(b)", &isLoaded);
                  if (answer != nullptr && isLoaded == FALSE) return load();
                  if (answer != nullptr && !reported_) startAll();
-                 known_.tell(answer == nullptr ? std::nullopt : reported_);
+                 tell(answer == nullptr ? std::nullopt : reported_);
                  checkLater();
                });
 }
@@ -117,7 +117,7 @@ void KWinLocator::startAll() {
 
 // Somebody has to know of a compositor that is not answering that it does again.
 void KWinLocator::checkLater() {
-  if (!isWatched_ && known_.isKnown()) {
+  if (!isWatched_ && isKnown()) {
     checking_.reset();
   } else if (!checking_) {
     checking_ = attachSource(g_timeout_source_new(pause), [this] { check(); });
@@ -128,7 +128,7 @@ void KWinLocator::takeReport(const char* json) {
   auto windows = windowsInKWinReport(json);
   if (!windows) return;
   reported_ = std::move(windows);
-  known_.tell(reported_);
+  tell(reported_);
 }
 
 }  // namespace vellora

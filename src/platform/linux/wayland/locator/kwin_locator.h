@@ -12,7 +12,6 @@
 #include "platform/linux/wayland/locator/known_windows.h"
 #include "platform/linux/wayland/locator/kwin_reports.h"
 #include "platform/linux/wayland/locator/kwin_script.h"
-#include "platform/linux/wayland/locator/window_locator.h"
 
 namespace vellora {
 
@@ -21,18 +20,12 @@ namespace vellora {
 // end; what a killed process left behind is unloaded first. Reports of others than KWin are not
 // listened to. While somebody depends on places KWin is asked once a second whether the script is
 // there still; after two seconds without an answer nothing is known until one comes.
-class KWinLocator final : public WindowLocator {
+class KWinLocator final : public KnownWindows {
  public:
   KWinLocator();
   ~KWinLocator() override;
 
   std::string name() const override { return "KWin's scripting"; }
-  bool isKnown() const override { return known_.isKnown(); }
-  std::optional<LocatedWindow> frontWindow() const override { return known_.front(); }
-  std::vector<LocatedWindow> windows() const override { return known_.all(); }
-  void whenChanged(std::function<void()> listener) override {
-    known_.setListener(std::move(listener));
-  }
   void setWatched(bool isWatched) override;
 
  private:
@@ -47,7 +40,6 @@ class KWinLocator final : public WindowLocator {
   void checkLater();
   void takeReport(const char* json);
 
-  KnownWindows known_;
   std::optional<std::vector<LocatedWindow>> reported_;  // also while KWin does not answer
   std::unique_ptr<KWinScriptFile> file_;
   bool isWatched_ = false;

@@ -1,18 +1,19 @@
 #include "platform/linux/wayland/locator/kwin_script.h"
 
-#include <cerrno>
 #include <charconv>
 #include <cstdint>
-#include <cstdlib>
+#include <filesystem>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
 
+#include "base/environment.h"
 #include "base/files.h"
+#include "base/process.h"
 
 namespace vellora {
 
@@ -73,9 +74,8 @@ constexpr std::string_view suffix = ".js";
 // More files than this in the folder are not ours to look through.
 constexpr int mostEntries = 1000;
 
-std::filesystem::path runtimeFolder() {
-  const char* const folder = std::getenv("XDG_RUNTIME_DIR");
-  return folder == nullptr ? "" : folder;
+std::optional<std::filesystem::path> runtimeFolder() {
+  return environmentFolder("XDG_RUNTIME_DIR");
 }
 
 // The process in "vellora-kwin-PROCESS-XXXXXX.js"; 0 in other names.
@@ -87,8 +87,6 @@ std::int32_t writerOf(std::string_view name) {
   const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), process);
   return error == std::errc() && end == name.data() + name.size() ? process : 0;
 }
-
-bool isGone(std::int32_t process) { return kill(process, 0) != 0 && errno == ESRCH; }
 
 std::string constant(std::string_view name, std::string_view value) {
   return "var " + std::string(name) + " = \"" + std::string(value) + "\";\n";
@@ -104,9 +102,9 @@ std::string kwinScript(const std::string& busName) {
 
 std::unique_ptr<KWinScriptFile> KWinScriptFile::write(const std::string& script) {
   const auto folder = runtimeFolder();
-  if (!folder.is_absolute()) return nullptr;
+  if (!folder) return nullptr;
   std::string path =
-      folder / (std::string(prefix) + std::to_string(getpid()) + "-XXXXXX" + std::string(suffix));
+      *folder / (std::string(prefix) + std::to_string(getpid()) + "-XXXXXX" + std::string(suffix));
   const int fd = mkostemps(path.data(), static_cast<int>(suffix.size()), O_CLOEXEC);
   if (fd < 0) return nullptr;
   std::unique_ptr<KWinScriptFile> file(new KWinScriptFile(std::move(path)));
@@ -121,15 +119,15 @@ KWinScriptFile::~KWinScriptFile() { removeFile(path_); }
 std::vector<std::string> removeAbandonedKWinScripts() {
   std::vector<std::string> names;
   const auto folder = runtimeFolder();
-  if (!folder.is_absolute()) return names;
+  if (!folder) return names;
   std::error_code error;
   int left = mostEntries;
-  for (auto entry = std::filesystem::directory_iterator(folder, error);
+  for (auto entry = std::filesystem::directory_iterator(*folder, error);
        !error && entry != std::filesystem::directory_iterator() && --left >= 0;
        entry.increment(error)) {
     const std::filesystem::path& path = entry->path();
     const std::int32_t writer = writerOf(path.filename().native());
-    if (writer > 0 && isGone(writer) && removeFile(path)) names.push_back(path.stem());
+    if (writer > 0 && isProcessGone(writer) && removeFile(path)) names.push_back(path.stem());
   }
   return names;
 }

@@ -1,8 +1,8 @@
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "base/environment.h"
 #include "platform/linux/glib/session_bus.h"
 #include "platform/linux/wayland/locator/i3_connection.h"
 #include "platform/linux/wayland/locator/i3_locator.h"
@@ -15,16 +15,8 @@ namespace {
 
 constexpr int patience = 250;  // milliseconds, with the bus
 
-std::string variable(const char* name) {
-  const char* const value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
-
 // Plasma says which it is. KWin 6 has another scripting interface.
-bool mayBeKWin5() {
-  const std::string version = variable("KDE_SESSION_VERSION");
-  return version.empty() || version == "5";
-}
+bool mayBeKWin5() { return environmentVariable("KDE_SESSION_VERSION").value_or("5") == "5"; }
 
 // Whether somebody takes connections at the path.
 bool isServed(const std::string& path) {
@@ -49,11 +41,11 @@ bool isKWinOnBus() {
 std::unique_ptr<WindowLocator> makeWindowLocator() {
   // First what answers: users of other compositors call their desktop KDE's too, for its themes.
   for (const char* const name : {"SWAYSOCK", "I3SOCK"}) {
-    std::string path = variable(name);
-    if (!path.empty() && isServed(path)) return std::make_unique<I3Locator>(std::move(path));
+    auto path = environmentVariable(name);
+    if (path && isServed(*path)) return std::make_unique<I3Locator>(*std::move(path));
   }
   if (!mayBeKWin5()) return nullptr;
-  const std::string desktop = ":" + variable("XDG_CURRENT_DESKTOP") + ":";
+  const std::string desktop = ":" + environmentVariable("XDG_CURRENT_DESKTOP").value_or("") + ":";
   if (desktop.find(":KDE:") != desktop.npos || isKWinOnBus()) {
     return std::make_unique<KWinLocator>();
   }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
-#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -11,6 +10,8 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+#include "base/environment.h"
 
 namespace vellora {
 namespace {
@@ -33,8 +34,8 @@ class Socket {
 
 std::string pathOf(const std::string& name) {
   if (name.empty() || name.front() == '/') return name;
-  const char* const folder = std::getenv("XDG_RUNTIME_DIR");
-  return folder == nullptr || *folder != '/' ? "" : std::string(folder) + "/" + name;
+  const auto folder = environmentFolder("XDG_RUNTIME_DIR");
+  return folder ? (*folder / name).native() : std::string();
 }
 
 }  // namespace

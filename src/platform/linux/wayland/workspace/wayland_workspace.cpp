@@ -11,24 +11,12 @@
 #include "platform/linux/glib/event_source.h"
 #include "platform/linux/wayland/workspace/located_player.h"
 #include "platform/linux/wayland/workspace/window_identity.h"
+#include "platform/linux/window_system/window_owner.h"
 
 namespace vellora {
 namespace {
 
 constexpr std::chrono::milliseconds firstAnswerWait(2000);
-
-class WaylandApplication final : public RunningApplication {
- public:
-  WaylandApplication(std::int32_t process, std::optional<std::string> identifier)
-      : process_(process), identifier_(std::move(identifier)) {}
-
-  std::optional<std::string> bundleIdentifier() const override { return identifier_; }
-  std::int32_t processIdentifier() const override { return process_; }
-
- private:
-  std::int32_t process_;
-  std::optional<std::string> identifier_;
-};
 
 }  // namespace
 
@@ -58,7 +46,7 @@ void WaylandWorkspace::update() {
   std::vector<std::int32_t> players;
   if (front) {
     const WindowIdentity identity = identityOf(*front, descriptions_);
-    frontmost_ = std::make_shared<WaylandApplication>(front->process, identity.identifier);
+    frontmost_ = std::make_shared<WindowOwner>(front->process, identity.identifier);
     if (identity.isPlayer()) {
       PlayerWindow player =
           locatedPlayer(*front, all, identity.descriptions, screens_.scaleUnder(front->content));
@@ -97,8 +85,7 @@ std::vector<std::shared_ptr<const RunningApplication>> WaylandWorkspace::running
   for (const LocatedWindow& window : locator_->windows()) {
     WindowIdentity identity = identityOf(window, descriptions_);
     if (identity.identifier != bundleIdentifier || !seen.insert(window.process).second) continue;
-    found.push_back(
-        std::make_shared<WaylandApplication>(window.process, std::move(identity.identifier)));
+    found.push_back(std::make_shared<WindowOwner>(window.process, std::move(identity.identifier)));
   }
   return found;
 }
