@@ -38,7 +38,11 @@ packages_wayland=(sway kwin-wayland mutter grim xwayland x11-xserver-utils)
 # page's player shows itself only where its sound can be played. About 200 MB to download.
 packages_browsers=(chromium firefox-esr pulseaudio)
 
-packages_bench=(libbenchmark-dev libopencv-dev libatspi2.0-dev libx11-dev libxdamage-dev strace)
+# The last line: programs that the overlay is metered beside, and what runs the meter.
+packages_bench=(
+  libbenchmark-dev libopencv-dev libatspi2.0-dev libx11-dev libxdamage-dev strace
+  conky-std dunst python3
+)
 
 # For scripts/fuzz.
 packages_fuzz=(clang-19 libclang-rt-19-dev)
