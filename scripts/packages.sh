@@ -24,7 +24,7 @@ packages_session=(
 )
 
 packages_test=(
-  libgtk-4-dev plasma-wayland-protocols bubblewrap xdg-dbus-proxy
+  libgtk-4-dev python3-pyqt5 plasma-wayland-protocols bubblewrap xdg-dbus-proxy
   apertium-eng-spa libvterm-dev zsh fish i3lock dunst
   libgtest-dev libgmock-dev googletest librapidcheck-dev python3 python3-jsonschema
   clang-19 libclang-rt-19-dev libc++-19-dev libc++abi-19-dev clang-format-14 clang-tidy-14

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
 
 #include <sys/wait.h>
@@ -18,6 +19,8 @@
 namespace vellora {
 
 namespace {
+
+const std::string page = std::string("file://") + VELLORA_PLACED_PAGE;
 
 constexpr double patience = 40;  // seconds, for what a busy machine takes longest for
 constexpr ReadingLimits unhurried{.seconds = 20, .messagingTimeout = 20};
@@ -48,7 +51,7 @@ std::shared_ptr<AccessibilityElement> markerIn(AccessibilityElement& element,
 PlayerDescriptionPtr placedDescription() {
   auto description = std::make_shared<PlayerDescription>();
   description->identifier = "placed";
-  description->windowClasses = {"org.example.Placed"};
+  description->windowClasses = {"org.example.Placed", "firefox-esr", "chromium"};
   return description;
 }
 
@@ -112,10 +115,45 @@ std::vector<std::string> PlacesFixture::gtk4(bool hasHeader) {
   return {VELLORA_PLACED_GTK4, hasHeader ? "header" : "none"};
 }
 
+// Debian's own interpreter has Qt.
+std::vector<std::string> PlacesFixture::qt() { return {"/usr/bin/python3", VELLORA_PLACED_QT}; }
+
+std::vector<std::string> PlacesFixture::firefox() const {
+  const auto profile = browsers_ / "firefox";
+  std::filesystem::create_directory(profile);
+  std::ofstream(profile / "user.js")
+      << "user_pref('browser.aboutwelcome.enabled', false);\n"
+         "user_pref('browser.startup.homepage_override.mstone', 'ignore');\n"
+         "user_pref('browser.shell.checkDefaultBrowser', false);\n"
+         "user_pref('datareporting.policy.dataSubmissionEnabled', false);\n"
+         "user_pref('app.update.enabled', false);\n"
+         "user_pref('app.normandy.enabled', false);\n"
+         "user_pref('network.captive-portal-service.enabled', false);\n"
+         "user_pref('network.connectivity-service.enabled', false);\n";
+  return {"firefox-esr", "--no-remote", "--profile", profile, page};
+}
+
+std::vector<std::string> PlacesFixture::chromium() const {
+  return {"chromium",
+          "--no-sandbox",  // which root may not have, and
+          "--test-type",   // of which nothing shall be said
+          "--user-data-dir=" + (browsers_ / "chromium").string(),
+          "--no-first-run",
+          "--ozone-platform=wayland",
+          "--force-renderer-accessibility",
+          "--disable-background-networking",
+          "--password-store=basic",
+          page};
+}
+
 void PlacesFixture::start(const std::vector<std::string>& arguments, bool isX11) {
   program = std::make_unique<SessionProgram>(
-      arguments, std::vector<std::pair<std::string, std::string>>{
-                     {"GDK_BACKEND", isX11 ? "x11" : "wayland"}, {"GSK_RENDERER", "cairo"}});
+      arguments,
+      std::vector<std::pair<std::string, std::string>>{{"GDK_BACKEND", isX11 ? "x11" : "wayland"},
+                                                       {"GSK_RENDERER", "cairo"},
+                                                       {"MOZ_ENABLE_WAYLAND", "1"},
+                                                       {"QT_QPA_PLATFORM", "wayland"},
+                                                       {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"}});
   ASSERT_TRUE(eventually([this] { return front() == program->pid(); }));
 }
 

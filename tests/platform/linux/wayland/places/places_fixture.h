@@ -14,6 +14,7 @@
 #include "platform/accessibility.h"
 #include "platform/linux/players/player_windows.h"
 #include "platform/linux/wayland/workspace/wayland_workspace.h"
+#include "support/temporary_folder.h"
 
 namespace vellora {
 
@@ -50,6 +51,10 @@ class PlacesFixture : public testing::Test {
 
   static std::vector<std::string> gtk3(bool hasHeader);
   static std::vector<std::string> gtk4(bool hasHeader);
+  static std::vector<std::string> qt();
+  // Each with a profile of its own, on the page with the marker.
+  std::vector<std::string> firefox() const;
+  std::vector<std::string> chromium() const;
   // The program's window is in front then.
   void start(const std::vector<std::string>& program, bool isX11 = false);
   std::int32_t front();
@@ -66,7 +71,12 @@ class PlacesFixture : public testing::Test {
   std::shared_ptr<PlayerWindows> windows = std::make_shared<PlayerWindows>();
   std::shared_ptr<Accessibility> accessibility;
   std::unique_ptr<WaylandWorkspace> workspace;
-  std::unique_ptr<SessionProgram> program;
+
+ private:
+  TemporaryFolder browsers_;
+
+ protected:
+  std::unique_ptr<SessionProgram> program;  // ends before its folder goes
 };
 
 }  // namespace vellora

@@ -1,71 +1,13 @@
 // Where windows are on sway: what the accessibility room tells against what is on the screen.
+#include "platform/linux/wayland/places/sway_places.h"
+
 #include <csignal>
-#include <cstddef>
-#include <cstdlib>
-#include <sstream>
 #include <string>
 
 #include "platform/linux/glib/run_program.h"
-#include "platform/linux/wayland/places/places_fixture.h"
-#include "support/temporary_folder.h"
 
 namespace vellora {
 namespace {
-
-class SwayPlaces : public PlacesFixture {
- protected:
-  ~SwayPlaces() override {
-    program.reset();
-    command("output HEADLESS-1 scale 1, workspace 1, layout splith, gaps inner current set 0");
-  }
-  static void command(const std::string& words) {
-    EXPECT_EQ(runProgram({"swaymsg", words}).status, 0) << words;
-  }
-  ScreenPicture picture() override {
-    const std::string file = folder / "screen.ppm";
-    if (runProgram({"grim", "-t", "ppm", file}).status != 0) return {};
-    const std::string bytes = readText(file);
-    ScreenPicture result;
-    char* end = nullptr;
-    result.width = static_cast<int>(std::strtol(bytes.c_str() + 3, &end, 10));
-    result.height = static_cast<int>(std::strtol(end, &end, 10));
-    std::strtol(end, &end, 10);  // the brightest value
-    result.pixels = bytes.substr(static_cast<std::size_t>(end + 1 - bytes.c_str()));
-    return result;
-  }
-  // As the session wrote it down; 0: it did not.
-  static pid_t swayProcess() {
-    std::istringstream lines(readText(std::getenv("VELLORA_SESSION_PIDS")));
-    std::string name;
-    pid_t process = 0;
-    while (lines >> name >> process) {
-      if (name == "sway") return process;
-    }
-    return 0;
-  }
-  // The steps that every window goes through.
-  void goThroughPlaces() {
-    ASSERT_TRUE(eventuallyRight());
-    command("border normal 4");
-    EXPECT_TRUE(eventuallyRight([](const Rect& marker) { return marker.x == 17; }));
-    command("border pixel 7, gaps inner current set 20");
-    EXPECT_TRUE(eventuallyRight([](const Rect& marker) { return marker.x == 40; }));
-    command("border normal 2, layout tabbed");
-    EXPECT_TRUE(eventuallyRight());
-    command("layout stacking");
-    EXPECT_TRUE(eventuallyRight());
-    command("fullscreen enable");
-    EXPECT_TRUE(eventuallyRight([](const Rect& marker) { return marker.x == 13; }));
-    command("fullscreen disable, floating enable, move position 300 200");
-    EXPECT_TRUE(eventuallyRight([](const Rect& marker) { return marker.x > 300; }));
-    command("move position 101 57");  // of which sway says nothing
-    EXPECT_TRUE(eventuallyRight([](const Rect& marker) { return marker.x < 200; }));
-    command("resize set 600 500");
-    EXPECT_TRUE(eventuallyRight());
-  }
-
-  TemporaryFolder folder;
-};
 
 TEST_F(SwayPlaces, OfGtk3WithoutAShadow) {
   start(gtk3(false));
@@ -79,6 +21,11 @@ TEST_F(SwayPlaces, OfGtk3WithAShadow) {
 
 TEST_F(SwayPlaces, OfGtk4WithAShadow) {
   start(gtk4(true));
+  goThroughPlaces();
+}
+
+TEST_F(SwayPlaces, OfQt5) {
+  start(qt());
   goThroughPlaces();
 }
 
