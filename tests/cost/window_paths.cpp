@@ -9,8 +9,8 @@
 #include "cost/hot_path.h"
 #include "exchange/records/json.h"
 #include "music/lyrics_layout_reader.h"
-#include "render/composition.h"
 #include "support/fake_platform.h"
+#include "support/gliding_view.h"
 #include "support/temporary_folder.h"
 #include "support/verse.h"
 
@@ -106,58 +106,16 @@ HotPath walking() {
           }};
 }
 
-// A glide moves all rows by a bit from one reading to the next, and their texts stay.
-class Gliding {
- public:
-  explicit Gliding(std::size_t rows) {
-    const auto lines = verse::makeLines(0, 60);
-    layout_.window = {0, 30, 1200, 60.0 * static_cast<double>(rows) + 200};
-    layout_.viewport = {600, 100, 580, 60.0 * static_cast<double>(rows) + 80};
-    layout_.title = windowTitle;
-    for (std::size_t i = 0; i < rows; ++i) {
-      layout_.rows.push_back(
-          {lines[i % lines.size()].source, {620, 110 + 60 * static_cast<double>(i), 360, 24}});
-    }
-  }
-  bool run() {
-    const double step = isDown_ ? -1 : 1;
-    isDown_ = !isDown_;
-    for (MusicRow& row : layout_.rows) row.frame.y += step;
-    render(fields_, layout_, snapshot_);
-    log_.clear();
-    painter_.measurements.clear();
-    return view_.captions().size() == layout_.rows.size();
-  }
-
- private:
-  Log log_;
-  FakePanel panel_{log_};
-  FakePainter painter_{log_};
-  FakeNativeView nativeView_{log_};
-  FakeWorkspace workspace_{log_};
-  CaptionView view_{painter_, nativeView_, workspace_};
-  std::vector<OverlayLine> lastLines_;
-  std::shared_ptr<const TranslationIndex> lineIndex_;
-  TranslationCache translations_;
-  TrackMatchMemory trackMatch_;
-  PreparedIndex prepared_;
-  CompositionFields fields_{panel_,     view_,         workspace_,  painter_, lastLines_,
-                            lineIndex_, translations_, trackMatch_, prepared_};
-  MusicLayout layout_;
-  OverlaySnapshot snapshot_ = snapshotAt(1000);
-  bool isDown_ = false;
-};
-
 }  // namespace
 
 std::vector<HotPath> windowPaths() {
   const auto tick = std::make_shared<SteadyTick>();
-  const auto few = std::make_shared<Gliding>(15);
-  const auto many = std::make_shared<Gliding>(300);
+  const auto few = std::make_shared<GlidingView>(15);
+  const auto many = std::make_shared<GlidingView>(300);
   return {{"a steady tick", 50, [tick] { return tick->run(); }},
           walking(),
-          {"compose a reading of 15 rows", 20, [few] { return few->run(); }},
-          {"compose a reading of 300 rows", 4, [many] { return many->run(); }}};
+          {"compose a reading of 15 rows", 20, [few] { return few->compose(); }},
+          {"compose a reading of 300 rows", 4, [many] { return many->compose(); }}};
 }
 
 }  // namespace vellora
