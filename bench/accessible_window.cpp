@@ -1,5 +1,7 @@
-// A player's window with as many accessible elements as it is told: the other side of the benchmark
-// of the walk. Prints "ready" when it is shown; ends with its input.
+// A player's window with as many rows as it is told: the other side of the benchmark of the walk.
+// Prints "ready" when it is shown; ends with its input.
+//
+//   accessible_window ROWS [HEIGHT]
 #include <charconv>
 #include <cstring>
 #include <string>
@@ -30,13 +32,15 @@ gboolean sayReady(gpointer) {
 
 int main(int argc, char** argv) {
   int rows = 680;
+  int height = 700;
   if (argc > 1) std::from_chars(argv[1], argv[1] + std::strlen(argv[1]), rows);
+  if (argc > 2) std::from_chars(argv[2], argv[2] + std::strlen(argv[2]), height);
   g_set_prgname("accessible-window");
   gtk_init(&argc, &argv);
 
   GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   gtk_window_set_title(GTK_WINDOW(window), "Music");
-  gtk_window_set_default_size(GTK_WINDOW(window), 1000, 700);
+  gtk_window_set_default_size(GTK_WINDOW(window), 1000, height);
   GtkWidget* columns = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
   gtk_container_add(GTK_CONTAINER(window), columns);
 
