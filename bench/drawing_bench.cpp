@@ -123,13 +123,13 @@ void openCvBlur(benchmark::State& state, Picture picture) {
   }
 }
 
-void ownBlur(benchmark::State& state, Picture picture) {
+void ownBlur(benchmark::State& state, Picture picture, const BlurLoops& loops) {
   const std::vector<std::uint8_t> source = picture();
   std::vector<std::uint8_t> destination(source.size());
   const double sigma = static_cast<double>(state.range(0)) / 100;
   for ([[maybe_unused]] const auto& turn : state) {
     gaussianBlur({source.data(), pictureWidth, pictureHeight, pictureWidth * 4},
-                 {destination.data(), pictureWidth, pictureHeight, pictureWidth * 4}, sigma);
+                 {destination.data(), pictureWidth, pictureHeight, pictureWidth * 4}, sigma, loops);
     benchmark::ClobberMemory();
   }
 }
@@ -138,9 +138,11 @@ void eachDeviation(benchmark::internal::Benchmark* bench) {
   for (const std::int64_t deviation : deviations) bench->Arg(deviation);
 }
 BENCHMARK_CAPTURE(openCvBlur, caption, captionPixels)->Apply(eachDeviation);
-BENCHMARK_CAPTURE(ownBlur, caption, captionPixels)->Apply(eachDeviation);
+BENCHMARK_CAPTURE(ownBlur, caption, captionPixels, fastestBlurLoops())->Apply(eachDeviation);
+BENCHMARK_CAPTURE(ownBlur, captionWithPlainLoops, captionPixels, plainBlurLoops())
+    ->Apply(eachDeviation);
 BENCHMARK_CAPTURE(openCvBlur, noise, noisePixels)->Apply(eachDeviation);
-BENCHMARK_CAPTURE(ownBlur, noise, noisePixels)->Apply(eachDeviation);
+BENCHMARK_CAPTURE(ownBlur, noise, noisePixels, fastestBlurLoops())->Apply(eachDeviation);
 
 // Takes down what is drawn, as the panel does before it presents what changed.
 class NotedSurface final : public Surface {

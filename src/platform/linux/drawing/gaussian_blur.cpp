@@ -7,33 +7,12 @@
 
 // A separable convolution in 16-bit fixed point: samples carry 7 fractional bits, so that the sum
 // of two of them, which share a weight as the kernel is symmetric, still fits 16 bits; weights are
-// fractions of 65536. A product keeps its upper 16 bits, which is one instruction for 8 samples
-// even on the plainest x86-64. The loops are written for the compiler to vectorise.
+// fractions of 65536.
 namespace vellora {
 
 namespace {
 
-constexpr int fraction = 7;
 constexpr double reach = 3;  // of the kernel, in standard deviations
-
-// Two samples at the same distance from the middle, and their weight.
-template <typename Sample>
-struct Pair {
-  const Sample* before = nullptr;
-  const Sample* after = nullptr;
-  std::uint16_t weight = 0;
-};
-
-std::uint16_t upperProduct(std::uint16_t a, std::uint16_t b) {
-  return static_cast<std::uint16_t>((static_cast<std::uint32_t>(a) * b) >> 16);
-}
-
-std::uint16_t widened(std::uint8_t a, std::uint8_t b) {
-  return static_cast<std::uint16_t>((a + b) << fraction);
-}
-std::uint16_t widened(std::uint16_t a, std::uint16_t b) {
-  return static_cast<std::uint16_t>(a + b);
-}
 
 // Weights from the middle outwards; the middle and twice the others add up to 65536.
 std::vector<std::uint16_t> kernel(double sigma) {
@@ -55,84 +34,11 @@ std::vector<std::uint16_t> kernel(double sigma) {
   return weights;
 }
 
-// sums = middle × weight + bias.
-template <typename Sample>
-void startSums(std::uint16_t* __restrict sums, const Sample* __restrict middle,
-               std::uint16_t weight, std::uint16_t bias, std::size_t count) {
-  const Sample none = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    sums[i] = static_cast<std::uint16_t>(upperProduct(widened(middle[i], none), weight) + bias);
-  }
-}
-
-// The same with a first pair, which spares narrow kernels half of their passes.
-template <typename Sample>
-void startSumsWithPair(std::uint16_t* __restrict sums, const Sample* __restrict middle,
-                       std::uint16_t weight, std::uint16_t bias, const Pair<Sample>& pair,
-                       std::size_t count) {
-  const Sample* __restrict before = pair.before;
-  const Sample* __restrict after = pair.after;
-  const std::uint16_t pairWeight = pair.weight;
-  const Sample none = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    sums[i] = static_cast<std::uint16_t>(upperProduct(widened(middle[i], none), weight) + bias +
-                                         upperProduct(widened(before[i], after[i]), pairWeight));
-  }
-}
-
-// Adds one weighted pair to the sums.
-template <typename Sample>
-void addPair(std::uint16_t* __restrict sums, const Pair<Sample>& pair, std::size_t count) {
-  const Sample* __restrict before = pair.before;
-  const Sample* __restrict after = pair.after;
-  const std::uint16_t weight = pair.weight;
-  for (std::size_t i = 0; i < count; ++i) {
-    sums[i] =
-        static_cast<std::uint16_t>(sums[i] + upperProduct(widened(before[i], after[i]), weight));
-  }
-}
-
-// The same with four pairs, which spares three of four passes over the sums.
-template <typename Sample>
-void addFourPairs(std::uint16_t* __restrict sums, const Pair<Sample>* pairs, std::size_t count) {
-  const Sample* __restrict a0 = pairs[0].before;
-  const Sample* __restrict b0 = pairs[0].after;
-  const Sample* __restrict a1 = pairs[1].before;
-  const Sample* __restrict b1 = pairs[1].after;
-  const Sample* __restrict a2 = pairs[2].before;
-  const Sample* __restrict b2 = pairs[2].after;
-  const Sample* __restrict a3 = pairs[3].before;
-  const Sample* __restrict b3 = pairs[3].after;
-  const std::uint16_t w0 = pairs[0].weight;
-  const std::uint16_t w1 = pairs[1].weight;
-  const std::uint16_t w2 = pairs[2].weight;
-  const std::uint16_t w3 = pairs[3].weight;
-  for (std::size_t i = 0; i < count; ++i) {
-    sums[i] = static_cast<std::uint16_t>(sums[i] + upperProduct(widened(a0[i], b0[i]), w0) +
-                                         upperProduct(widened(a1[i], b1[i]), w1) +
-                                         upperProduct(widened(a2[i], b2[i]), w2) +
-                                         upperProduct(widened(a3[i], b3[i]), w3));
-  }
-}
-
-// sums = middle × weight + bias + all pairs.
-template <typename Sample>
-void sumUp(std::uint16_t* sums, const Sample* middle, std::uint16_t weight, std::uint16_t bias,
-           const std::vector<Pair<Sample>>& pairs, std::size_t count) {
-  std::size_t next = pairs.size() % 4 == 0 ? 0 : 1;
-  if (next == 0) {
-    startSums(sums, middle, weight, bias, count);
-  } else {
-    startSumsWithPair(sums, middle, weight, bias, pairs[0], count);
-  }
-  for (; next + 4 <= pairs.size(); next += 4) addFourPairs(sums, pairs.data() + next, count);
-  for (; next < pairs.size(); ++next) addPair(sums, pairs[next], count);
-}
-
 class Convolution {
  public:
-  Convolution(const PixelRows<const std::uint8_t>& source, double sigma)
-      : weights_(kernel(sigma)),
+  Convolution(const PixelRows<const std::uint8_t>& source, double sigma, const BlurLoops& loops)
+      : loops_(loops),
+        weights_(kernel(sigma)),
         samples_(source.width * 4),
         padding_((weights_.size() - 1) * 4),
         bias_(static_cast<std::uint16_t>(std::min<std::size_t>(weights_.size() / 2, 16))),
@@ -147,16 +53,13 @@ class Convolution {
     }
   }
 
-  void writeRow(std::size_t y, std::uint8_t* __restrict out) {
+  void writeRow(std::size_t y, std::uint8_t* out) {
     if (!sumColumns(y)) {
       std::fill_n(out, samples_, std::uint8_t{0});
       return;
     }
     sumRow();
-    const std::uint16_t* __restrict sums = sums_.data();
-    for (std::size_t i = 0; i < samples_; ++i) {
-      out[i] = static_cast<std::uint8_t>((sums[i] + (1 << (fraction - 1))) >> fraction);
-    }
+    loops_.round(out, sums_.data(), samples_);
   }
 
  private:
@@ -174,9 +77,10 @@ class Convolution {
     }
     const std::uint8_t* middle = rowAt(y);
     if (middle == nullptr && columnPairs_.empty()) return false;
-    std::uint16_t* sums = column_.data() + padding_;
-    sumUp(sums, middle != nullptr ? middle : blank_.data(), weights_[0], bias_, columnPairs_,
-          samples_);
+    loops_.sumBytes(column_.data() + padding_,
+                    {middle != nullptr ? middle : blank_.data(), weights_[0], bias_,
+                     columnPairs_.data(), columnPairs_.size()},
+                    samples_);
     return true;
   }
 
@@ -187,9 +91,11 @@ class Convolution {
     for (std::size_t k = 1; k < weights_.size(); ++k) {
       rowPairs_.push_back({middle - 4 * k, middle + 4 * k, weights_[k]});
     }
-    sumUp(sums_.data(), middle, weights_[0], bias_, rowPairs_, samples_);
+    loops_.sumSums(sums_.data(), {middle, weights_[0], bias_, rowPairs_.data(), rowPairs_.size()},
+                   samples_);
   }
 
+  const BlurLoops& loops_;
   std::vector<std::uint16_t> weights_;
   std::size_t samples_;                    // in a row
   std::size_t padding_;                    // transparent samples at either end of `column_`
@@ -198,14 +104,15 @@ class Convolution {
   std::vector<std::uint8_t> blank_;
   std::vector<std::uint16_t> column_;
   std::vector<std::uint16_t> sums_;
-  std::vector<Pair<std::uint8_t>> columnPairs_;
-  std::vector<Pair<std::uint16_t>> rowPairs_;
+  std::vector<WeightedPair<std::uint8_t>> columnPairs_;
+  std::vector<WeightedPair<std::uint16_t>> rowPairs_;
 };
 
 }  // namespace
 
 void gaussianBlur(const PixelRows<const std::uint8_t>& source,
-                  const PixelRows<std::uint8_t>& destination, double sigma) {
+                  const PixelRows<std::uint8_t>& destination, double sigma,
+                  const BlurLoops& loops) {
   if (!(sigma >= smallestBlur)) {
     for (std::size_t y = 0; y < source.height; ++y) {
       std::memcpy(destination.data + y * destination.stride, source.data + y * source.stride,
@@ -213,7 +120,7 @@ void gaussianBlur(const PixelRows<const std::uint8_t>& source,
     }
     return;
   }
-  Convolution convolution(source, sigma);
+  Convolution convolution(source, sigma, loops);
   for (std::size_t y = 0; y < source.height; ++y) {
     convolution.writeRow(y, destination.data + y * destination.stride);
   }

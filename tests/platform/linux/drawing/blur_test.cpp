@@ -48,10 +48,10 @@ Image noise(std::size_t width, std::size_t height, std::size_t frame) {
   return image;
 }
 
-Image blurred(const Image& image, double sigma) {
+Image blurred(const Image& image, double sigma, const BlurLoops& loops = fastestBlurLoops()) {
   Image result(image.width, image.height, image.stride);
   std::ranges::fill(result.bytes, std::uint8_t{77});
-  gaussianBlur(image.source(), result.destination(), sigma);
+  gaussianBlur(image.source(), result.destination(), sigma, loops);
   return result;
 }
 
@@ -111,6 +111,16 @@ double largestError(const Image& image, double sigma) {
 TEST(BlurTest, IsWithinOneUnitOfTheExactConvolution) {
   for (const double sigma : {0.17, 0.325, 0.65, 1.3, 2.6, 3.9, 5.2, 7.8, 20.0, largestBlur}) {
     EXPECT_LE(largestError(noise(90, 40, 6), sigma), 1.0) << "sigma " << sigma;
+  }
+}
+
+TEST(BlurTest, IsTheSameToTheBitWithTheFastestLoopsAsWithThePlainOnes) {
+  for (const double sigma : {0.17, 0.325, 0.65, 1.3, 1.7, 2.6, 3.9, 5.2, 20.0, largestBlur}) {
+    for (const std::size_t width : {1, 2, 7, 8, 9, 16, 33, 90}) {
+      const Image image = noise(width, 40, width > 10 ? 5 : 0);
+      EXPECT_EQ(blurred(image, sigma).bytes, blurred(image, sigma, plainBlurLoops()).bytes)
+          << "sigma " << sigma << ", width " << width;
+    }
   }
 }
 
