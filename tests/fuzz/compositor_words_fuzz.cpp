@@ -8,6 +8,7 @@
 
 #include "fuzz/fuzz_input.h"
 #include "fuzz/fuzz_targets.h"
+#include "platform/linux/wayland/locator/hyprland_words.h"
 #include "platform/linux/wayland/locator/i3_message.h"
 #include "platform/linux/wayland/locator/i3_tree.h"
 #include "platform/linux/wayland/locator/kwin_report.h"
@@ -53,6 +54,14 @@ void fuzzCompositorWords(std::string_view bytes) {
     require(messages[i].payload == others[i].payload && messages[i].type == others[i].type,
             "a cut changes no message");
     requireSensible(windowsInI3Tree(messages[i].payload));
+  }
+  // Three answers of Hyprland's, each but the first after a byte that no JSON has.
+  const std::size_t first = bytes.find('\x1f');
+  const std::size_t second = first == bytes.npos ? first : bytes.find('\x1f', first + 1);
+  if (second != bytes.npos) {
+    requireSensible(windowsInHyprlandAnswers({bytes.substr(0, first),
+                                              bytes.substr(first + 1, second - first - 1),
+                                              bytes.substr(second + 1)}));
   }
   requireSensible(windowsInI3Tree(bytes));
   requireSensible(windowsInKWinReport(bytes));

@@ -5,9 +5,9 @@
 #include <memory>
 
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
+#include "platform/linux/wayland/locator/local_socket.h"
 #include "platform/linux/wayland/locator/readable_source.h"
 
 namespace vellora {
@@ -25,13 +25,8 @@ I3Connection::~I3Connection() {
 }
 
 bool I3Connection::open(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (path.empty() || path.size() >= sizeof(address.sun_path)) return false;
-  path.copy(address.sun_path, path.size());
-  fd_ = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  fd_ = connectToLocalSocket(path);
   if (fd_ < 0) return false;
-  if (connect(fd_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) return false;
   source_ = whenReadable(fd_, [this] { read(); });
   return true;
 }

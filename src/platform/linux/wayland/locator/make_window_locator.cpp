@@ -1,9 +1,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/environment.h"
 #include "platform/linux/glib/session_bus.h"
+#include "platform/linux/wayland/locator/hyprland_locator.h"
 #include "platform/linux/wayland/locator/i3_connection.h"
 #include "platform/linux/wayland/locator/i3_locator.h"
 #include "platform/linux/wayland/locator/kwin_locator.h"
@@ -43,6 +45,9 @@ std::unique_ptr<WindowLocator> makeWindowLocator() {
   for (const char* const name : {"SWAYSOCK", "I3SOCK"}) {
     auto path = environmentVariable(name);
     if (path && isServed(*path)) return std::make_unique<I3Locator>(*std::move(path));
+  }
+  if (std::string folder = HyprlandLocator::servedFolder(); !folder.empty()) {
+    return std::make_unique<HyprlandLocator>(std::move(folder));
   }
   if (!mayBeKWin5()) return nullptr;
   const std::string desktop = ":" + environmentVariable("XDG_CURRENT_DESKTOP").value_or("") + ":";

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/linux/wayland/locator/fake_hyprland.h"
 #include "platform/linux/wayland/locator/fake_i3.h"
 #include "platform/linux/wayland/locator/window_locator.h"
 #include "support/temporary_folder.h"
@@ -16,8 +17,9 @@ namespace {
 class MakeWindowLocatorTest : public testing::Test {
  protected:
   void SetUp() override {
-    for (const char* const name : {"SWAYSOCK", "I3SOCK", "XDG_CURRENT_DESKTOP",
-                                   "KDE_SESSION_VERSION", "DBUS_SESSION_BUS_ADDRESS"}) {
+    for (const char* const name :
+         {"SWAYSOCK", "I3SOCK", "HYPRLAND_INSTANCE_SIGNATURE", "XDG_RUNTIME_DIR",
+          "XDG_CURRENT_DESKTOP", "KDE_SESSION_VERSION", "DBUS_SESSION_BUS_ADDRESS"}) {
       const char* const value = std::getenv(name);
       before_[name] = value == nullptr ? std::nullopt : std::optional<std::string>(value);
       unsetenv(name);
@@ -53,6 +55,16 @@ TEST_F(MakeWindowLocatorTest, ASocketThatAnswersCountsBeforeTheDesktopsName) {
   const FakeI3 compositor(path);
   EXPECT_NE(made(), withoutSocket);
   EXPECT_NE(made().find("IPC"), std::string::npos) << made();
+}
+
+TEST_F(MakeWindowLocatorTest, HyprlandIsFoundByItsSignatureWhereItAnswers) {
+  const TemporaryFolder runtime;
+  setenv("XDG_RUNTIME_DIR", runtime.path().c_str(), 1);
+  setenv("HYPRLAND_INSTANCE_SIGNATURE", "0123abcd_1", 1);
+  EXPECT_EQ(made(), "none");
+  std::filesystem::create_directories(runtime / "hypr/0123abcd_1");
+  const FakeHyprland compositor(runtime / "hypr/0123abcd_1");
+  EXPECT_EQ(made(), "Hyprland's sockets");
 }
 
 TEST_F(MakeWindowLocatorTest, PlasmaFiveHasOneAndPlasmaSixNot) {
