@@ -164,6 +164,7 @@ std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
                                 [&store](NodeIndex window) { return isActive(store[window]); });
   std::ranges::stable_partition(
       windows, [&](NodeIndex window) { return !ofGtk || !isPopup(store[window]); });
+  memory.goDirect();
   return windows;
 }
 

@@ -1,8 +1,10 @@
 #include "platform/linux/accessibility/bus_connection.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <utility>
+
+#include "platform/linux/accessibility/bus_waiting.h"
+#include "platform/linux/accessibility/direct_link.h"
 
 namespace vellora {
 
@@ -37,8 +39,9 @@ std::unique_ptr<BusConnection> BusConnection::open(const std::string& address) {
 BusMessagePtr BusConnection::newCall(const std::string& destination, const std::string& path,
                                      const char* interface, const char* member) {
   sd_bus_message* made = nullptr;
-  if (sd_bus_message_new_method_call(bus_.get(), &made, destination.c_str(), path.c_str(),
-                                     interface, member) < 0) {
+  sd_bus* const bus = isDirect(destination) ? direct_.get() : bus_.get();
+  if (sd_bus_message_new_method_call(bus, &made, destination.c_str(), path.c_str(), interface,
+                                     member) < 0) {
     return nullptr;
   }
   BusMessagePtr call(made);
@@ -49,7 +52,9 @@ BusMessagePtr BusConnection::newCall(const std::string& destination, const std::
 void BusConnection::send(BusMessagePtr call, ReplyHandler handler) {
   const char* const destination = call ? sd_bus_message_get_destination(call.get()) : nullptr;
   std::string peer = destination != nullptr ? destination : "";
-  waiting_.push_back({this, std::move(peer), std::move(call), std::move(handler), {}, {}, false});
+  const bool isDirect = call && sd_bus_message_get_bus(call.get()) != bus_.get();
+  waiting_.push_back(
+      {this, std::move(peer), isDirect, std::move(call), std::move(handler), {}, {}, false});
 }
 
 void BusConnection::subscribe(const std::string& rule, SignalHandler handler,
@@ -141,7 +146,8 @@ void BusConnection::sendWaiting() {
     call.sent = Steady::now();
     sd_bus_slot* slot = nullptr;
     if (broken_ || !call.message || silent_.contains(call.peer) ||
-        sd_bus_call_async(bus_.get(), &slot, call.message.get(), onReply, &call, noTimeout) < 0) {
+        sd_bus_call_async(sd_bus_message_get_bus(call.message.get()), &slot, call.message.get(),
+                          onReply, &call, noTimeout) < 0) {
       tell(call, nullptr);
     }
     call.slot.reset(slot);
@@ -153,13 +159,69 @@ void BusConnection::sendWaiting() {
 bool BusConnection::process() {
   const int result = sd_bus_process(bus_.get(), nullptr);
   if (result < 0) broken_ = true;
-  return result > 0;
+  return processDirect() || result > 0;
 }
 
 void BusConnection::sleep(Steady::time_point until) {
   if (!underWay_.empty()) until = std::min(until, overdueAt(underWay_.front()).value_or(until));
-  const auto left = std::chrono::ceil<std::chrono::microseconds>(until - Steady::now()).count();
-  if (left > 0 && sd_bus_wait(bus_.get(), static_cast<std::uint64_t>(left)) < 0) broken_ = true;
+  if (!waitForEither(bus_.get(), direct_.get(), until)) broken_ = true;
+}
+
+void BusConnection::linkDirectly(const std::string& peer, const std::string& path,
+                                 const std::string& address, std::int32_t processIdentifier) {
+  if (direct_ && directPeer_ == peer) return;
+  endDirectLink();
+  direct_ = openDirectLink(address, processIdentifier);
+  if (!direct_) return;
+  directPeer_ = peer;
+  sd_bus_message* made = nullptr;
+  if (sd_bus_message_new_method_call(direct_.get(), &made, peer.c_str(), path.c_str(),
+                                     "org.a11y.atspi.Accessible", "GetRole") < 0) {
+    return endDirectLink();
+  }
+  const BusMessagePtr question(made);
+  proof_ = std::make_unique<Call>();
+  proof_->connection = this;
+  proof_->peer = peer;
+  proof_->isDirect = true;
+  proof_->handler = [this](sd_bus_message* reply) { isProven_ = reply != nullptr; };
+  sd_bus_slot* slot = nullptr;
+  if (sd_bus_call_async(direct_.get(), &slot, made, onReply, proof_.get(), noTimeout) < 0) {
+    return endDirectLink();
+  }
+  proof_->slot.reset(slot);
+}
+
+void BusConnection::endDirectLink() {
+  for (Call& call : underWay_) {
+    if (call.isDirect) tell(call, nullptr);
+  }
+  std::erase_if(silent_, [](const auto& entry) { return entry.second->isDirect; });
+  proof_.reset();
+  isProven_ = false;
+  direct_.reset();
+}
+
+void BusConnection::allowDirect(bool isAllowed) {
+  allowsDirect_ = isAllowed;
+  const auto silent = silent_.find(directPeer_);
+  if (isAllowed || silent == silent_.end() || !silent->second->isDirect) return;
+  isProven_ = false;
+  proof_ = std::move(silent->second);
+  silent_.erase(silent);
+  // Any answer will do but the library's own, which says that the link has ended.
+  proof_->handler = [this](sd_bus_message*) { isProven_ = sd_bus_is_open(direct_.get()) > 0; };
+}
+
+bool BusConnection::isDirect(const std::string& peer) const {
+  return allowsDirect_ && direct_ && isProven_ && directPeer_ == peer;
+}
+
+bool BusConnection::processDirect() {
+  if (!direct_) return false;
+  const int result = sd_bus_process(direct_.get(), nullptr);
+  if (result < 0) endDirectLink();
+  return result != 0;
 }
 
 // A program takes its calls in turn, so the time of a call begins when the one before it is
@@ -192,6 +254,7 @@ void BusConnection::silence(const std::string& peer) {
   auto kept = std::make_unique<Call>();
   kept->connection = this;
   kept->peer = peer;
+  kept->isDirect = last->isDirect;
   kept->slot = std::move(last->slot);
   sd_bus_slot_set_userdata(kept->slot.get(), kept.get());
   silent_.insert_or_assign(peer, std::move(kept));

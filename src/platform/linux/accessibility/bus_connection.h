@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
@@ -32,7 +33,8 @@ using SignalHandler = std::function<void(sd_bus_message* signal)>;
 // A client's connection to a D-Bus daemon, over which many calls are under way at once. Nothing
 // here waits but `exchange` and `wait`. A peer that let a call time out counts as silent until it
 // answers that call after all: it is asked nothing more meanwhile, so that a program that hangs is
-// not heaped with questions. One thread at a time.
+// not heaped with questions. One of the peers may have a direct link beside that: its answers come
+// sooner there, but in no order with its signals, which come from the daemon. One thread at a time.
 class BusConnection {
  public:
   // The user's session bus, as the environment names it; null when that names none that answers.
@@ -47,6 +49,17 @@ class BusConnection {
   // from a peer. Null is then a call that gets no reply.
   BusMessagePtr newCall(const std::string& destination, const std::string& path,
                         const char* interface, const char* member);
+
+  // Gives the peer, a process, a direct link to the server of its own at that D-Bus address; where
+  // that cannot be, nothing happens. It is used once it has answered for the object of that path.
+  // A link to another peer ends; the same peer's stays.
+  void linkDirectly(const std::string& peer, const std::string& path, const std::string& address,
+                    std::int32_t processIdentifier);
+  void endDirectLink();
+  // Whether calls that are made from now on go over the direct link where there is one; at first
+  // they do not. When they no longer do, a peer that is silent there may be asked over the daemon;
+  // over the link it is once it has answered there.
+  void allowDirect(bool isAllowed);
 
   // Sends the call when there is room among those under way.
   void send(BusMessagePtr call, ReplyHandler handler);
@@ -83,6 +96,7 @@ class BusConnection {
   struct Call {
     BusConnection* connection = nullptr;
     std::string peer;
+    bool isDirect = false;
     BusMessagePtr message;
     ReplyHandler handler;
     BusSlotPtr slot;
@@ -102,6 +116,8 @@ class BusConnection {
   static int onMatchInstalled(sd_bus_message* reply, void* match, sd_bus_error*);
   static void tell(Call& call, sd_bus_message* reply);
 
+  bool isDirect(const std::string& peer) const;
+  bool processDirect();
   void sendWaiting();
   bool process();  // true when there may be more at once
   void run(Steady::time_point deadline, const std::function<void()>& refill);
@@ -115,6 +131,11 @@ class BusConnection {
   void giveUp();
 
   BusPtr bus_;
+  BusPtr direct_;
+  std::string directPeer_;
+  std::unique_ptr<Call> proof_;  // nothing is asked over the link until this is answered
+  bool isProven_ = false;
+  bool allowsDirect_ = false;
   bool broken_ = false;
   Steady::duration timeout_ = Steady::duration::max();
   std::string patientPeer_;

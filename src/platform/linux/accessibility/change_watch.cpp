@@ -49,7 +49,9 @@ void ChangeWatch::begin(const AccessibleReference& root) {
       bus_.newCall(root.bus, root.path, "org.a11y.atspi.Application", "GetApplicationBusAddress"),
       [this](sd_bus_message* reply) {
         --open_;
-        if (!readText(reply)) isRefused_ = true;
+        const auto address = readText(reply);
+        if (!address) isRefused_ = true;
+        address_ = address.value_or(std::string());
       });
 }
 
@@ -58,6 +60,7 @@ void ChangeWatch::end() {
   program_.clear();
   open_ = 0;
   isRefused_ = false;
+  address_.clear();
   changes_ = {};
 }
 

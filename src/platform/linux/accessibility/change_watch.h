@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "platform/linux/accessibility/accessible_store.h"
 #include "platform/linux/accessibility/bus_connection.h"
@@ -36,6 +37,10 @@ class ChangeWatch {
   // Whether this is the program that `begin` was given, and all that was asked of it was granted.
   bool isTold(const std::string& busName) const;
 
+  // The D-Bus address of the program's own bus, as it told when it was asked; empty where it has
+  // none, and when it was taken already.
+  std::string takeAddress() { return std::exchange(address_, {}); }
+
   // The changes since the last call.
   AccessibleChanges take();
 
@@ -47,6 +52,7 @@ class ChangeWatch {
   std::string program_;
   std::size_t open_ = 0;  // requests that were not granted yet
   bool isRefused_ = false;
+  std::string address_;
   AccessibleChanges changes_;
 };
 

@@ -63,7 +63,16 @@ std::vector<NodeIndex> ProgramMemory::windows() const {
 }
 
 void ProgramMemory::beginReading() {
+  bus_.allowDirect(false);
   for (NodeIndex node = 0; node < store_.size(); ++node) store_[node].moment = {};
+}
+
+// An answer that came directly may be about what was before a signal that comes later. It is
+// forgotten with that signal all the same: of what is asked after the signals were taken in every
+// change comes in a later reading. That holds from when the program tells of its changes, and so
+// nothing is asked directly before.
+void ProgramMemory::goDirect() {
+  bus_.allowDirect(program_ && changes_.isTold(program_->root.bus));
 }
 
 void ProgramMemory::forgetOld() {
@@ -88,8 +97,12 @@ void ProgramMemory::takeInChanges() {
 }
 
 void ProgramMemory::endReading() {
+  bus_.allowDirect(false);
   const auto found = windows();
   if (!found.empty()) lastWindow_ = store_[found.front()].reference;
+  if (const std::string address = changes_.takeAddress(); program_ && !address.empty()) {
+    bus_.linkDirectly(program_->root.bus, program_->root.path, address, processIdentifier_);
+  }
   if (!program_ || !changes_.isTold(program_->root.bus) || store_.size() > mostRemembered) {
     return forgetFacts();
   }

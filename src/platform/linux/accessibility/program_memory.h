@@ -19,7 +19,8 @@ class ProgramMemory {
   // `longest` is how long something is believed without having been asked again, for changes that
   // nobody signals.
   ProgramMemory(BusConnection& bus, std::int32_t processIdentifier, Steady::duration longest)
-      : processIdentifier_(processIdentifier), longest_(longest), changes_(bus) {}
+      : bus_(bus), processIdentifier_(processIdentifier), longest_(longest), changes_(bus) {}
+  ~ProgramMemory() { bus_.endDirectLink(); }
   ProgramMemory(const ProgramMemory&) = delete;
   ProgramMemory& operator=(const ProgramMemory&) = delete;
 
@@ -45,24 +46,30 @@ class ProgramMemory {
   // A window that the last reading found, for the question whether the program answers at all.
   const std::optional<AccessibleReference>& lastWindow() const { return lastWindow_; }
 
-  // Forgets what is of the moment.
+  // Forgets what is of the moment. Questions go over the bus from here on: the answers to them come
+  // behind the signals of all that was before.
   void beginReading();
+  // Has the questions take the shortest way from here on, where the program tells of every change
+  // to what they are about.
+  void goDirect();
   // Forgets all that is too old.
   void forgetOld();
   // The program owes an answer. Forgets it when it has for longer than something is believed:
   // signals of a program that is not read would gather at the bus.
   void noteSilence();
-  // The program has answered: forgets the facts that have changed, as far as signals have come. The
-  // answer to any question that was put in this reading comes after all signals of the changes
-  // before it.
+  // The program has answered over the bus: forgets the facts that have changed, as far as signals
+  // have come. The answer to any question that was put in this reading over the bus comes after
+  // all signals of the changes before it.
   void takeInChanges();
-  // Forgets what was not answered, and what the program would not tell of.
+  // Forgets what was not answered, and what the program would not tell of. A program that has a bus
+  // of its own gets a direct link, for the readings to come.
   void endReading();
 
  private:
   void forgetFacts();
   void forgetFacts(NodeIndex node);
 
+  BusConnection& bus_;
   std::int32_t processIdentifier_;
   Steady::duration longest_;
   std::optional<Program> program_;

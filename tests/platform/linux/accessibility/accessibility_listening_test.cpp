@@ -12,9 +12,15 @@ namespace {
 
 using testing::ElementsAre;
 
-class AccessibilityListeningTest : public MemoryFixture {};
+class AccessibilityListeningTest : public MemoryFixture, public testing::WithParamInterface<OwnBus> {
+ protected:
+  AccessibilityListeningTest() { ownBus = GetParam(); }
+};
 
-TEST_F(AccessibilityListeningTest, APlayerThatHangsIsAskedOnceAlthoughOthersAreReadMeanwhile) {
+INSTANTIATE_TEST_SUITE_P(Ways, AccessibilityListeningTest, testing::Values(OwnBus::missing, OwnBus::open),
+                         nameOfWay);
+
+TEST_P(AccessibilityListeningTest, APlayerThatHangsIsAskedOnceAlthoughOthersAreReadMeanwhile) {
   start(program);
   FakeProgramProcess other(bus, program);
   readTexts();
@@ -29,7 +35,7 @@ TEST_F(AccessibilityListeningTest, APlayerThatHangsIsAskedOnceAlthoughOthersAreR
 }
 
 // The first window's answer is the other program's then, and says nothing of the player.
-TEST_F(AccessibilityListeningTest, APlayerThatHangsIsAskedOnceAlthoughItsFirstWindowIsOfAnother) {
+TEST_P(AccessibilityListeningTest, APlayerThatHangsIsAskedOnceAlthoughItsFirstWindowIsOfAnother) {
   FakeProgramProcess other(bus, program);
   object(0).busOfFirstChild = other.busName();
   for (int i = 0; i < 5; ++i) object(0).children.push_back(1);
@@ -42,7 +48,7 @@ TEST_F(AccessibilityListeningTest, APlayerThatHangsIsAskedOnceAlthoughItsFirstWi
   EXPECT_EQ(player->counts().all, before + 1);
 }
 
-TEST_F(AccessibilityListeningTest, AFloodOfSignalsOutlastsNoReadingAndHidesNoChange) {
+TEST_P(AccessibilityListeningTest, AFloodOfSignalsOutlastsNoReadingAndHidesNoChange) {
   start(program);
   readTexts();
   object(rows[1]).name = "after the flood";
@@ -53,7 +59,7 @@ TEST_F(AccessibilityListeningTest, AFloodOfSignalsOutlastsNoReadingAndHidesNoCha
 }
 
 // Or they would gather at the bus: what is not read is not taken in.
-TEST_F(AccessibilityListeningTest, APlayerThatHangsIsNoLongerHeardUntilItIsReadAgain) {
+TEST_P(AccessibilityListeningTest, APlayerThatHangsIsNoLongerHeardUntilItIsReadAgain) {
   accessibility = makeLinuxAccessibility();
   start(program);
   readTexts();
@@ -68,7 +74,7 @@ TEST_F(AccessibilityListeningTest, APlayerThatHangsIsNoLongerHeardUntilItIsReadA
   EXPECT_EQ(bus.matchRules(player->busName()), 6U);
 }
 
-TEST_F(AccessibilityListeningTest, SubscriptionsDoNotAddUp) {
+TEST_P(AccessibilityListeningTest, SubscriptionsDoNotAddUp) {
   accessibility = makeLinuxAccessibility(std::chrono::milliseconds(1));
   start(program);
   for (int i = 0; i < 20; ++i) readTexts();
@@ -76,7 +82,7 @@ TEST_F(AccessibilityListeningTest, SubscriptionsDoNotAddUp) {
 }
 
 // Signals wait at the bus for as long as nobody reads.
-TEST_F(AccessibilityListeningTest, AConnectionThatRestsIsClosedAndTheNextReadingHasAnother) {
+TEST_P(AccessibilityListeningTest, AConnectionThatRestsIsClosedAndTheNextReadingHasAnother) {
   start(program);
   const std::size_t before = bus.connections();
   readTexts();
@@ -89,7 +95,7 @@ TEST_F(AccessibilityListeningTest, AConnectionThatRestsIsClosedAndTheNextReading
   EXPECT_THAT(readTexts(), ElementsAre("row 0", "other", "row 2"));
 }
 
-TEST_F(AccessibilityListeningTest, AConnectionInUseIsNotClosed) {
+TEST_P(AccessibilityListeningTest, AConnectionInUseIsNotClosed) {
   start(program);
   readTexts();
   const std::size_t made = bus.connectionsMade();

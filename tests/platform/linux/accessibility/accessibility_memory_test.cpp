@@ -12,11 +12,17 @@ namespace {
 
 using testing::ElementsAre;
 
-class AccessibilityMemoryTest : public MemoryFixture {};
+class AccessibilityMemoryTest : public MemoryFixture, public testing::WithParamInterface<OwnBus> {
+ protected:
+  AccessibilityMemoryTest() { ownBus = GetParam(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Ways, AccessibilityMemoryTest, testing::Values(OwnBus::missing, OwnBus::open),
+                         nameOfWay);
 
 constexpr int stateAndFrames = 5;  // the window's state, its frame and those of three rows
 
-TEST_F(AccessibilityMemoryTest, LaterReadingsAskForStatesAndFramesOnly) {
+TEST_P(AccessibilityMemoryTest, LaterReadingsAskForStatesAndFramesOnly) {
   start(program);
   EXPECT_GT(questions(), 20);
   const CallCounts& counts = player->counts();
@@ -25,7 +31,7 @@ TEST_F(AccessibilityMemoryTest, LaterReadingsAskForStatesAndFramesOnly) {
   EXPECT_EQ(counts.getAll + counts.role + counts.children + counts.get, all);
 }
 
-TEST_F(AccessibilityMemoryTest, ASignalledChangeIsSeenByTheNextReading) {
+TEST_P(AccessibilityMemoryTest, ASignalledChangeIsSeenByTheNextReading) {
   start(program);
   EXPECT_THAT(readTexts(), ElementsAre("row 0", "row 1", "row 2"));
   change(
@@ -44,7 +50,7 @@ TEST_F(AccessibilityMemoryTest, ASignalledChangeIsSeenByTheNextReading) {
   EXPECT_EQ(readRows(2).title, "");
 }
 
-TEST_F(AccessibilityMemoryTest, AChangedObjectIsAskedAgainWithThoseAroundItAndNoOthers) {
+TEST_P(AccessibilityMemoryTest, AChangedObjectIsAskedAgainWithThoseAroundItAndNoOthers) {
   start(program);
   readTexts();
   readTexts();
@@ -59,7 +65,7 @@ TEST_F(AccessibilityMemoryTest, AChangedObjectIsAskedAgainWithThoseAroundItAndNo
   EXPECT_EQ(player->counts().children - children, 0);
 }
 
-TEST_F(AccessibilityMemoryTest, AButtonThatIsNamedAfterItsLabelIsReadAgainWhenTheLabelChanges) {
+TEST_P(AccessibilityMemoryTest, AButtonThatIsNamedAfterItsLabelIsReadAgainWhenTheLabelChanges) {
   start(program);
   readTexts();
   change(rows[1], [](FakeAccessible& row) { row.name = "as its label"; });
@@ -68,7 +74,7 @@ TEST_F(AccessibilityMemoryTest, AButtonThatIsNamedAfterItsLabelIsReadAgainWhenTh
   EXPECT_THAT(readTexts(), ElementsAre("row 0", "as its label", "row 2"));
 }
 
-TEST_F(AccessibilityMemoryTest, AChangedListIsSeenByTheNextReading) {
+TEST_P(AccessibilityMemoryTest, AChangedListIsSeenByTheNextReading) {
   start(program);
   readTexts();
   change(
@@ -83,7 +89,7 @@ TEST_F(AccessibilityMemoryTest, AChangedListIsSeenByTheNextReading) {
   EXPECT_THAT(texts(readRows(2)), ElementsAre("row 1", "spare"));
 }
 
-TEST_F(AccessibilityMemoryTest, AnotherWindowIsSeenByTheNextReading) {
+TEST_P(AccessibilityMemoryTest, AnotherWindowIsSeenByTheNextReading) {
   const auto second = add(program, 0, program.objects[1]);
   object(second).children = {spare};
   object(0).children = {1};
@@ -94,7 +100,7 @@ TEST_F(AccessibilityMemoryTest, AnotherWindowIsSeenByTheNextReading) {
   EXPECT_THAT(texts(readRows(1)), ElementsAre("spare"));
 }
 
-TEST_F(AccessibilityMemoryTest, AChangeOfAnObjectThatWasNotMetPutsEverythingInDoubt) {
+TEST_P(AccessibilityMemoryTest, AChangeOfAnObjectThatWasNotMetPutsEverythingInDoubt) {
   start(program);
   readTexts();
   const int whole = questions() + 3 * 6;  // three questions for most of the objects
@@ -103,7 +109,7 @@ TEST_F(AccessibilityMemoryTest, AChangeOfAnObjectThatWasNotMetPutsEverythingInDo
   EXPECT_GT(questions(), whole);
 }
 
-TEST_F(AccessibilityMemoryTest, WhatAProgramDoesNotSignalIsSeenWithinAWhile) {
+TEST_P(AccessibilityMemoryTest, WhatAProgramDoesNotSignalIsSeenWithinAWhile) {
   accessibility = makeLinuxAccessibility();
   start(program);
   readTexts();
@@ -111,7 +117,7 @@ TEST_F(AccessibilityMemoryTest, WhatAProgramDoesNotSignalIsSeenWithinAWhile) {
   EXPECT_TRUE(eventually([&] { return readTexts()[1] == "other"; }));
 }
 
-TEST_F(AccessibilityMemoryTest, OfAProgramThatTellsNobodyNothingIsRemembered) {
+TEST_P(AccessibilityMemoryTest, OfAProgramThatTellsNobodyNothingIsRemembered) {
   program.tellsNobody = true;
   start(program);
   readTexts();
@@ -119,7 +125,7 @@ TEST_F(AccessibilityMemoryTest, OfAProgramThatTellsNobodyNothingIsRemembered) {
   EXPECT_THAT(readTexts(), ElementsAre("row 0", "other", "row 2"));
 }
 
-TEST_F(AccessibilityMemoryTest, OfOtherToolkitsNothingIsRemembered) {
+TEST_P(AccessibilityMemoryTest, OfOtherToolkitsNothingIsRemembered) {
   for (const char* toolkit : {"GTK", "Qt", "Chromium", ""}) {
     program.toolkit = toolkit;
     start(program);
@@ -131,7 +137,7 @@ TEST_F(AccessibilityMemoryTest, OfOtherToolkitsNothingIsRemembered) {
   }
 }
 
-TEST_F(AccessibilityMemoryTest, WhatABusRefusesToTellIsNotRemembered) {
+TEST_P(AccessibilityMemoryTest, WhatABusRefusesToTellIsNotRemembered) {
   const PrivateBus strict("<limit name=\"max_match_rules_per_connection\">4</limit>");
   const auto itsServices = startServices(strict, {true, strict.address()});
   FakeProgramProcess itsPlayer(strict, program);
@@ -150,7 +156,7 @@ TEST_F(AccessibilityMemoryTest, WhatABusRefusesToTellIsNotRemembered) {
 }
 
 // GTK's tree views signal nothing of what is in them.
-TEST_F(AccessibilityMemoryTest, WhatIsInTablesAndTreesIsAskedEachTime) {
+TEST_P(AccessibilityMemoryTest, WhatIsInTablesAndTreesIsAskedEachTime) {
   for (const std::uint32_t role : {55U, 65U, 66U}) {  // AtspiRole: table, tree, tree table
     object(box).role = role;
     start(program);
@@ -165,7 +171,7 @@ TEST_F(AccessibilityMemoryTest, WhatIsInTablesAndTreesIsAskedEachTime) {
 }
 
 // GTK's list boxes do not signal which rows they have; the rows signal what they are.
-TEST_F(AccessibilityMemoryTest, AListBoxIsAskedEachTimeWhichRowsItHasAndTheRowsAreRemembered) {
+TEST_P(AccessibilityMemoryTest, AListBoxIsAskedEachTimeWhichRowsItHasAndTheRowsAreRemembered) {
   object(box).role = 98;  // AtspiRole: list box
   start(program);
   readTexts();
@@ -177,7 +183,7 @@ TEST_F(AccessibilityMemoryTest, AListBoxIsAskedEachTimeWhichRowsItHasAndTheRowsA
   EXPECT_THAT(texts(readRows(2)), ElementsAre("other", "spare"));
 }
 
-TEST_F(AccessibilityMemoryTest, ObjectsOfAnotherProgramAreAskedEachTime) {
+TEST_P(AccessibilityMemoryTest, ObjectsOfAnotherProgramAreAskedEachTime) {
   FakeProgramProcess other(bus, program);
   object(box).busOfFirstChild = other.busName();
   start(program);
@@ -186,7 +192,7 @@ TEST_F(AccessibilityMemoryTest, ObjectsOfAnotherProgramAreAskedEachTime) {
   EXPECT_THAT(readTexts(), ElementsAre("other", "row 1", "row 2"));
 }
 
-TEST_F(AccessibilityMemoryTest, WhatWasNotAnsweredIsAskedAgain) {
+TEST_P(AccessibilityMemoryTest, WhatWasNotAnsweredIsAskedAgain) {
   object(rows[1]).answersWrongTypes = true;
   start(program);
   EXPECT_THAT(texts(readRows(2)), ElementsAre("row 0", "row 2"));
@@ -194,7 +200,7 @@ TEST_F(AccessibilityMemoryTest, WhatWasNotAnsweredIsAskedAgain) {
   EXPECT_THAT(readTexts(), ElementsAre("row 0", "row 1", "row 2"));
 }
 
-TEST_F(AccessibilityMemoryTest, AListOfWhichOnlyAPartWasAnsweredIsAskedAgain) {
+TEST_P(AccessibilityMemoryTest, AListOfWhichOnlyAPartWasAnsweredIsAskedAgain) {
   object(box).children.clear();
   object(box).copies = 1000;
   object(box).copyOf = spare;
@@ -205,7 +211,7 @@ TEST_F(AccessibilityMemoryTest, AListOfWhichOnlyAPartWasAnsweredIsAskedAgain) {
   readRows(697);  // 700 elements: window, title, box and its rows but the last ones
 }
 
-TEST_F(AccessibilityMemoryTest, AProgramThatWasSlowToTellIsRememberedLater) {
+TEST_P(AccessibilityMemoryTest, AProgramThatWasSlowToTellIsRememberedLater) {
   accessibility = makeLinuxAccessibility();
   program.stopsAfter = 1;  // the question before the one that it does not answer in time
   start(program);
@@ -214,7 +220,7 @@ TEST_F(AccessibilityMemoryTest, AProgramThatWasSlowToTellIsRememberedLater) {
   EXPECT_TRUE(eventually([&] { return questions() == stateAndFrames; }));
 }
 
-TEST_F(AccessibilityMemoryTest, AProgramThatLeavesTheRegistryIsNoLongerReadAfterAWhile) {
+TEST_P(AccessibilityMemoryTest, AProgramThatLeavesTheRegistryIsNoLongerReadAfterAWhile) {
   accessibility = makeLinuxAccessibility();
   start(program);
   readTexts();
@@ -223,7 +229,7 @@ TEST_F(AccessibilityMemoryTest, AProgramThatLeavesTheRegistryIsNoLongerReadAfter
   EXPECT_TRUE(eventually([&] { return !read().has_value(); }));
 }
 
-TEST_F(AccessibilityMemoryTest, AProgramInThePlaceOfAnotherIsReadAfresh) {
+TEST_P(AccessibilityMemoryTest, AProgramInThePlaceOfAnotherIsReadAfresh) {
   start(program);
   readTexts();
   const pid_t gone = player->pid();
@@ -234,7 +240,7 @@ TEST_F(AccessibilityMemoryTest, AProgramInThePlaceOfAnotherIsReadAfresh) {
   EXPECT_THAT(readTexts(), ElementsAre("row 0", "after the restart", "row 2"));
 }
 
-TEST_F(AccessibilityMemoryTest, SwitchingAccessibilityOffEndsWhatIsRemembered) {
+TEST_P(AccessibilityMemoryTest, SwitchingAccessibilityOffEndsWhatIsRemembered) {
   start(program);
   readTexts();
   setEnabled(bus, false);
@@ -245,7 +251,7 @@ TEST_F(AccessibilityMemoryTest, SwitchingAccessibilityOffEndsWhatIsRemembered) {
 
 // Random changes, each signalled as GTK would, and after each the reading that remembers beside one
 // that cannot.
-TEST_F(AccessibilityMemoryTest, ReadingsAfterAnyChangesAreThoseWithoutMemory) {
+TEST_P(AccessibilityMemoryTest, ReadingsAfterAnyChangesAreThoseWithoutMemory) {
   std::mt19937 random(7);
   const auto below = [&](std::size_t limit) { return static_cast<std::size_t>(random() % limit); };
   const auto forgetful = makeLinuxAccessibility(std::chrono::seconds(0));

@@ -14,8 +14,10 @@ namespace {
 using std::chrono::milliseconds;
 using testing::ElementsAre;
 
-class AccessibilitySlowTest : public ReadingFixture {
+class AccessibilitySlowTest : public ReadingFixture, public testing::WithParamInterface<OwnBus> {
  protected:
+  AccessibilitySlowTest() { ownBus = GetParam(); }
+
   // A player that was read while it was quick. With or without a memory of it.
   void follow(const std::string& toolkit = "gtk") {
     FakeProgram program = programWithRows(3);
@@ -29,20 +31,23 @@ class AccessibilitySlowTest : public ReadingFixture {
   }
 };
 
-TEST_F(AccessibilitySlowTest, RowsOfAPlayerThatAnswersAfterATenthOfASecondAreRead) {
+INSTANTIATE_TEST_SUITE_P(Ways, AccessibilitySlowTest,
+                         testing::Values(OwnBus::missing, OwnBus::open), nameOfWay);
+
+TEST_P(AccessibilitySlowTest, RowsOfAPlayerThatAnswersAfterATenthOfASecondAreRead) {
   follow();
   paintFor(milliseconds(100));
   EXPECT_THAT(texts(readRows(3)), ElementsAre("row 0", "row 1", "row 2"));
 }
 
-TEST_F(AccessibilitySlowTest, RowsOfAPlayerThatAnswersAfterAQuarterOfASecondAreRead) {
+TEST_P(AccessibilitySlowTest, RowsOfAPlayerThatAnswersAfterAQuarterOfASecondAreRead) {
   follow();
   paintFor(milliseconds(250));
   EXPECT_THAT(texts(readRows(3)), ElementsAre("row 0", "row 1", "row 2"));
 }
 
 // It could not tell everything again in time.
-TEST_F(AccessibilitySlowTest, WhatIsTooOldIsAskedAgainOnceThePlayerIsQuick) {
+TEST_P(AccessibilitySlowTest, WhatIsTooOldIsAskedAgainOnceThePlayerIsQuick) {
   accessibility = makeLinuxAccessibility(milliseconds(1));
   start(programWithRows(1));
   readRows(1);
@@ -62,7 +67,7 @@ TEST_F(AccessibilitySlowTest, WhatIsTooOldIsAskedAgainOnceThePlayerIsQuick) {
 }
 
 // Its windows are to be listed again, which must not take long, so it is first awaited.
-TEST_F(AccessibilitySlowTest, APlayerThatPaintsAsAReadingBeginsIsReadWhenItIsDone) {
+TEST_P(AccessibilitySlowTest, APlayerThatPaintsAsAReadingBeginsIsReadWhenItIsDone) {
   accessibility = makeLinuxAccessibility(milliseconds(1));
   for (const char* toolkit : {"gtk", "Qt"}) {
     follow(toolkit);
@@ -80,7 +85,7 @@ TEST_F(AccessibilitySlowTest, APlayerThatPaintsAsAReadingBeginsIsReadWhenItIsDon
 }
 
 // Only the list of windows is asked of the program as a whole.
-TEST_F(AccessibilitySlowTest, TheTimeForTheListOfWindowsDoesNotBindWhatIsInThem) {
+TEST_P(AccessibilitySlowTest, TheTimeForTheListOfWindowsDoesNotBindWhatIsInThem) {
   for (const char* toolkit : {"gtk", "Qt"}) {
     start([&] {
       FakeProgram program = programWithRows(0);
@@ -97,7 +102,7 @@ TEST_F(AccessibilitySlowTest, TheTimeForTheListOfWindowsDoesNotBindWhatIsInThem)
   }
 }
 
-TEST_F(AccessibilitySlowTest, AWindowsListThatComesTooLateIsNoList) {
+TEST_P(AccessibilitySlowTest, AWindowsListThatComesTooLateIsNoList) {
   for (const char* toolkit : {"gtk", "Qt"}) {
     FakeProgram program = programWithRows(3);
     program.toolkit = toolkit;
@@ -107,7 +112,7 @@ TEST_F(AccessibilitySlowTest, AWindowsListThatComesTooLateIsNoList) {
   }
 }
 
-TEST_F(AccessibilitySlowTest, APlayerThatWasSlowIsReadOnceItIsQuick) {
+TEST_P(AccessibilitySlowTest, APlayerThatWasSlowIsReadOnceItIsQuick) {
   for (const char* toolkit : {"gtk", "Qt"}) {
     for (const int time : {90, 200, 290, 310, 600}) {
       follow(toolkit);
@@ -119,7 +124,7 @@ TEST_F(AccessibilitySlowTest, APlayerThatWasSlowIsReadOnceItIsQuick) {
   }
 }
 
-TEST_F(AccessibilitySlowTest, AReadingDoesNotWaitForAPlayerThatPaintsForAMinute) {
+TEST_P(AccessibilitySlowTest, AReadingDoesNotWaitForAPlayerThatPaintsForAMinute) {
   for (const char* toolkit : {"gtk", "Qt"}) {
     follow(toolkit);
     paintFor(std::chrono::minutes(1));

@@ -45,12 +45,25 @@ struct FakeMedia {
   std::string status = "Playing";
 };
 
+// The bus of its own that a program tells of when it is asked.
+enum class OwnBus {
+  missing,  // there is nothing where it says
+  open,     // as programs of GTK 3 have it
+  mute,     // nobody takes up connections, and so nobody answers
+  // As `open`, and when `CallCounts::ownBusIsOver` says so:
+  ends,     // it closes its connections
+  babbles,  // the same, but with words of no meaning first
+  hangs,    // it answers no more
+};
+
 // A program with a tree; its first object is the root, whose children are the windows.
 struct FakeProgram {
   std::vector<FakeAccessible> objects;
   std::string toolkit = "gtk";
   // Whether it is asked for its own bus in vain, and so has nobody whom it would signal changes.
   bool tellsNobody = false;
+  OwnBus ownBus = OwnBus::missing;
+  std::optional<std::string> ownAddress{};  // that it tells in place of the right one
   bool hasCollection = false;                // answers org.a11y.atspi.Collection
   std::map<std::string, FakeMedia> media{};  // by the names after "org.mpris.MediaPlayer2."
   int microsecondsPerCall = 0;

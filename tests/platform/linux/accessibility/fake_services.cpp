@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "platform/linux/accessibility/bus_handles.h"
+#include "platform/linux/accessibility/fake_own_bus.h"
 #include "platform/linux/accessibility/fake_page.h"
 #include "platform/linux/accessibility/fake_session.h"
 
@@ -39,15 +40,21 @@ BusPtr openClient(const std::string& address) {
   return bus;
 }
 
-[[noreturn]] void serve(
-    sd_bus* bus, const std::function<void()>& beforeTurn = [] {}) {
+[[noreturn]] void serve(sd_bus* bus) {
   for (;;) {
     const int result = sd_bus_process(bus, nullptr);
     if (result < 0) _exit(0);
-    if (result == 0) {
-      sd_bus_wait(bus, UINT64_MAX);
-      beforeTurn();
-    }
+    if (result == 0) sd_bus_wait(bus, UINT64_MAX);
+  }
+}
+
+[[noreturn]] void serve(sd_bus* bus, FakeOwnBus& own, const std::function<void()>& beforeTurn) {
+  for (;;) {
+    const int result = sd_bus_process(bus, nullptr);
+    if (result < 0) _exit(0);
+    if (own.process() || result > 0) continue;
+    own.wait(bus);
+    beforeTurn();
   }
 }
 
@@ -114,7 +121,12 @@ int onServiceCall(sd_bus_message* call, void* data, sd_bus_error*) {
 class ProgramServer {
  public:
   ProgramServer(const FakeProgram& program, CallCounts& counts, sd_bus* bus)
-      : program_(program), counts_(counts), bus_(bus) {}
+      : program_(program),
+        counts_(counts),
+        bus_(bus),
+        own_(program, counts, &ProgramServer::onCall, this) {}
+
+  FakeOwnBus& ownBus() { return own_; }
 
   static int onCall(sd_bus_message* call, void* data, sd_bus_error*) {
     std::uint8_t type = 0;
@@ -149,6 +161,10 @@ class ProgramServer {
     if (sd_bus_message_get_path(call) != std::string_view(rootPath)) {
       pause(counts_.microsecondsBelowRoot);
     }
+    if (own_.isHere(call)) {
+      ++counts_.direct;
+      if (is(call, "GetState")) ++counts_.directStates;
+    }
     if (is(call, "Change")) return change(call);
     if (is(call, "Put")) return takeObject(call, program_);
     if (is(call, "Play")) return takeMedia(bus_, call, program_);
@@ -172,7 +188,7 @@ class ProgramServer {
     if (is(call, "Get")) return answerOne(call, *found);
     if (is(call, "GetRole")) return sd_bus_reply_method_return(call, "u", found->role);
     if (is(call, "GetApplicationBusAddress") && !program_.tellsNobody) {
-      return sd_bus_reply_method_return(call, "s", "unix:path=/nonexistent/bus");
+      return sd_bus_reply_method_return(call, "s", own_.address().c_str());
     }
     if (is(call, "GetChildren")) return answerChildren(call, *found);
     if (is(call, "GetChildAtIndex")) return answerChild(call, *found);
@@ -329,6 +345,7 @@ class ProgramServer {
   FakeProgram program_;
   CallCounts& counts_;
   sd_bus* bus_;
+  FakeOwnBus own_;
 };
 
 }  // namespace
@@ -363,7 +380,8 @@ FakeProgramProcess::FakeProgramProcess(const PrivateBus& bus, const FakeProgram&
          "Embed");
     for (const auto& [name, media] : program.media) ownMedia(connection.get(), name);
     ready();
-    serve(connection.get(), [this] { pause(counts_->microsecondsBetweenTurns); });
+    serve(connection.get(), server.ownBus(),
+          [this] { pause(counts_->microsecondsBetweenTurns); });
   });
 }
 

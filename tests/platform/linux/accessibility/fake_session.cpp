@@ -137,7 +137,21 @@ PrivateBus::PrivateBus(const std::string& limits) {
     waitpid(daemon, nullptr, 0);
   });
   setenv("DBUS_SESSION_BUS_ADDRESS", address_.c_str(), 1);
+  const BusPtr bus = connect(*this);
+  sd_bus_message* answer = nullptr;
+  sd_bus_call_method(bus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                     "org.freedesktop.DBus", "GetConnectionUnixProcessID", nullptr, &answer, "s",
+                     "org.freedesktop.DBus");
+  const BusMessagePtr reply(answer);
+  std::uint32_t process = 0;
+  if (reply && sd_bus_message_read(reply.get(), "u", &process) > 0) {
+    daemonProcess_ = static_cast<pid_t>(process);
+  }
 }
+
+void PrivateBus::stop() const { ::kill(daemonProcess_, SIGSTOP); }
+
+void PrivateBus::resume() const { ::kill(daemonProcess_, SIGCONT); }
 
 PrivateBus::~PrivateBus() {
   daemon_.reset();

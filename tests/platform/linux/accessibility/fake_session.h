@@ -46,6 +46,10 @@ class PrivateBus {
   PrivateBus& operator=(const PrivateBus&) = delete;
 
   const std::string& address() const { return address_; }
+  // SIGSTOP and SIGCONT for the daemon.
+  void stop() const;
+  void resume() const;
+
   // Programs connected at present, the one that asks left out.
   std::size_t connections() const;
   // Programs that have connected so far, the one that asks among them.
@@ -57,6 +61,7 @@ class PrivateBus {
   std::string folder_;
   std::string address_;
   std::unique_ptr<ChildProcess> daemon_;
+  pid_t daemonProcess_ = -1;
 };
 
 // What the session's accessibility services are: org.a11y.Bus and the registry of programs.
@@ -75,6 +80,9 @@ bool isEnabled(const PrivateBus& bus);
 struct CallCounts {
   std::atomic<int> all, getAll, get, role, children, childAtIndex, states, extents, busAddress;
   std::atomic<int> attributes, matches;
+  // Over its own bus: calls, those for states among them, and connections that were made to it.
+  std::atomic<int> direct, directStates, links;
+  std::atomic<bool> ownBusIsOver;
   char busName[32];  // its unique name, written before it is ready
   // How the program is slow from now on. It takes in what it is asked only so often, as one that
   // paints in between; and it takes that long over each question to an object below its root.

@@ -26,6 +26,11 @@ inline constexpr std::uint32_t scrollPane = 49;
 inline constexpr std::uint32_t window = 69;  // of GTK, one that pops up
 }  // namespace FakeRole
 
+// For tests that are run with the accessibility bus alone, and with a program's own beside it.
+inline std::string nameOfWay(const testing::TestParamInfo<OwnBus>& way) {
+  return way.param == OwnBus::open ? "OwnBus" : "BusAlone";
+}
+
 // A session with its services, and the reading of a fake program's windows.
 class ReadingFixture : public testing::Test {
  protected:
@@ -53,7 +58,8 @@ class ReadingFixture : public testing::Test {
     return program.objects.size() - 1;
   }
 
-  void start(const FakeProgram& program) {
+  void start(FakeProgram program) {
+    if (program.ownBus == OwnBus::missing && !program.ownAddress) program.ownBus = ownBus;
     player = std::make_unique<FakeProgramProcess>(bus, program);
   }
 
@@ -76,7 +82,16 @@ class ReadingFixture : public testing::Test {
     EXPECT_TRUE(layout.has_value());
     MusicLayout whole = layout.value_or(MusicLayout());
     EXPECT_EQ(whole.rows.size(), count);
+    awaitLink();
     return whole;
+  }
+
+  // Once for each player that has a bus of its own: reads on until that is asked, too. A player
+  // whose changes are not followed is not asked there.
+  void awaitLink() {
+    if (ownBus != OwnBus::open || linked == player->pid()) return;
+    linked = player->pid();
+    for (int i = 0; i < mostUntilLinked && player->counts().direct < 2; ++i) read();
   }
 
   static std::vector<std::string> texts(const MusicLayout& layout) {
@@ -103,6 +118,9 @@ class ReadingFixture : public testing::Test {
     return true;
   }
 
+  static constexpr int mostUntilLinked = 10;
+  OwnBus ownBus = OwnBus::missing;  // of the programs that are started
+  pid_t linked = -1;
   PrivateBus bus;
   std::unique_ptr<ChildProcess> services = startServices(bus, {true, bus.address()});
   std::unique_ptr<FakeProgramProcess> player;
