@@ -204,6 +204,7 @@ void BusConnection::endDirectLink() {
 
 void BusConnection::allowDirect(bool isAllowed) {
   allowsDirect_ = isAllowed;
+  dropTold();
   const auto silent = silent_.find(directPeer_);
   if (isAllowed || silent == silent_.end() || !silent->second->isDirect) return;
   isProven_ = false;

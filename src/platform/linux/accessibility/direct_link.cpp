@@ -71,7 +71,8 @@ class Socket {
     if (number_ < 0 || name.size() >= sizeof(address.sun_path)) return false;
     std::memcpy(address.sun_path, name.data(), name.size());
     // An abstract name has no end but the address's.
-    const auto size = offsetof(sockaddr_un, sun_path) + name.size() + (name.front() != '\0' ? 1 : 0);
+    const auto size =
+        offsetof(sockaddr_un, sun_path) + name.size() + (name.front() != '\0' ? 1 : 0);
     return connect(number_, reinterpret_cast<const sockaddr*>(&address),
                    static_cast<socklen_t>(size)) == 0;
   }

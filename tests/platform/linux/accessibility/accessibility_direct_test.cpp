@@ -79,7 +79,7 @@ TEST_F(AccessibilityDirectTest, WhatIsInAWindowIsAskedDirectlyAndItsStateOverThe
     const int all = counts().all;
     const int direct = counts().direct;
     readTexts();
-    EXPECT_EQ(counts().all - all, 5);        // the window's state, its frame and those of three rows
+    EXPECT_EQ(counts().all - all, 5);  // the window's state, its frame and those of three rows
     EXPECT_EQ(counts().direct - direct, 4);  // all but the state
   }
   EXPECT_EQ(counts().directStates, 0);
@@ -168,9 +168,9 @@ TEST_F(AccessibilityDirectTest, ASocketOfAnotherProcessIsSentNothing) {
 TEST_F(AccessibilityDirectTest, AnAddressMayBeEscapedAndHaveAnIdentifier) {
   start(program);
   const std::string pid = std::to_string(player->pid());
-  EXPECT_NE(openDirectLink(ownAddress(*player) + ",guid=00112233445566778899aabbccddeeff",
-                           player->pid()),
-            nullptr);
+  EXPECT_NE(
+      openDirectLink(ownAddress(*player) + ",guid=00112233445566778899aabbccddeeff", player->pid()),
+      nullptr);
   EXPECT_NE(openDirectLink("unix:abstract=vellora%2down%2Dbus-" + pid, player->pid()), nullptr);
   EXPECT_EQ(openDirectLink(ownAddress(*player), getpid()), nullptr);
   EXPECT_EQ(openDirectLink(ownAddress(*player), 0), nullptr);

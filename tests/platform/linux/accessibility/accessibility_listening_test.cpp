@@ -12,13 +12,14 @@ namespace {
 
 using testing::ElementsAre;
 
-class AccessibilityListeningTest : public MemoryFixture, public testing::WithParamInterface<OwnBus> {
+class AccessibilityListeningTest : public MemoryFixture,
+                                   public testing::WithParamInterface<OwnBus> {
  protected:
   AccessibilityListeningTest() { ownBus = GetParam(); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Ways, AccessibilityListeningTest, testing::Values(OwnBus::missing, OwnBus::open),
-                         nameOfWay);
+INSTANTIATE_TEST_SUITE_P(Ways, AccessibilityListeningTest,
+                         testing::Values(OwnBus::missing, OwnBus::open), nameOfWay);
 
 TEST_P(AccessibilityListeningTest, APlayerThatHangsIsAskedOnceAlthoughOthersAreReadMeanwhile) {
   start(program);

@@ -17,8 +17,8 @@ class AccessibilityMemoryTest : public MemoryFixture, public testing::WithParamI
   AccessibilityMemoryTest() { ownBus = GetParam(); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Ways, AccessibilityMemoryTest, testing::Values(OwnBus::missing, OwnBus::open),
-                         nameOfWay);
+INSTANTIATE_TEST_SUITE_P(Ways, AccessibilityMemoryTest,
+                         testing::Values(OwnBus::missing, OwnBus::open), nameOfWay);
 
 constexpr int stateAndFrames = 5;  // the window's state, its frame and those of three rows
 
@@ -296,6 +296,7 @@ TEST_P(AccessibilityMemoryTest, ReadingsAfterAnyChangesAreThoseWithoutMemory) {
     };
     ASSERT_TRUE(eventually(same)) << i;  // one of the two may have been cut short
   }
+  EXPECT_EQ(player->counts().direct > 0, GetParam() == OwnBus::open);
 }
 
 }  // namespace

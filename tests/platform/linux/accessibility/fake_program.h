@@ -63,7 +63,7 @@ struct FakeProgram {
   // Whether it is asked for its own bus in vain, and so has nobody whom it would signal changes.
   bool tellsNobody = false;
   OwnBus ownBus = OwnBus::missing;
-  std::optional<std::string> ownAddress{};  // that it tells in place of the right one
+  std::optional<std::string> ownAddress{};   // that it tells in place of the right one
   bool hasCollection = false;                // answers org.a11y.atspi.Collection
   std::map<std::string, FakeMedia> media{};  // by the names after "org.mpris.MediaPlayer2."
   int microsecondsPerCall = 0;

@@ -380,8 +380,7 @@ FakeProgramProcess::FakeProgramProcess(const PrivateBus& bus, const FakeProgram&
          "Embed");
     for (const auto& [name, media] : program.media) ownMedia(connection.get(), name);
     ready();
-    serve(connection.get(), server.ownBus(),
-          [this] { pause(counts_->microsecondsBetweenTurns); });
+    serve(connection.get(), server.ownBus(), [this] { pause(counts_->microsecondsBetweenTurns); });
   });
 }
 
