@@ -38,10 +38,10 @@ packages_wayland=(sway kwin-wayland mutter grim xwayland x11-xserver-utils)
 # page's player shows itself only where its sound can be played. About 200 MB to download.
 packages_browsers=(chromium firefox-esr pulseaudio)
 
-# The last line: programs that the overlay is metered beside, and what runs the meter.
+# The last line: programs that the overlay is metered beside, what runs the meter, and what draws plots.
 packages_bench=(
   libbenchmark-dev libopencv-dev libatspi2.0-dev libx11-dev libxdamage-dev strace
-  conky-std dunst python3
+  conky-std dunst python3 gnuplot-nox
 )
 
 # For scripts/fuzz.
