@@ -18,6 +18,7 @@
 #include "music/lyrics_layout_reader.h"
 #include "platform/linux/accessibility/linux_accessibility.h"
 #include "platform/system_clock.h"
+#include "wire_floor.h"
 
 namespace {
 
@@ -181,6 +182,19 @@ void walkWithLibatspi(benchmark::State& state, pid_t pid) {
   g_object_unref(program);
 }
 
+// The messages of the cold walk alone: to the window itself, and to a process that has no window.
+void askTheSame(benchmark::State& state, sd_bus* bus, const wire::Objects* objects, pid_t pid) {
+  const double before = processorTime(pid);
+  for (auto _ : state) {
+    if (!wire::askAll(bus, *objects)) {
+      state.SkipWithError("not all was answered");
+      return;
+    }
+  }
+  state.counters["player_ms"] =
+      benchmark::Counter((processorTime(pid) - before) * 1e3, benchmark::Counter::kAvgIterations);
+}
+
 bool switchOnAccessibility() {
   const auto accessibility = makeLinuxAccessibility();
   if (accessibility->isTrusted()) return true;
@@ -240,6 +254,17 @@ int main(int argc, char** argv) {
       benchmark::RegisterBenchmark("walk_700_elements_remembered", walkOverTheSeam, whole,
                                    std::chrono::hours(1)),
       benchmark::RegisterBenchmark("walk_700_elements_libatspi", walkWithLibatspi, whole->pid())};
+  const wire::BusPtr direct = wire::connectDirectly(whole->pid());
+  const wire::Objects objects = direct ? wire::objectsOf(direct.get()) : wire::Objects{};
+  const wire::EmptyPeer emptyPeer;
+  if (objects.all.size() == elementBudget) {
+    registered.push_back(benchmark::RegisterBenchmark("same_messages_to_the_window", askTheSame,
+                                                      direct.get(), &objects, whole->pid()));
+    registered.push_back(benchmark::RegisterBenchmark("same_messages_to_an_empty_peer", askTheSame,
+                                                      emptyPeer.bus(), &objects, emptyPeer.pid()));
+  } else {
+    std::fprintf(stderr, "over its own bus the window has %zu elements\n", objects.all.size());
+  }
   for (std::size_t i = 1; i < windows.size(); ++i) {
     const std::string name = "read_rows_in_view:" + std::to_string(windows[i]->rows());
     registered.push_back(benchmark::RegisterBenchmark(name.c_str(), walkOverTheSeam,

@@ -88,6 +88,16 @@ def walk(figures, _):
                      *(held(ratio, limit, shown) if limit else ["", ""])])
     text = [table(["walk of 700 elements", "nothing remembered", "all but frames remembered",
                    "libatspi", "first ÷ last", "limit", "holds"], rows)]
+    floors = [("the same messages to the same window, answers thrown away", "same_messages_to_the_window", ""),
+              ("the same messages to an empty peer: the wire", "same_messages_to_an_empty_peer", "1.15")]
+    rows = []
+    for what, name, shown in floors:
+        ratio = figures.ratio(whole, name, "real_time")
+        rows.append([what, spread(figures.values(name, "real_time")), spread(figures.values(name)),
+                     spread([value * 1e-3 for value in figures.values(name, "player_ms")]), number(ratio),
+                     *(held(ratio, 1.15, shown) if shown else ["", ""])])
+    text.append(table(["floors, over a private connection", "wall time", "the asker's CPU time",
+                       "the answerer's CPU time", "the walk ÷ this", "limit", "holds"], rows))
     names = [f"read_rows_in_view:{rows}" for rows in (15, 60, 150, 300)]
     text.append(table(["a reading, so many rows in view", "wall time", "the reader's CPU time",
                        "the player's CPU time"],

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+#include <systemd/sd-bus.h>
+
+// What the messages of a cold walk cost by themselves: the same questions, as many under way at
+// once, to whoever is on the other side of a private connection, and answers that are thrown away.
+namespace vellora::wire {
+
+struct BusDeleter {
+  void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
+};
+using BusPtr = std::unique_ptr<sd_bus, BusDeleter>;
+
+// The objects of a program's first window, and those of them whose places a walk asks for.
+struct Objects {
+  std::vector<std::string> all;
+  std::vector<std::string> placed;
+};
+
+// A connection to the program's own bus, by the address that it tells on the accessibility bus;
+// null where it has none.
+BusPtr connectDirectly(pid_t pid);
+// Asks the program itself, over its own bus. Empty where it does not answer.
+Objects objectsOf(sd_bus* direct);
+// All properties and the role of each object, and the places; false when an answer is missing.
+bool askAll(sd_bus* bus, const Objects& objects);
+
+// A process that answers those questions with the same words each time.
+class EmptyPeer {
+ public:
+  EmptyPeer();
+  ~EmptyPeer();
+  EmptyPeer(const EmptyPeer&) = delete;
+  EmptyPeer& operator=(const EmptyPeer&) = delete;
+
+  pid_t pid() const { return pid_; }
+  sd_bus* bus() const { return bus_.get(); }
+
+ private:
+  pid_t pid_ = -1;
+  BusPtr bus_;
+};
+
+}  // namespace vellora::wire
