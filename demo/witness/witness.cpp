@@ -56,14 +56,11 @@ struct Sight {
 };
 
 std::optional<SeenPlayer> read(const Options& options) {
-  if (options.browser == 0) {
-    auto seen = readPlayer(application);
-    if (seen) seen = movedBy(std::move(*seen), options.origin);
-    return seen;
-  }
   PageQuery query;
   query.process = options.browser;
-  return readPage(query);
+  auto seen = options.browser == 0 ? readPlayer(application) : readPage(query);
+  if (seen) seen = movedBy(std::move(*seen), options.origin);
+  return seen;
 }
 
 // One consistent look: the rows must stand still while the pictures are taken.

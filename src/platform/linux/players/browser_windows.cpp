@@ -7,6 +7,7 @@ namespace vellora {
 
 const std::vector<std::string_view>& browserWindowClasses() {
   static const std::vector<std::string_view> classes{
+      // On X11.
       "Chromium",
       "Chromium-browser",
       "Google-chrome",
@@ -37,6 +38,22 @@ const std::vector<std::string_view>& browserWindowClasses() {
       "floorp",
       "zen",
       "IceCat",
+      // On Wayland, where others have the name above too.
+      "chromium",
+      "chromium-browser",
+      "google-chrome",
+      "google-chrome-beta",
+      "google-chrome-unstable",
+      "brave-browser",
+      "brave-browser-beta",
+      "brave-browser-nightly",
+      "microsoft-edge",
+      "microsoft-edge-beta",
+      "microsoft-edge-dev",
+      "opera",
+      "vivaldi-stable",
+      "vivaldi-snapshot",
+      "thorium-browser",
   };
   return classes;
 }

@@ -33,6 +33,7 @@ TEST(DescriptionReaderTest, BrowsersStandForTheWindowsOfAllOfThem) {
   ASSERT_TRUE(read.description);
   EXPECT_THAT(read.description->windowClasses, testing::Contains("Chromium"));
   EXPECT_THAT(read.description->windowClasses, testing::Contains("firefox-esr"));
+  EXPECT_THAT(read.description->windowClasses, testing::Contains("chromium"));  // on Wayland
   EXPECT_EQ(read.description->windowClasses.back(), "feishin");
   EXPECT_THAT(problemsOf("[Player]\nName=A\n[Window]\nClass=@browser\n"),
               ElementsAre("4: \"@browser\" stands for no windows; write @browsers, or the windows' "

@@ -13,6 +13,7 @@
 
 #include "platform/linux/accessibility/linux_accessibility.h"
 #include "platform/linux/glib/private_bus.h"
+#include "platform/linux/players/browser_windows.h"
 #include "platform/linux/wayland/locator/window_locator.h"
 #include "platform/player.h"
 
@@ -51,7 +52,10 @@ std::shared_ptr<AccessibilityElement> markerIn(AccessibilityElement& element,
 PlayerDescriptionPtr placedDescription() {
   auto description = std::make_shared<PlayerDescription>();
   description->identifier = "placed";
-  description->windowClasses = {"org.example.Placed", "firefox-esr", "chromium"};
+  description->windowClasses = {"org.example.Placed"};
+  for (const std::string_view name : browserWindowClasses()) {
+    description->windowClasses.emplace_back(name);
+  }
   return description;
 }
 
