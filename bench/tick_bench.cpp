@@ -17,10 +17,11 @@ namespace {
 
 OverlaySnapshot snapshotOf(int lines, double now) {
   OverlaySnapshot snapshot{1, now, true, "Night Drive", "River Band", 32, 0, {}};
+  auto& all = snapshot.lines.edit();
   for (int i = 0; i < lines; ++i) {
     const std::string number = std::to_string(i);
-    snapshot.lines.push_back({"Line " + number + " of a song that is sung in one language",
-                              "Zeile " + number + " eines Liedes, wie sie in der anderen klingt"});
+    all.push_back({"Line " + number + " of a song that is sung in one language",
+                   "Zeile " + number + " eines Liedes, wie sie in der anderen klingt"});
   }
   return snapshot;
 }
@@ -129,7 +130,7 @@ void snapshotOfOtherLines(benchmark::State& state) {
   OverlaySnapshot snapshot = snapshotOf(static_cast<int>(state.range(0)), platform.clock->now());
   for (auto _ : state) {
     state.PauseTiming();
-    snapshot.lines.front().translation += "!";
+    snapshot.lines.edit().front().translation += "!";
     writeText(folder / "snapshot.json", encode(snapshot).value());
     state.ResumeTiming();
     controller->tick();

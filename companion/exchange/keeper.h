@@ -23,8 +23,8 @@ namespace vellora::companion {
 struct PlayingSong {
   LibrarySong from;  // without files where the lyrics come from elsewhere
   Song song;
-  std::vector<OverlayLine> lines;  // as the snapshot carries them
-  bool addedTo = false;            // what adds to its lines has begun
+  OverlayLines lines;    // as the snapshot carries them
+  bool addedTo = false;  // what adds to its lines has begun
   // Where the lyrics come from that the folder lacks, for people: "lrclib.net". Else empty.
   std::string source{};
 };

@@ -121,33 +121,77 @@ bool isAMinuteOld(const std::filesystem::directory_entry& entry) {
          std::filesystem::file_time_type::clock::now() - written > std::chrono::minutes(1);
 }
 
+// Content as it comes, beside that of an earlier reading.
+class ContentBesideKnown {
+ public:
+  ContentBesideKnown(std::string_view known, std::string& other) : known_(known), other_(other) {
+    other_.clear();
+  }
+
+  std::size_t size() const { return size_; }
+
+  // `expected` is the size of the whole.
+  void add(std::string_view piece, std::size_t expected) {
+    if (sameSoFar_ && known_.substr(size_).starts_with(piece)) {
+      size_ += piece.size();
+      return;
+    }
+    if (std::exchange(sameSoFar_, false)) {
+      other_.reserve(std::max(expected, size_ + piece.size()));
+      other_ = known_.substr(0, size_);
+    }
+    other_ += piece;
+    size_ += piece.size();
+  }
+
+  FileReading end() {
+    if (sameSoFar_ && size_ == known_.size()) return FileReading::asBefore;
+    if (sameSoFar_) other_ = known_.substr(0, size_);
+    return FileReading::other;
+  }
+
+ private:
+  std::string_view known_;
+  std::string& other_;
+  std::size_t size_ = 0;
+  bool sameSoFar_ = true;
+};
+
 }  // namespace
 
-std::optional<std::string> readWholeFile(const std::filesystem::path& path) {
-  if (!isUsable(path)) return std::nullopt;
+FileReading readWholeFileAgain(const std::filesystem::path& path, std::string_view known,
+                               std::string& other) {
+  ContentBesideKnown content(known, other);
+  if (!isUsable(path)) return FileReading::failed;
   // Without O_NONBLOCK, opening a FIFO waits for its writer.
   const OpenFile file = openFile(path, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-  if (!file) return std::nullopt;
+  if (!file) return FileReading::failed;
   struct stat status {};
-  if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-  if (std::cmp_greater(status.st_size, largestReadableFile)) return std::nullopt;
+  if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return FileReading::failed;
+  if (std::cmp_greater(status.st_size, largestReadableFile)) return FileReading::failed;
 
-  std::string content;
-  content.reserve(static_cast<std::size_t>(std::max<off_t>(status.st_size, 0)));
+  const auto expected = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
   std::array<char, 16384> buffer;
   while (true) {
     const ssize_t count =
         uninterrupted([&] { return ::read(file.get(), buffer.data(), buffer.size()); });
-    if (count < 0) return std::nullopt;
-    if (count == 0) return content;
+    if (count < 0) return FileReading::failed;
+    if (count == 0) return content.end();
+    const std::string_view piece(buffer.data(), static_cast<std::size_t>(count));
     // The file may have grown since its size was asked.
-    if (content.size() + static_cast<std::size_t>(count) > largestReadableFile) return std::nullopt;
-    content.append(buffer.data(), static_cast<std::size_t>(count));
+    if (content.size() + piece.size() > largestReadableFile) return FileReading::failed;
+    content.add(piece, expected);
     // Less than was asked for, up to the size: the end was met. Where either does not hold (files
     // of /proc have no size), only a read of nothing tells.
-    const bool cut = std::cmp_less(count, buffer.size());
-    if (cut && std::cmp_equal(content.size(), status.st_size)) return content;
+    const bool cut = piece.size() < buffer.size();
+    if (cut && content.size() == expected) return content.end();
   }
+}
+
+std::optional<std::string> readWholeFile(const std::filesystem::path& path) {
+  std::string content;
+  if (readWholeFileAgain(path, {}, content) == FileReading::failed) return std::nullopt;
+  return content;
 }
 
 bool writeFileAtomically(const std::filesystem::path& path, std::string_view bytes) {

@@ -16,6 +16,14 @@ inline constexpr std::size_t largestReadableFile = std::size_t{16} * 1024 * 1024
 // waits for a writer. Any thread.
 std::optional<std::string> readWholeFile(const std::filesystem::path& path);
 
+enum class FileReading { failed, asBefore, other };
+
+// readWholeFile for one who has the content of an earlier reading: `other` gets the content only
+// where it is another than `known`, and is empty else. Nothing is allocated for a file whose bytes
+// are as they were. Any thread.
+FileReading readWholeFileAgain(const std::filesystem::path& path, std::string_view known,
+                               std::string& other);
+
 // Replaces `path` in one step: writes a temporary file in the same folder, syncs it, and renames it
 // over the destination (a symbolic link is replaced, not followed). The folder is never created. On
 // failure the result is false, the old file is untouched and no temporary file stays behind. The

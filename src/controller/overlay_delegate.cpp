@@ -88,7 +88,7 @@ void OverlayDelegate::startReading(std::shared_ptr<const RunningApplication> mus
   });
 }
 
-bool OverlayDelegate::hasIndexOf(const std::vector<OverlayLine>& lines) const {
+bool OverlayDelegate::hasIndexOf(const OverlayLines& lines) const {
   return preparedIndex_.isOf(lines) || lastLines == lines;
 }
 

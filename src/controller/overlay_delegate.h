@@ -51,7 +51,7 @@ class OverlayDelegate final : public ApplicationDelegate,
   std::unique_ptr<Timer> timer;            // null before the launch
   std::unique_ptr<StatusItem> statusItem;  // null before the launch, or where there is no place
   std::string statusMessage;               // as last recorded; empty: the next one is written
-  std::vector<OverlayLine> lastLines;      // the lines for which `translations` holds
+  OverlayLines lastLines;                  // the lines for which `translations` holds
   std::shared_ptr<const TranslationIndex> lineIndex;  // of `lastLines`; null: of none
   TranslationCache translations;                      // row text → translation
   TrackMatchMemory trackMatch;   // whether the window shows the snapshot's track
@@ -118,7 +118,7 @@ class OverlayDelegate final : public ApplicationDelegate,
   void startReading(std::shared_ptr<const RunningApplication> music,
                     std::shared_ptr<const OverlaySnapshot> snapshot);
   void finishReading(const std::optional<MusicLayout>& layout, const OverlaySnapshot& snapshot);
-  bool hasIndexOf(const std::vector<OverlayLine>& lines) const;
+  bool hasIndexOf(const OverlayLines& lines) const;
   void addStatusItem();
 
   bool ticking_ = false;

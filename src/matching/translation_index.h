@@ -71,9 +71,7 @@ struct PreparedIndex {
   explicit PreparedIndex(std::shared_ptr<const OverlaySnapshot> of)
       : snapshot(std::move(of)), index(std::make_shared<const TranslationIndex>(snapshot->lines)) {}
 
-  bool isOf(const std::vector<OverlayLine>& lines) const {
-    return snapshot && (&snapshot->lines == &lines || snapshot->lines == lines);
-  }
+  bool isOf(const OverlayLines& lines) const { return snapshot && snapshot->lines == lines; }
 
   std::shared_ptr<const OverlaySnapshot> snapshot;
   std::shared_ptr<const TranslationIndex> index;

@@ -17,9 +17,10 @@ bool showsNothing(const Rect& viewport) {
 }
 
 // Drops what was looked up among other lines, and what was painted in their language.
-void validateCache(const CompositionFields& fields, const std::vector<OverlayLine>& lines) {
-  if (fields.lastLines == lines) return;
-  fields.lastLines = lines;
+void validateCache(const CompositionFields& fields, const OverlayLines& lines) {
+  const bool unchanged = fields.lastLines == lines;
+  fields.lastLines = lines;  // equal ones too, so that the next comparison costs nothing
+  if (unchanged) return;
   fields.lineIndex = fields.prepared.isOf(lines) ? fields.prepared.index
                                                  : std::make_shared<const TranslationIndex>(lines);
   fields.translations.clear();

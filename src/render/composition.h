@@ -55,7 +55,7 @@ struct CompositionFields {
   CaptionView& canvas;
   Workspace& workspace;
   CaptionPainter& painter;                             // measures, and is told the translation
-  std::vector<OverlayLine>& lastLines;                 // the lines for which the next two hold
+  OverlayLines& lastLines;                             // the lines for which the next two hold
   std::shared_ptr<const TranslationIndex>& lineIndex;  // of `lastLines`; null: of none
   TranslationCache& translations;
   TrackMatchMemory& trackMatch;

@@ -99,6 +99,33 @@ TEST_F(FilesTest, DevicesAreNotRead) {
   EXPECT_EQ(readWholeFile(folder / "link"), std::nullopt);
 }
 
+TEST_F(FilesTest, ReadingAgainTellsWhetherTheContentIsTheKnownOneAndElseAllOfIt) {
+  const std::size_t piece = 16384;
+  for (const std::size_t size : {std::size_t{0}, std::size_t{1}, piece - 1, piece, 3 * piece + 5}) {
+    const std::string bytes(size, 'x');
+    put(folder / "a", bytes);
+    std::string other = "earlier";
+    EXPECT_EQ(readWholeFileAgain(folder / "a", bytes, other), FileReading::asBefore) << size;
+    EXPECT_EQ(other, "");
+    const auto isOther = [&](const std::string& known) {
+      return readWholeFileAgain(folder / "a", known, other) == FileReading::other && other == bytes;
+    };
+    EXPECT_TRUE(isOther(bytes + "x")) << size;
+    EXPECT_TRUE(isOther(bytes + std::string(2 * piece, 'x'))) << size;
+    if (size == 0) continue;
+    EXPECT_TRUE(isOther("")) << size;
+    EXPECT_TRUE(isOther(bytes.substr(1))) << size;
+    for (const std::size_t at : {std::size_t{0}, size / 2, size - 1}) {
+      std::string known = bytes;
+      known[at] = 'y';
+      EXPECT_TRUE(isOther(known)) << size << " " << at;
+    }
+  }
+  std::string other;
+  EXPECT_EQ(readWholeFileAgain(folder / "missing", "", other), FileReading::failed);
+  EXPECT_EQ(readWholeFileAgain(folder, "", other), FileReading::failed);
+}
+
 TEST_F(FilesTest, FileOfSixteenMebibytesIsReadAndOneByteMoreIsNot) {
   put(folder / "a", "");
   fs::resize_file(folder / "a", largestReadableFile);

@@ -46,12 +46,12 @@ double secondsOf(const std::function<void()>& work) {
 
 TEST_F(ReadingTest, TheIndexOfManyLinesIsMadeInTheBackgroundOnceForEachSetOfLines) {
   OverlaySnapshot snapshot{1, now(), true, "Night Drive", "River Band", 32, 0, {}};
+  auto& lines = snapshot.lines.edit();
   for (int i = 0; i < 8'000; ++i) {
     const std::string number = std::to_string(i);
-    snapshot.lines.push_back(
-        {"작은 종이배가 밤의 강물을 따라서 " + number, "A small boat " + number});
+    lines.push_back({"작은 종이배가 밤의 강물을 따라서 " + number, "A small boat " + number});
   }
-  snapshot.lines.push_back({"Hello world", "Hallo Welt"});
+  lines.push_back({"Hello world", "Hallo Welt"});
   write(snapshotPath(), snapshot);
   bringMusicToFront();
   openLyrics();

@@ -33,7 +33,7 @@ struct Scene {
     for (const char* text : {"one", "two", "three"}) {
       const double top = place.y + 100 * static_cast<double>(player.rows.size());
       player.rows.push_back({text, {place.x + 10, top, 250, 20}});
-      snapshot.lines.push_back({text, "translated"});
+      snapshot.lines.edit().push_back({text, "translated"});
     }
     snapshot.fontSize = 12;
     static_cast<Picture&>(window) = emptyScreen();
@@ -69,7 +69,7 @@ TEST(CaptionsSeen, ACaptionUnderEachVisibleRowIsRight) {
 TEST(CaptionsSeen, ACaptionWithoutTranslationIsWrong) {
   Scene scene({10, 10});
   scene.drawCaptions(2);
-  scene.snapshot.lines[1].translation.clear();
+  scene.snapshot.lines.edit()[1].translation.clear();
   const CaptionsVerdict verdict = scene.verdict();
   EXPECT_FALSE(verdict.right);
   EXPECT_TRUE(verdict.rows[0].right);

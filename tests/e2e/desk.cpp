@@ -164,7 +164,7 @@ OverlaySnapshot Desk::snapshotOfPlayer() const {
   snapshot.musicArtist =
       dash == std::string::npos ? "" : seen->title.substr(dash + separator.size());
   for (const witness::SeenRow& row : seen->rows) {
-    snapshot.lines.push_back(
+    snapshot.lines.edit().push_back(
         {row.text, std::to_string(snapshot.lines.size()) + " of the translation"});
   }
   return snapshot;

@@ -138,7 +138,7 @@ class Gtk4Window : public Desk, public testing::WithParamInterface<Setting> {
     snapshot.musicArtist = "Choir";
     snapshot.fontSize = 20;
     for (int row = 0; row < rowCount; ++row) {
-      snapshot.lines.push_back({rowText(row), std::to_string(row) + " of the translation"});
+      snapshot.lines.edit().push_back({rowText(row), std::to_string(row) + " of the translation"});
     }
     return snapshot;
   }

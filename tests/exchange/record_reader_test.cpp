@@ -115,5 +115,24 @@ TEST_F(RecordReaderTest, EarlierResultStaysAsItWas) {
   EXPECT_EQ(second->updatedAt, 102);
 }
 
+TEST_F(RecordReaderTest, SnapshotThatOnlyGetsAnotherTimeKeepsItsLines) {
+  const auto written = [](std::string_view time, std::string_view translation) {
+    std::string text = snapshotText("One", time);
+    return text.replace(text.find("[]"), 2,
+                        R"([{"source":"a","translation":")" + std::string(translation) + "\"}]");
+  };
+  folder.write("snapshot.json", written("100", "b"));
+  const auto first = reader.read(folder / "snapshot.json");
+  folder.write("snapshot.json", written("1020", "b"));
+  const auto second = reader.read(folder / "snapshot.json");
+  folder.write("snapshot.json", written("1020", "c"));
+  const auto third = reader.read(folder / "snapshot.json");
+  ASSERT_TRUE(first && second && third);
+  EXPECT_EQ(second->updatedAt, 1020);
+  EXPECT_TRUE(second->lines.isSharedWith(first->lines));
+  EXPECT_EQ(second->lines.front().translation, "b");
+  EXPECT_EQ(third->lines.front().translation, "c");
+}
+
 }  // namespace
 }  // namespace vellora

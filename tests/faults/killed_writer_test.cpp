@@ -22,7 +22,8 @@ constexpr std::size_t manyLines = 300;
 // seen.
 OverlaySnapshot snapshotOf(std::size_t lines) {
   OverlaySnapshot snapshot{1, 1, true, "Night Drive", "River Band", 32, 0, {}};
-  snapshot.lines.assign(lines, {"Hello world, sung at length", "Hallo Welt, lange gesungen"});
+  snapshot.lines.edit().assign(lines,
+                               {"Hello world, sung at length", "Hallo Welt, lange gesungen"});
   snapshot.updatedAt = static_cast<double>(lines);
   return snapshot;
 }

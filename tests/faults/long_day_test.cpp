@@ -80,7 +80,7 @@ class LongDayTest : public ControllerTest {
     OverlaySnapshot snapshot{1,  now(), true, "Song " + std::to_string(song()), "River Band",
                              26, 0,     {}};
     for (int line = 0; line < linesOfASong; ++line) {
-      snapshot.lines.push_back({lineOf(song(), line), translationOf(song(), line)});
+      snapshot.lines.edit().push_back({lineOf(song(), line), translationOf(song(), line)});
     }
     write(snapshotPath(), snapshot);
     writeSync();

@@ -35,7 +35,7 @@ void fuzzComposition(std::string_view bytes) {
   FakePainter painter(log);
   painter.charactersPerLine = 1 + input.below(20);
   CaptionView canvas(painter, view, workspace);
-  std::vector<OverlayLine> lastLines;
+  OverlayLines lastLines;
   std::shared_ptr<const TranslationIndex> index;
   TranslationCache translations;
   TrackMatchMemory trackMatch;
@@ -46,8 +46,8 @@ void fuzzComposition(std::string_view bytes) {
     OverlaySnapshot snapshot{1, 0, true, "Song", "Artist", coordinate(input), coordinate(input),
                              {}};
     for (std::size_t left = input.below(5); left > 0; --left) {
-      snapshot.lines.push_back({std::string(1, static_cast<char>('a' + input.below(5))),
-                                std::string(input.takeBytes(input.below(40)))});
+      snapshot.lines.edit().push_back({std::string(1, static_cast<char>('a' + input.below(5))),
+                                       std::string(input.takeBytes(input.below(40)))});
     }
     std::optional<MusicLayout> layout;
     if (input.below(16) > 0) {

@@ -140,7 +140,7 @@ OverlaySnapshot BrowserDesk::snapshotOf(std::size_t number) const {
   snapshot.musicArtist = song(number).artist;
   for (const demo::SongLine& line : song(number).lines) {
     if (!line.translation) continue;
-    snapshot.lines.push_back(
+    snapshot.lines.edit().push_back(
         {line.text, std::to_string(snapshot.lines.size()) + " of the translation"});
   }
   return snapshot;

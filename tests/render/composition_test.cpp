@@ -52,7 +52,7 @@ class CompositionTest : public ::testing::Test {
   FakeNativeView nativeView{log};
   FakeWorkspace workspace{log};
   CaptionView view{painter, nativeView, workspace};
-  std::vector<OverlayLine> lastLines;
+  OverlayLines lastLines;
   std::shared_ptr<const TranslationIndex> lineIndex;
   TranslationCache translations;
   TrackMatchMemory trackMatch;
@@ -98,7 +98,7 @@ TEST_F(CompositionTest, ThePainterIsToldAllTextsOfATranslationOnceForEachSetOfLi
   compose();
   compose();
   EXPECT_THAT(painter.translations, ElementsAre(ElementsAre("eins", "zwei", "drei")));
-  snapshot.lines[1].translation = "two";
+  snapshot.lines.edit()[1].translation = "two";
   compose();
   EXPECT_THAT(painter.translations, SizeIs(2));
   EXPECT_THAT(painter.translations.back(), ElementsAre("eins", "two", "drei"));
@@ -109,10 +109,10 @@ TEST_F(CompositionTest, PicturesAreForgottenWhereTheirTextsMayLookDifferentFromN
   compose();
   view.draw(surface);
   EXPECT_EQ(view.cachedImageCount(), 3u);
-  snapshot.lines.push_back({"Four", "vier"});
+  snapshot.lines.edit().push_back({"Four", "vier"});
   compose();
   EXPECT_EQ(view.cachedImageCount(), 3u);
-  snapshot.lines.push_back({"Five", "fünf"});
+  snapshot.lines.edit().push_back({"Five", "fünf"});
   painter.translationsDiffer = true;
   compose();
   EXPECT_EQ(view.cachedImageCount(), 0u);
@@ -131,7 +131,7 @@ TEST_F(CompositionTest, AWindowThatNamesNoSongShowsNoCaptions) {
 
 TEST_F(CompositionTest, AnotherSongsNewLinesAreNotTakenOver) {
   compose();
-  const std::vector<OverlayLine> before = lastLines;
+  const OverlayLines before = lastLines;
   snapshot.lines = {{"Four", "vier"}};
   layout.title = "Another Song — An Artist";
   compose();
@@ -247,7 +247,7 @@ TEST_F(CompositionTest, ARowWithoutATranslationIsCachedAsEmptyAndNotLookedUpAgai
 TEST_F(CompositionTest, NewLinesEmptyTheCacheAndAreLookedUpAnew) {
   layout.rows = {{"nothing", {720, 400, 360, 40}}, {"one", {720, 500, 360, 40}}};
   compose();
-  snapshot.lines.push_back({"Nothing", "nichts"});
+  snapshot.lines.edit().push_back({"Nothing", "nichts"});
   EXPECT_EQ(compose(), "Following Music • 2 translated rows");
   EXPECT_THAT(texts(), ElementsAre("nichts", "eins"));
   EXPECT_EQ(lastLines, snapshot.lines);
@@ -278,7 +278,8 @@ TEST_F(CompositionTest, APreparedIndexIsTakenForItsOwnLinesAndNoOthers) {
 
 TEST_F(CompositionTest, TheOrderOfLinesCountsForTheCache) {
   compose();
-  std::swap(snapshot.lines[0], snapshot.lines[1]);
+  auto& lines = snapshot.lines.edit();
+  std::swap(lines[0], lines[1]);
   translations["one"] = "stale";
   compose();
   EXPECT_THAT(texts(), ElementsAre("eins", "zwei", "drei"));

@@ -100,8 +100,7 @@ bool append(std::string& out, MusicCommand::Action value) {
   return appendJson(out, MusicCommand::name(value));
 }
 
-template <typename Record>
-bool append(std::string& out, const std::vector<Record>& values);
+bool append(std::string& out, const OverlayLines& lines);
 
 template <typename Record>
 bool appendRecord(std::string& out, const Record& record) {
@@ -116,12 +115,11 @@ bool appendRecord(std::string& out, const Record& record) {
   return complete;
 }
 
-template <typename Record>
-bool append(std::string& out, const std::vector<Record>& values) {
+bool append(std::string& out, const OverlayLines& lines) {
   out += '[';
-  for (const Record& value : values) {
-    if (&value != &values.front()) out += ',';
-    if (!appendRecord(out, value)) return false;
+  for (const OverlayLine& line : lines) {
+    if (&line != &lines.front()) out += ',';
+    if (!appendRecord(out, line)) return false;
   }
   out += ']';
   return true;
@@ -146,8 +144,7 @@ bool read(JsonValue& json, MusicCommand::Action& field) {
   return action.has_value();
 }
 
-template <typename Record>
-bool read(JsonValue& json, std::vector<Record>& values);
+bool read(JsonValue& json, OverlayLines& lines);
 
 template <typename Record>
 bool readRecord(JsonValue& json, Record& record) {
@@ -162,14 +159,15 @@ bool readRecord(JsonValue& json, Record& record) {
                     Format<Record>::fields);
 }
 
-template <typename Record>
-bool read(JsonValue& json, std::vector<Record>& values) {
+bool read(JsonValue& json, OverlayLines& lines) {
   auto* const array = std::get_if<JsonArray>(&json.value);
   if (array == nullptr) return false;
+  std::vector<OverlayLine> values;
   values.reserve(array->size());
   for (JsonValue& element : *array) {
     if (!readRecord(element, values.emplace_back())) return false;
   }
+  lines = std::move(values);
   return true;
 }
 
@@ -188,6 +186,14 @@ std::optional<Record> decode(std::string_view json) {
   Record record;
   if (!tree || !readRecord(*tree, record)) return std::nullopt;
   return record;
+}
+
+std::optional<OverlaySnapshot> decodeSnapshot(std::string_view json, JsonPlace& linesPlace) {
+  std::optional<JsonValue> tree = parseJson(json, "lines", linesPlace);
+  OverlaySnapshot snapshot;
+  if (tree && readRecord(*tree, snapshot)) return snapshot;
+  linesPlace = {};
+  return std::nullopt;
 }
 
 template std::optional<OverlayLine> decode<OverlayLine>(std::string_view);

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "exchange/records/json_tree.h"
 #include "exchange/records/records.h"
 
 namespace vellora {
@@ -23,6 +24,10 @@ std::optional<std::string> encode(const OverlayLine& record);
 // `decode<Record>(bytes)` for each of the six records; nothing where the bytes are no such record.
 template <typename Record>
 std::optional<Record> decode(std::string_view json);
+
+// decode<OverlaySnapshot>, with the place in the text where the array stands that the lines were
+// read from; empty where there is no snapshot.
+std::optional<OverlaySnapshot> decodeSnapshot(std::string_view json, JsonPlace& linesPlace);
 
 extern template std::optional<OverlayLine> decode<OverlayLine>(std::string_view);
 extern template std::optional<OverlaySnapshot> decode<OverlaySnapshot>(std::string_view);

@@ -46,11 +46,13 @@ class TrackingIterator {
 // Builds the tree from the parser's events.
 class TreeBuilder : public Library::json_sax_t {
  public:
-  TreeBuilder(const char* begin, const char* end) : position_(begin), begin_(begin), end_(end) {}
+  TreeBuilder(const char* begin, const char* end, std::string_view soughtKey)
+      : position_(begin), begin_(begin), end_(end), soughtKey_(soughtKey) {}
 
   TrackingIterator first() { return {begin_, &position_}; }
   TrackingIterator last() { return {end_, &position_}; }
   std::optional<JsonValue> takeRoot() { return std::move(root_); }
+  JsonPlace soughtPlace() const { return soughtPlace_; }
 
   bool null() override { return add({nullptr}); }
   bool boolean(bool value) override { return add({value}); }
@@ -62,12 +64,23 @@ class TreeBuilder : public Library::json_sax_t {
 
   bool start_object(std::size_t) override { return open({JsonObject{}}); }
   bool key(string_t& value) override {
+    if (stack_.size() == 1) {
+      atSought_ = seeking_ && value == soughtKey_;
+      if (atSought_) seeking_ = false;
+    }
     std::get<JsonObject>(stack_.back()->value).members.emplace_back(std::move(value), JsonValue{});
     return true;
   }
   bool end_object() override { return close(); }
-  bool start_array(std::size_t) override { return open({JsonArray{}}); }
-  bool end_array() override { return close(); }
+  bool start_array(std::size_t) override {
+    // The parser has seen the bracket and nothing behind it.
+    if (atSought_ && stack_.size() == 1) soughtPlace_.begin = offset() - 1;
+    return open({JsonArray{}});
+  }
+  bool end_array() override {
+    if (atSought_ && stack_.size() == 2) soughtPlace_.end = offset();
+    return close();
+  }
 
   bool parse_error(std::size_t, const std::string&, const Library::exception&) override {
     return false;
@@ -102,6 +115,8 @@ class TreeBuilder : public Library::json_sax_t {
     return true;
   }
 
+  std::size_t offset() const { return static_cast<std::size_t>(position_ - begin_); }
+
   // A number's text ends at the character after it, which the parser has seen already.
   bool addNumber() {
     const auto belongs = [](char c) {
@@ -119,6 +134,10 @@ class TreeBuilder : public Library::json_sax_t {
   const char* end_;
   std::optional<JsonValue> root_;
   std::vector<JsonValue*> stack_;
+  std::string_view soughtKey_;
+  bool seeking_ = true;    // until the key was met in the outermost object
+  bool atSought_ = false;  // the last key there was it, for the first time
+  JsonPlace soughtPlace_;
 };
 
 }  // namespace
@@ -131,11 +150,18 @@ JsonValue* JsonObject::find(std::string_view key) {
 }
 
 std::optional<JsonValue> parseJson(std::string_view text) {
+  JsonPlace ignored;
+  return parseJson(text, {}, ignored);
+}
+
+std::optional<JsonValue> parseJson(std::string_view text, std::string_view key, JsonPlace& place) {
+  place = {};
   // The library takes U+0000 between two values for the end of the text.
   if (text.find('\0') != std::string_view::npos) return std::nullopt;
   try {
-    TreeBuilder builder(text.data(), text.data() + text.size());
+    TreeBuilder builder(text.data(), text.data() + text.size(), key);
     if (!Library::sax_parse(builder.first(), builder.last(), &builder)) return std::nullopt;
+    place = builder.soughtPlace();
     return builder.takeRoot();
   } catch (const std::exception&) {
     return std::nullopt;

@@ -33,9 +33,21 @@ struct JsonValue {
 // Objects and arrays may stand inside each other this deep, the outermost counted.
 inline constexpr std::size_t deepestJson = 512;
 
+// Where a value stands in a text: its first byte, and the one after its last.
+struct JsonPlace {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+
+  friend bool operator==(const JsonPlace&, const JsonPlace&) = default;
+};
+
 // The one value that a JSON text (RFC 8259, UTF-8, a byte-order mark skipped) holds; nothing for a
 // text that is ill-formed, nests deeper than `deepestJson` or has a number too large for a double.
 // Any thread.
 std::optional<JsonValue> parseJson(std::string_view text);
+
+// The same. Where the value is an object and the first of its members `key` an array, `place` tells
+// where that array stands; else it is empty.
+std::optional<JsonValue> parseJson(std::string_view text, std::string_view key, JsonPlace& place);
 
 }  // namespace vellora

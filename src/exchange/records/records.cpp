@@ -35,6 +35,11 @@ bool operator==(const OverlayLine& a, const OverlayLine& b) {
   return textEquals(a.source, b.source) && textEquals(a.translation, b.translation);
 }
 
+const std::vector<OverlayLine>& OverlayLines::none() {
+  static const std::vector<OverlayLine> lines;
+  return lines;
+}
+
 bool OverlaySnapshot::isUsable(double now) const {
   return version == 1 && enabled && isFreshAt(now, updatedAt, 6.0);
 }

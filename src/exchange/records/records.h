@@ -5,7 +5,8 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
+
+#include "exchange/records/overlay_lines.h"
 
 // The records that Vellora and Tessaly exchange as small JSON files, with their freshness rules.
 // All times are wall-clock seconds since 1970, positions are seconds. Plain values; texts compare
@@ -24,14 +25,6 @@ inline constexpr double nowPlayingMaxAge = 8.0;
 inline constexpr double syncRequestMaxAge = 25.0;
 inline constexpr double commandMaxAge = 20.0;
 
-// One lyric line of a snapshot.
-struct OverlayLine {
-  std::string source;       // the line in its own language
-  std::string translation;  // shown as the caption
-
-  friend bool operator==(const OverlayLine& a, const OverlayLine& b);
-};
-
 // The translation snapshot, written by Tessaly.
 struct OverlaySnapshot {
   std::int64_t version = 1;  // only 1 is usable
@@ -41,7 +34,7 @@ struct OverlaySnapshot {
   std::string musicArtist;
   double fontSize = 0;        // points
   double verticalOffset = 0;  // points, positive moves every caption down
-  std::vector<OverlayLine> lines;
+  OverlayLines lines;
 
   // Version 1, enabled, less than 6 seconds old and at most 1 second in the future.
   bool isUsable(double now) const;

@@ -168,7 +168,8 @@ void RealController::writeSnapshot(const Folder& folder, std::size_t at, int var
   }
   OverlaySnapshot record{snapshot.version, snapshot.updatedAt, snapshot.enabled, snapshot.title,
                          snapshot.artist,  snapshot.fontSize,  snapshot.offset,  {}};
-  for (const Line& line : snapshot.lines) record.lines.push_back({line.source, line.translation});
+  for (const Line& line : snapshot.lines)
+    record.lines.edit().push_back({line.source, line.translation});
   writeText(path, encode(record).value());
 }
 

@@ -176,7 +176,7 @@ TEST(JsonPropertyTest, DecodingWhatWasEncodedGivesAnEqualRecord) {
     OverlaySnapshot snapshot{random.integer(), random.number(), random.flag(),   random.text(),
                              random.text(),    random.number(), random.number(), {}};
     for (int line = i % 5; line > 0; --line)
-      snapshot.lines.push_back({random.text(), random.text()});
+      snapshot.lines.edit().push_back({random.text(), random.text()});
     const auto again = roundTrip(snapshot);
     ASSERT_TRUE(again);
     EXPECT_EQ(again->version, snapshot.version);
