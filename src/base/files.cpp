@@ -194,7 +194,8 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& path) {
   return content;
 }
 
-bool writeFileAtomically(const std::filesystem::path& path, std::string_view bytes) {
+bool writeFileAtomically(const std::filesystem::path& path, std::string_view bytes,
+                         Outlives outlives) {
   if (!isUsable(path) || !path.has_filename()) return false;
   const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
   for (int attempt = 0; attempt < 100; ++attempt) {
@@ -203,9 +204,10 @@ bool writeFileAtomically(const std::filesystem::path& path, std::string_view byt
     if (!file && errno == EEXIST) continue;
     if (!file) return false;
     TemporaryFile temporary(name);
-    const bool written = writeAll(file, bytes) &&
-                         uninterrupted([&] { return ::fsync(file.get()); }) == 0 && file.close();
-    return written && temporary.renameTo(path);
+    const bool synced =
+        writeAll(file, bytes) &&
+        (outlives == Outlives::program || uninterrupted([&] { return ::fsync(file.get()); }) == 0);
+    return synced && file.close() && temporary.renameTo(path);
   }
   return false;
 }

@@ -24,11 +24,16 @@ enum class FileReading { failed, asBefore, other };
 FileReading readWholeFileAgain(const std::filesystem::path& path, std::string_view known,
                                std::string& other);
 
-// Replaces `path` in one step: writes a temporary file in the same folder, syncs it, and renames it
-// over the destination (a symbolic link is replaced, not followed). The folder is never created. On
-// failure the result is false, the old file is untouched and no temporary file stays behind. The
-// new file has the permissions of an ordinary new file. Any thread.
-bool writeFileAtomically(const std::filesystem::path& path, std::string_view bytes);
+// What a file that is replaced must outlive: the program alone, or a power cut too, for which the
+// writer waits for the disk.
+enum class Outlives { program, powerCut };
+
+// Replaces `path` in one step: writes a temporary file in the same folder and renames it over the
+// destination (a symbolic link is replaced, not followed). The folder is never created. On failure
+// the result is false, the old file is untouched and no temporary file stays behind. The new file
+// has the permissions of an ordinary new file. Any thread.
+bool writeFileAtomically(const std::filesystem::path& path, std::string_view bytes,
+                         Outlives outlives = Outlives::powerCut);
 
 // Removes what writers that ended in the middle of `writeFileAtomically` left in the folder: the
 // temporary files of processes that are not there any more, once they are a minute old. Looks at no

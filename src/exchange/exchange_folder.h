@@ -27,12 +27,13 @@ std::optional<Record> readExchangeFile(const std::filesystem::path& path) {
   return bytes ? decode<Record>(*bytes) : std::nullopt;
 }
 
-// Replaces the file by the record in one step. False, with the old file in place, where the record
+// Replaces the file by the record in one step; after a power cut no record of before counts, so
+// nothing waits for the disk. False, with the old file in place, where the record
 // cannot be encoded or the file cannot be written.
 template <typename Record>
 bool writeExchangeFile(const std::filesystem::path& path, const Record& record) {
   const std::optional<std::string> bytes = encode(record);
-  return bytes && writeFileAtomically(path, *bytes);
+  return bytes && writeFileAtomically(path, *bytes, Outlives::program);
 }
 
 }  // namespace vellora

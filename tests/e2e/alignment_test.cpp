@@ -58,7 +58,7 @@ class AlignmentOnTheDesk : public Desk {
     ASSERT_NO_FATAL_FAILURE(startPlayer({"--library", folder / "library", "--paused", "--position",
                                          "3.5", "--geometry", geometry}));
     OverlaySnapshot same = snapshotOfPlayer();
-    for (OverlayLine& line : same.lines) line.translation = line.source;
+    for (OverlayLine& line : same.lines.edit()) line.translation = line.source;
     keepSnapshot(same);
     if (!overlay) startOverlay();
   }

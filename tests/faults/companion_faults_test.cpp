@@ -1,5 +1,6 @@
 #include <sys/stat.h>
 
+#include "base/files.h"
 #include "companion/exchange/folder.h"
 #include "faults/fault_cases.h"
 #include "faults/silence.h"
@@ -99,10 +100,24 @@ TEST(CompanionFaultsTest, AFileCallThatFailsLeavesWholeFilesNoTemporaryOneAndAPr
     EXPECT_EQ(silence.broken(), "");
     return calls;
   });
-  for (const std::string_view function :
-       {"open", "write", "fsync", "close", "rename", "stat", "mkdir"}) {
+  for (const std::string_view function : {"open", "write", "close", "rename", "stat", "mkdir"}) {
     EXPECT_TRUE(runs.contains(std::string(function))) << function;
   }
+  EXPECT_FALSE(runs.contains("fsync")) << "the companion waits for the disk";
+}
+
+// Settings, shifts, lyrics that were fetched: what nobody would write again.
+TEST(CompanionFaultsTest, AFileThatIsToOutliveAPowerCutIsSyncedOrNotWrittenAtAll) {
+  const TemporaryFolder folder;
+  const auto runs = faults::withEveryFault([&](const Fault& fault) {
+    writeText(folder / "a", "old");
+    faults::begin(fault);
+    const bool written = writeFileAtomically(folder / "a", "new");
+    std::vector<Call> calls = faults::end();
+    EXPECT_EQ(readText(folder / "a"), written ? "new" : "old");
+    return calls;
+  });
+  EXPECT_TRUE(runs.contains("fsync"));
 }
 
 }  // namespace
