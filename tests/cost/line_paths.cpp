@@ -5,8 +5,10 @@
 #include <vector>
 
 #include "cost/hot_path.h"
+#include "exchange/record_reader.h"
 #include "exchange/records/json.h"
 #include "matching/translation_index.h"
+#include "support/temporary_folder.h"
 #include "support/verse.h"
 
 namespace vellora {
@@ -21,6 +23,32 @@ HotPath decoding() {
   return {"decode a snapshot of 60 lines", 20, [bytes = encode(snapshot).value()] {
             const auto decoded = decode<OverlaySnapshot>(bytes);
             return decoded && decoded->lines.size() == lineCount;
+          }};
+}
+
+// A companion keeps its snapshot fresh: the same lines beside another time. A turn is two of them.
+HotPath readingFresh() {
+  struct Fresh {
+    TemporaryFolder folder;
+    RecordReader<OverlaySnapshot> reader;
+  };
+  const auto fresh = std::make_shared<Fresh>();
+  OverlaySnapshot snapshot{1,
+                           1732291200.125,
+                           true,
+                           "Night Drive",
+                           "River Band",
+                           32,
+                           0,
+                           verse::makeLines(english, lineCount)};
+  fresh->folder.write("even.json", encode(snapshot).value());
+  snapshot.updatedAt = 1732291201.6;
+  fresh->folder.write("odd.json", encode(snapshot).value());
+  return {"read 60 lines beside another time", 20, [fresh] {
+            const auto even = fresh->reader.read(fresh->folder / "even.json");
+            const auto odd = fresh->reader.read(fresh->folder / "odd.json");
+            return even && odd && even->updatedAt < odd->updatedAt &&
+                   odd->lines.size() == lineCount;
           }};
 }
 
@@ -47,7 +75,7 @@ HotPath lookingUp(std::int64_t language) {
 }  // namespace
 
 std::vector<HotPath> linePaths() {
-  std::vector<HotPath> paths{decoding()};
+  std::vector<HotPath> paths{decoding(), readingFresh()};
   for (std::int64_t language = 0; language < verse::languages; ++language) {
     paths.push_back(indexing(language));
     paths.push_back(lookingUp(language));
