@@ -1,6 +1,7 @@
 #include "platform/linux/accessibility/bus_connection.h"
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 
 #include "platform/linux/accessibility/bus_waiting.h"
@@ -85,6 +86,8 @@ void BusConnection::wait(Steady::time_point deadline) {
 void BusConnection::run(Steady::time_point deadline, const std::function<void()>& refill) {
   lastHeard_.clear();
   hearSilent();
+  pace_.beginVolley();
+  std::size_t answers = 0;  // since it slept
   bool changed = true;
   for (;;) {
     if (refill && changed && waiting_.size() + underWay_.size() < mostUnderWay / 2) refill();
@@ -97,8 +100,11 @@ void BusConnection::run(Steady::time_point deadline, const std::function<void()>
     const bool more = process();
     dropTold();
     changed = underWay_.size() != before;
+    answers += before - underWay_.size();
     const bool full = underWay_.size() >= mostUnderWay;
-    if (!more && !changed && !broken_ && (waiting_.empty() || full)) sleep(deadline);
+    if (!more && !changed && !broken_ && (waiting_.empty() || full)) {
+      sleep(deadline, std::exchange(answers, 0));
+    }
   }
 }
 
@@ -162,7 +168,14 @@ bool BusConnection::process() {
   return processDirect() || result > 0;
 }
 
-void BusConnection::sleep(Steady::time_point until) {
+// Until something arrives, or a call is overdue. Among the answers of a volley it waits for several
+// more: each time that it is woken costs more than an answer.
+void BusConnection::sleep(Steady::time_point until, std::size_t answers) {
+  const auto now = Steady::now();
+  pace_.hear(answers, now);
+  if (answers > 0 && underWay_.size() > 1) {
+    return std::this_thread::sleep_until(std::min(until, now + pace_.untilHalf(underWay_.size())));
+  }
   if (!underWay_.empty()) until = std::min(until, overdueAt(underWay_.front()).value_or(until));
   if (!waitForEither(bus_.get(), direct_.get(), until)) broken_ = true;
 }

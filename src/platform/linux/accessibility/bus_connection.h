@@ -1,7 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -13,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/linux/accessibility/answer_pace.h"
 #include "platform/linux/accessibility/bus_handles.h"
 
 namespace vellora {
@@ -56,9 +56,8 @@ class BusConnection {
   void linkDirectly(const std::string& peer, const std::string& path, const std::string& address,
                     std::int32_t processIdentifier);
   void endDirectLink();
-  // Whether calls that are made from now on go over the direct link where there is one; at first
-  // they do not. When they no longer do, a peer that is silent there may be asked over the daemon;
-  // over the link it is once it has answered there.
+  // Whether calls that are made from now on go over the direct link, if any; at first they do not.
+  // When they no longer do, a peer that is silent there may be asked over the daemon.
   void allowDirect(bool isAllowed);
 
   // Sends the call when there is room among those under way.
@@ -121,7 +120,7 @@ class BusConnection {
   void sendWaiting();
   bool process();  // true when there may be more at once
   void run(Steady::time_point deadline, const std::function<void()>& refill);
-  void sleep(Steady::time_point until);  // until something arrives, or a call is overdue
+  void sleep(Steady::time_point until, std::size_t answers);  // that have come since it slept
   // When the peer counts as silent unless it has answered the call or another one.
   std::optional<Steady::time_point> overdueAt(const Call& call) const;
   void expire(Steady::time_point now);
@@ -143,6 +142,7 @@ class BusConnection {
   std::deque<Call> underWay_;  // in the order of sending
   std::map<std::string, std::unique_ptr<Call>, std::less<>> silent_;
   std::map<std::string, Steady::time_point, std::less<>> lastHeard_;  // in this run
+  AnswerPace pace_;
   std::vector<std::unique_ptr<Match>> matches_;
 };
 
