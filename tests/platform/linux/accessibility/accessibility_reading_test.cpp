@@ -19,9 +19,8 @@ constexpr std::uint64_t iconified = 1U << 15U;
 class AccessibilityReadingTest : public ReadingFixture {
  protected:
   AccessibilityElements windows() {
-    const auto value =
-        accessibility->applicationElement(player->pid(), musicPlayer, ReadingLimits())
-            ->attribute("AXWindows");
+    const auto value = accessibility->applicationElement(player->pid(), musicPlayer, patient)
+                           ->attribute("AXWindows");
     const auto* list = std::get_if<AccessibilityElements>(&value);
     return list != nullptr ? *list : AccessibilityElements();
   }
