@@ -1,10 +1,13 @@
 // How costs grow: with the lines of a snapshot, with the rows in view, with the display's scale.
+// Beside the decoding of a snapshot stands RapidJSON's.
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <benchmark/benchmark.h>
+#include <rapidjson/document.h>
 
 #include "exchange/records/json.h"
 #include "matching/translation_index.h"
@@ -35,6 +38,32 @@ void decodeLines(benchmark::State& state) {
   }
 }
 BENCHMARK(decodeLines)->Apply(eachNumberOfLines);
+
+// The same record by RapidJSON: a document, and its texts taken over.
+void peerRapidJson(benchmark::State& state) {
+  OverlaySnapshot snapshot{
+      1, 1000, true, "Night Drive", "River Band", 32, 0, verse::makeLines(english, state.range(0))};
+  const std::string bytes = encode(snapshot).value();
+  const auto text = [](const rapidjson::Value& value) {
+    return std::string(value.GetString(), value.GetStringLength());
+  };
+  for ([[maybe_unused]] const auto& turn : state) {
+    rapidjson::Document document;
+    document.Parse(bytes.data(), bytes.size());
+    if (document.HasParseError()) state.SkipWithError("no document");
+    std::vector<OverlayLine> lines;
+    for (const auto& line : document["lines"].GetArray()) {
+      lines.push_back({text(line["source"]), text(line["translation"])});
+    }
+    const OverlaySnapshot decoded{
+        document["version"].GetInt64(),         document["updatedAt"].GetDouble(),
+        document["enabled"].GetBool(),          text(document["musicTitle"]),
+        text(document["musicArtist"]),          document["fontSize"].GetDouble(),
+        document["verticalOffset"].GetDouble(), std::move(lines)};
+    benchmark::DoNotOptimize(decoded);
+  }
+}
+BENCHMARK(peerRapidJson)->Apply(eachNumberOfLines);
 
 void indexLines(benchmark::State& state, std::int64_t language) {
   const auto lines = verse::makeLines(language, state.range(0));

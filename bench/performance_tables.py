@@ -16,7 +16,7 @@ TITLES = {
     "glide": "From the player's answer to the pixel", "growth": "How costs grow",
     "idle": "The companion while nothing plays", "library": "The companion's library",
     "matching": "Looking a row up", "pages": "Reading a page in a browser",
-    "start": "From the start to the first caption", "system": "The whole system", "tick": "A tick",
+    "snapshot": "A snapshot that is kept fresh", "start": "From the start to the first caption", "system": "The whole system", "tick": "A tick",
     "wayland": "On Wayland, beside X11",
 }
 
@@ -182,12 +182,15 @@ def tick(figures, _):
 
 def growth(figures, _):
     lines, rows, scales = (60, 600, 5000, 50000), (15, 60, 150, 300), (1, 2, 3)
-    kinds = {"decode a snapshot": "decodeLines", "index, English": "indexLines/English",
+    kinds = {"decode a snapshot": "decodeLines", "RapidJSON decodes it": "peerRapidJson", "index, English": "indexLines/English",
              "index, Traditional": "indexLines/Traditional", "look a row up, English": "lookUpAmongLines/English",
              "look a row up, Traditional": "lookUpAmongLines/Traditional"}
     text = [table(["", *(f"{count:,} lines" for count in lines)],
                   [[what, *(spread(figures.values(f"{name}/{count}")) for count in lines)]
                    for what, name in kinds.items()]), "![with lines](growth-lines.svg)"]
+    ratio = figures.ratio("decodeLines/60", "peerRapidJson/60")
+    text.append(f"60 lines are decoded in {number(ratio)} times RapidJSON's time "
+                f"(limit 1.3; {held(ratio, 1.3, '')[1]}).")
     text += [table(["", *(f"{count} rows" for count in rows)],
                    [["compose a reading", *(spread(figures.values(f"composeRows/{count}")) for count in rows)]]),
              "![with rows](growth-rows.svg)"]
@@ -206,7 +209,16 @@ def growth(figures, _):
 def every_benchmark(figures, _):
     """For those without tables of their own."""
     return [table(["benchmark", "CPU time"],
-                  [[f"`{name}`", spread(figures.values(name))] for name in figures.runs])], {}
+                  [[f"`{name}`", spread(figures.values(name))] for name in sorted(figures.runs)])], {}
+
+
+def snapshot(figures, result):
+    text, _ = every_benchmark(figures, result)
+    for count, limit in ((60, 0.2), (50000, 0.2)):
+        ratio = figures.ratio(f"decodeAfterAnotherTime/{count}", f"decodeWhole/{count}")
+        text.append(f"{count:,} lines beside another time cost {number(ratio)} of decoding them whole "
+                    f"(limit {limit}; {held(ratio, limit, '')[1]}).")
+    return text, {}
 
 
 def start(_, result):
@@ -227,7 +239,7 @@ def whole_system(_, result):
 
 
 MAKERS = {"accessibility_walk": walk, "matching": matching, "drawing": drawing, "tick": tick, "growth": growth,
-          "start": start, "system": whole_system}
+          "snapshot": snapshot, "start": start, "system": whole_system}
 
 
 def plot(path, across, up, series):

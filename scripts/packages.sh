@@ -40,7 +40,7 @@ packages_browsers=(chromium firefox-esr pulseaudio)
 
 # The last line: programs that the overlay is metered beside, what runs the meter, and what draws plots.
 packages_bench=(
-  libbenchmark-dev libopencv-dev libatspi2.0-dev libx11-dev libxdamage-dev strace
+  libbenchmark-dev libopencv-dev libatspi2.0-dev libx11-dev libxdamage-dev strace rapidjson-dev
   conky-std dunst python3 gnuplot-nox
 )
 
