@@ -34,10 +34,10 @@ class OverlayDelegate final : public ApplicationDelegate,
   Platform& platform_;
   Application& application_;
   std::shared_ptr<const Clock> clock_;
+  std::unique_ptr<CaptionPainter> painter_;  // first: its fonts are read while the others connect
   std::shared_ptr<Accessibility> accessibility_;
   std::unique_ptr<Workspace> workspace_;
   std::unique_ptr<MusicScripting> scripting_;
-  std::unique_ptr<CaptionPainter> painter_;
   std::unique_ptr<NativeView> view_;
   std::ostream& output_;
 

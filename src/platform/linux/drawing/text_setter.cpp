@@ -105,36 +105,47 @@ void closeUpEllipsis(PangoLayoutLine* line, std::string_view text) {
   }
 }
 
+// Text has the same measures at every scale: no hinting, no rounding to pixels.
+void setFontOptions(PangoContext* context) {
+  const CairoFontOptionsPtr options(cairo_font_options_create());
+  cairo_font_options_set_antialias(options.get(), CAIRO_ANTIALIAS_GRAY);
+  cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_NONE);
+  cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_OFF);
+  pango_cairo_context_set_font_options(context, options.get());
+  pango_context_set_round_glyph_positions(context, FALSE);
+}
+
 }  // namespace
 
 TextSetter::TextSetter()
     : fontMap_(pango_cairo_font_map_new()),
       context_(pango_font_map_create_context(fontMap_.get())),
       font_(pango_font_description_new()) {
-  // Text has the same measures at every scale: no hinting, no rounding to pixels.
-  const CairoFontOptionsPtr options(cairo_font_options_create());
-  cairo_font_options_set_antialias(options.get(), CAIRO_ANTIALIAS_GRAY);
-  cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_NONE);
-  cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_OFF);
-  pango_cairo_context_set_font_options(context_.get(), options.get());
-  pango_context_set_round_glyph_positions(context_.get(), FALSE);
-
-  pango_font_description_set_family(font_.get(), fontFamilies("en").c_str());
+  setFontOptions(context_.get());
   pango_font_description_set_weight(font_.get(), PANGO_WEIGHT_MEDIUM);
 
   layout_.reset(pango_layout_new(context_.get()));
   pango_layout_set_wrap(layout_.get(), PANGO_WRAP_WORD_CHAR);
   lastLine_.reset(pango_layout_new(context_.get()));
   pango_layout_set_ellipsize(lastLine_.get(), PANGO_ELLIPSIZE_END);
+}
 
-  // The system font stands in the middle of its line.
+// Below a line's top, in font sizes: the system font stands in the middle of its line.
+double TextSetter::baseline() {
+  if (baseline_) return *baseline_;
   constexpr double size = 100;
-  pango_font_description_set_absolute_size(font_.get(), size * PANGO_SCALE);
+  const PangoContextPtr context(pango_font_map_create_context(fontMap_.get()));
+  setFontOptions(context.get());
+  const PangoFontPtr font(pango_font_description_new());
+  pango_font_description_set_family(font.get(), fontFamilies("en").c_str());
+  pango_font_description_set_weight(font.get(), PANGO_WEIGHT_MEDIUM);
+  pango_font_description_set_absolute_size(font.get(), size * PANGO_SCALE);
   const PangoMetricsPtr metrics(
-      pango_context_get_metrics(context_.get(), font_.get(), pango_language_from_string("en")));
+      pango_context_get_metrics(context.get(), font.get(), pango_language_from_string("en")));
   const double ascent = points(pango_font_metrics_get_ascent(metrics.get())) / size;
   const double descent = points(pango_font_metrics_get_descent(metrics.get())) / size;
   baseline_ = (lineHeight - ascent - descent) / 2 + ascent;
+  return *baseline_;
 }
 
 bool TextSetter::setCommonLanguage(const char* language) {
@@ -197,7 +208,7 @@ void TextSetter::showLine(cairo_t* context, PangoLayoutLine* line, double fontSi
     pango_layout_line_get_extents(line, nullptr, &logical);
     indent = width - points(logical.width);
   }
-  cairo_move_to(context, lineTop.x + indent, lineTop.y + baseline_ * fontSize);
+  cairo_move_to(context, lineTop.x + indent, lineTop.y + baseline() * fontSize);
   pango_cairo_show_layout_line(context, line);
 }
 

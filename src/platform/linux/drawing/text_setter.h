@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,8 @@ class TextSetter {
   // From one baseline to the next, in font sizes.
   static constexpr double lineHeight = 1.25;
 
+  // Fontconfig's files are read from here on by a thread of Pango's own, which what measures or
+  // shows a text first waits for.
   TextSetter();
 
   // The language of the translation that texts are of, as `commonLanguage` gives it; whether it is
@@ -41,6 +44,7 @@ class TextSetter {
                 Point lineTop);
   void showRest(cairo_t* context, PangoLayoutLine* line, double fontSize, double width,
                 Point lineTop);
+  double baseline();
 
   PangoFontMapPtr fontMap_;
   PangoContextPtr context_;
@@ -48,7 +52,7 @@ class TextSetter {
   PangoLayoutPtr layout_;
   PangoLayoutPtr lastLine_;
   const char* commonLanguage_ = "en";
-  double baseline_ = 0;  // below a line's top, in font sizes
+  std::optional<double> baseline_;  // once it was asked for
 };
 
 }  // namespace vellora
