@@ -1,5 +1,6 @@
 #include "render/caption_view.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "render/pixels.h"
@@ -31,10 +32,17 @@ CaptionDrawing drawingOf(const Caption& caption, double scale) {
   return drawing;
 }
 
+std::size_t bytesOf(const CaptionDrawing& drawing) {
+  constexpr std::size_t bytesOfAPixel = 4;
+  return static_cast<std::size_t>(drawing.pixelWidth) *
+         static_cast<std::size_t>(drawing.pixelHeight) * bytesOfAPixel;
+}
+
 }  // namespace
 
-CaptionView::CaptionView(CaptionPainter& painter, NativeView& nativeView, Workspace& workspace)
-    : painter_(painter), nativeView_(nativeView), workspace_(workspace) {
+CaptionView::CaptionView(CaptionPainter& painter, NativeView& nativeView, Workspace& workspace,
+                         std::size_t cacheBytes)
+    : painter_(painter), nativeView_(nativeView), workspace_(workspace), cacheBytes_(cacheBytes) {
   nativeView_.setDrawFunction([this](Surface& surface) { draw(surface); });
 }
 
@@ -46,6 +54,7 @@ void CaptionView::setCaptions(std::vector<Caption> captions) {
 }
 
 void CaptionView::draw(Surface& surface) {
+  ++drawing_;
   const double currentScale = scale();
   for (const Caption& caption : captions_) {
     const ImagePtr picture = image(caption, currentScale);
@@ -66,21 +75,44 @@ CaptionView::ImagePtr CaptionView::image(const Caption& caption, double scale) {
                caption.font,
                caption.softness,
                scale};
-  if (const auto found = imageCache_.find(key); found != imageCache_.end()) return found->second;
+  if (const auto found = imageCache_.find(key); found != imageCache_.end()) {
+    found->second.drawing = drawing_;
+    return found->second.picture;
+  }
 
-  ImagePtr picture = renderImage(caption, scale);
+  const CaptionDrawing drawing = drawingOf(caption, scale);
+  ImagePtr picture = renderImage(drawing, caption.softness);
   if (!picture) return nullptr;
-  // Flushed as a whole: which pictures will be wanted again is not worth keeping account of.
-  if (imageCache_.size() >= CaptionStyle::cacheLimit) imageCache_.clear();
-  imageCache_.emplace(std::move(key), picture);
+  if (imageCache_.size() >= CaptionStyle::cacheLimit) forgetImages();
+  const std::size_t bytes = bytesOf(drawing);
+  makeRoom(bytes);
+  imageCache_.emplace(std::move(key), Kept{picture, bytes, drawing_});
+  cachedBytes_ += bytes;
   return picture;
 }
 
-CaptionView::ImagePtr CaptionView::renderImage(const Caption& caption, double scale) {
-  ImagePtr sharp = painter_.paint(drawingOf(caption, scale));
-  if (!sharp || !(caption.softness > 0)) return sharp;
-  ImagePtr blurred = painter_.blur(*sharp, scale * caption.softness * CaptionStyle::blurRadius);
+CaptionView::ImagePtr CaptionView::renderImage(const CaptionDrawing& drawing, double softness) {
+  ImagePtr sharp = painter_.paint(drawing);
+  if (!sharp || !(softness > 0)) return sharp;
+  ImagePtr blurred = painter_.blur(*sharp, drawing.scale * softness * CaptionStyle::blurRadius);
   return blurred ? blurred : sharp;
+}
+
+void CaptionView::forgetImages() {
+  imageCache_.clear();
+  cachedBytes_ = 0;
+}
+
+// What the last drawing showed is most likely shown by this one, too: forgetting it would paint it
+// anew each time where all that is shown has more bytes than may be kept.
+void CaptionView::makeRoom(std::size_t bytes) {
+  while (cachedBytes_ + bytes > cacheBytes_) {
+    const auto oldest = std::ranges::min_element(
+        imageCache_, {}, [](const auto& entry) { return entry.second.drawing; });
+    if (oldest == imageCache_.end() || oldest->second.drawing + 1 >= drawing_) return;
+    cachedBytes_ -= oldest->second.bytes;
+    imageCache_.erase(oldest);
+  }
 }
 
 }  // namespace vellora

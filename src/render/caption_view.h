@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -27,7 +28,8 @@ struct CaptionStyle {
   static constexpr double textInsetY = 4;
   static constexpr double blurRadius = 2.6;  // at softness 1
   static constexpr double fallbackScale = 2;
-  static constexpr std::size_t cacheLimit = 96;
+  static constexpr std::size_t cacheLimit = 96;               // pictures
+  static constexpr std::size_t cacheBytes = 4 * 1024 * 1024;  // of their pixels
 };
 
 // The one view in the overlay panel: draws every caption as a translucent plate with its text, the
@@ -35,7 +37,10 @@ struct CaptionStyle {
 // at the top left, y downward. Main thread. What it is made from must outlive it.
 class CaptionView {
  public:
-  CaptionView(CaptionPainter& painter, NativeView& nativeView, Workspace& workspace);
+  // Beyond `cacheBytes` of pixels, pictures that neither this drawing nor the last one shows are
+  // forgotten, those first that were shown longest ago.
+  CaptionView(CaptionPainter& painter, NativeView& nativeView, Workspace& workspace,
+              std::size_t cacheBytes = CaptionStyle::cacheBytes);
   ~CaptionView();
   CaptionView(const CaptionView&) = delete;
   CaptionView& operator=(const CaptionView&) = delete;
@@ -56,22 +61,33 @@ class CaptionView {
   void setNeedsDisplay() { nativeView_.setNeedsDisplay(); }
 
   // Paints every picture anew when it is next drawn.
-  void forgetImages() { imageCache_.clear(); }
+  void forgetImages();
   // Pictures kept at the moment.
   std::size_t cachedImageCount() const { return imageCache_.size(); }
+  // And the bytes of their pixels.
+  std::size_t cachedBytes() const { return cachedBytes_; }
 
  private:
   using ImagePtr = std::shared_ptr<const CaptionImage>;
+  struct Kept {
+    ImagePtr picture;
+    std::size_t bytes;
+    std::uint64_t drawing;  // the last one that showed it
+  };
 
   double scale() const;
   ImagePtr image(const Caption& caption, double scale);
-  ImagePtr renderImage(const Caption& caption, double scale);
+  ImagePtr renderImage(const CaptionDrawing& drawing, double softness);
+  void makeRoom(std::size_t bytes);
 
   CaptionPainter& painter_;
   NativeView& nativeView_;
   Workspace& workspace_;
   std::vector<Caption> captions_;
-  std::unordered_map<ImageKey, ImagePtr, ImageKeyHash> imageCache_;
+  std::unordered_map<ImageKey, Kept, ImageKeyHash> imageCache_;
+  std::size_t cacheBytes_;
+  std::size_t cachedBytes_ = 0;
+  std::uint64_t drawing_ = 0;  // how many there were
 };
 
 }  // namespace vellora

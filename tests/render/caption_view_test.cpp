@@ -202,6 +202,46 @@ TEST_F(CaptionViewTest, TheNinetySeventhPictureEmptiesTheCacheFirst) {
   EXPECT_THAT(log, ElementsAre("draw sharp 97"));
 }
 
+// Of 220 x 50 pixels each, at scale 1.
+TEST_F(CaptionViewTest, BeyondItsBytesThePicturesThatWereShownLongestAgoAreForgotten) {
+  constexpr std::size_t one = 220 * 50 * 4;
+  FakeNativeView native(log);
+  native.scale = 1;
+  CaptionView small(painter, native, workspace, 3 * one);
+  const auto show = [&](std::vector<Caption> captions) {
+    small.setCaptions(std::move(captions));
+    log.clear();
+    native.drawFunction(surface);
+  };
+  const auto named = [](const char* text) { return Caption{text, {0, 0, 200, 30}, 20, 0}; };
+  show({named("a")});
+  show({named("b")});
+  show({named("c")});
+  show({named("a")});
+  EXPECT_EQ(small.cachedBytes(), 3 * one);
+  show({named("d")});  // b was shown longest ago
+  EXPECT_EQ(small.cachedImageCount(), 3U);
+  EXPECT_EQ(small.cachedBytes(), 3 * one);
+  show({named("a"), named("c"), named("d")});
+  EXPECT_THAT(log, ElementsAre("draw sharp 1", "draw sharp 3", "draw sharp 4"));
+  show({named("b")});
+  EXPECT_THAT(log, ElementsAre("paint b", "draw sharp 5"));
+  small.forgetImages();
+  EXPECT_EQ(small.cachedBytes(), 0U);
+}
+
+TEST_F(CaptionViewTest, WhatIsShownIsKeptHoweverManyBytesItHas) {
+  FakeNativeView native(log);
+  CaptionView tiny(painter, native, workspace, 1);
+  const std::vector<Caption> captions{captionAt(0, 0), captionAt(0, 40, 0.5), captionAt(0, 80, 1)};
+  for (int drawing = 0; drawing < 3; ++drawing) {
+    tiny.setCaptions(captions);
+    native.drawFunction(surface);
+  }
+  EXPECT_EQ(painter.drawings.size(), 3U);
+  EXPECT_EQ(tiny.cachedImageCount(), 3U);
+}
+
 TEST_F(CaptionViewTest, AFullCacheStillAnswers) {
   std::vector<Caption> captions;
   for (int i = 0; i < 96; ++i) captions.push_back({"text", {0, 0, 100.0 + i, 20}, 20, 0});
