@@ -28,6 +28,7 @@ bool mayHaveShadowAround(const AccessibleExtents& frame, const Rect& content) {
 
 std::optional<SurfacePlacement> SurfacePlacement::find(const AccessibleExtents& frame,
                                                        const std::vector<SurfacePlace>& surfaces) {
+  if (!surfaces.empty() && surfaces.front().serversPixels) return onScreen(frame, surfaces);
   const auto choose = [&](auto isIt) -> std::optional<SurfacePlacement> {
     const auto found = std::ranges::find_if(surfaces, isIt);
     if (found == surfaces.end()) return std::nullopt;
@@ -45,6 +46,34 @@ std::optional<SurfacePlacement> SurfacePlacement::find(const AccessibleExtents& 
   // While a window is resized, the two may tell of different moments.
   if (surfaces.size() == 1) return SurfacePlacement(frame, surfaces.front());
   return std::nullopt;
+}
+
+// Widths tell: what a title bar adds to the height may be counted in either measure.
+SurfacePlacement SurfacePlacement::onScreen(const AccessibleExtents& frame,
+                                            const std::vector<SurfacePlace>& surfaces) {
+  SurfacePlacement placement(frame, surfaces.front());
+  placement.origin_ = {};
+  placement.lacksInset_ = false;
+  placement.isOnScreen_ = true;
+  for (const SurfacePlace& surface : surfaces) {
+    const double pixels = surface.serversPixels.value_or(1);
+    const auto isWide = [&](double width) {
+      return std::abs(frame.width - width) <= rounding * pixels;
+    };
+    if (isWide(surface.content.width)) break;
+    if (!isWide(surface.content.width * pixels)) continue;
+    placement.content_ = surface.content;
+    placement.pixelsPerPoint_ = pixels;
+    break;
+  }
+  return placement;
+}
+
+Rect SurfacePlacement::place(const Rect& extents) const {
+  const double pixels = pixelsPerPoint_;
+  return Rect{extents.x / pixels, extents.y / pixels, extents.width / pixels,
+              extents.height / pixels}
+      .offsetBy(origin_.x, origin_.y);
 }
 
 SurfacePlacement::SurfacePlacement(const AccessibleExtents& frame, const SurfacePlace& surface)

@@ -22,6 +22,9 @@ class SurfacePlacement {
   static std::optional<SurfacePlacement> find(const AccessibleExtents& frame,
                                               const std::vector<SurfacePlace>& surfaces);
 
+  // Whether the program's positions are the screen's already, in points.
+  bool isPlain() const { return pixelsPerPoint_ == 1 && isOnScreen_; }
+
   // Whether the elements in the window have to say where in the frame the window's content begins:
   // the frame has a shadow, and nobody knows how broad that is at which side. Until they have, it
   // is taken to be as broad at opposite sides.
@@ -32,16 +35,20 @@ class SurfacePlacement {
 
   // In points.
   Rect window() const { return content_; }
-  // `extents` is in the program's positions, in points.
-  Rect place(const Rect& extents) const { return extents.offsetBy(origin_.x, origin_.y); }
+  // `extents` is in the program's positions, of whatever kind they are.
+  Rect place(const Rect& extents) const;
 
  private:
   SurfacePlacement(const AccessibleExtents& frame, const SurfacePlace& surface);
+  static SurfacePlacement onScreen(const AccessibleExtents& frame,
+                                   const std::vector<SurfacePlace>& surfaces);
 
   AccessibleExtents frame_;
   Rect content_;
   Point origin_;  // of the program's positions, in points
   bool lacksInset_ = false;
+  bool isOnScreen_ = false;    // that is where the program's positions count from
+  double pixelsPerPoint_ = 1;  // of these
 };
 
 // How far into a window its content is looked for: in Chromium's the third level has it.

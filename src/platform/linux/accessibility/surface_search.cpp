@@ -11,6 +11,7 @@ std::optional<SurfacePlacement> findSurface(ElementFacts& facts, ElementIndex fr
   const auto& extents = facts.extents(frame).value;
   if (!extents) return std::nullopt;
   auto placement = SurfacePlacement::find(*extents, *window.surfaces);
+  if (placement && placement->isPlain()) return std::nullopt;  // the client area says more
   ElementIndex level = frame;
   for (int depth = 0; placement && placement->lacksInset() && depth < deepestInset; ++depth) {
     const ElementList children = facts.children(level).value.value_or(ElementList());

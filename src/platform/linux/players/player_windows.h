@@ -15,6 +15,9 @@ namespace vellora {
 struct SurfacePlace {
   Rect content;                 // without decorations and shadows
   std::optional<Rect> surface;  // with the shadow that the program draws; nothing: it is not known
+  // Of an X11 window, whose program tells positions on the screen: how many of the X server's
+  // pixels a point has where programs scale themselves. Nothing: positions count from the surface.
+  std::optional<double> serversPixels{};
   bool operator==(const SurfacePlace&) const = default;
 };
 

@@ -30,9 +30,9 @@ FrontWindowAnswer findLocated(WindowLocator& locator, const WaylandSession& sess
   if (!front) return {{}, "no window is in front"};
   const Output* const output = session.layout().under(front->content, 0);
   return {FrontWindow{.names = front->names,
-                      .player = locatedPlayer(*front, locator.windows(),
-                                              identityOf(*front, descriptions).descriptions,
-                                              output == nullptr ? 1 : output->scale)},
+                      .player = locatedPlayer(
+                          *front, locator.windows(), identityOf(*front, descriptions).descriptions,
+                          output == nullptr ? 1 : output->scale, session.layout().largestScale())},
           {}};
 }
 

@@ -23,6 +23,7 @@ class NoLocator final : public WindowLocator {
 WaylandScreens screensOf(const std::shared_ptr<WaylandSession>& session) {
   return {[session] { return session->layout().primaryHeight(); },
           [session] { return session->layout().primaryScale(); },
+          [session] { return session->layout().largestScale(); },
           [session](const Rect& place) {
             const Output* const output = session->layout().under(place, 0);
             return output == nullptr ? session->layout().primaryScale().value_or(1) : output->scale;

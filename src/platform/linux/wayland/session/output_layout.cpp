@@ -33,6 +33,11 @@ std::optional<double> OutputLayout::primaryHeight() const {
   return output == nullptr ? std::nullopt : std::optional(output->place.height);
 }
 
+double OutputLayout::largestScale() const {
+  if (outputs.empty()) return 1;
+  return std::ranges::max_element(outputs, {}, &Output::scale)->scale;
+}
+
 std::optional<double> OutputLayout::primaryScale() const {
   const Output* const output = primary();
   return output == nullptr ? std::nullopt : std::optional(output->scale);

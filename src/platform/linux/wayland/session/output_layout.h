@@ -31,6 +31,7 @@ struct OutputLayout {
   // Points; nothing when there is no output.
   std::optional<double> primaryHeight() const;
   std::optional<double> primaryScale() const;
+  double largestScale() const;  // 1 when there is no output
 
   // A rectangle of the window-system coordinates in which panels are placed (origin at the bottom
   // left of the primary output, y upward), in the layout.

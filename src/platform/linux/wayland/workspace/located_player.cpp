@@ -5,20 +5,24 @@
 namespace vellora {
 
 PlayerWindow locatedPlayer(const LocatedWindow& window, const std::vector<LocatedWindow>& all,
-                           std::vector<PlayerDescriptionPtr> descriptions, double scale) {
+                           std::vector<PlayerDescriptionPtr> descriptions, double scale,
+                           double largestScale) {
   PlayerWindow player;
   player.process = window.process;
   player.descriptions = std::move(descriptions);
   if (window.tellsScreenPositions) {
-    // To X11 programs a point is a pixel.
+    // To X11 programs a point is a pixel, unless they scale themselves.
     player.clientArea = window.content;
-    return player;
+    if (largestScale == 1) return player;
+  } else {
+    player.scale = scale;
   }
-  player.scale = scale;
   player.surfaces.emplace();
   for (const LocatedWindow& one : all) {
     if (one.process != window.process || !one.isVisible) continue;
-    player.surfaces->push_back({.content = one.content, .surface = one.surface});
+    SurfacePlace place{.content = one.content, .surface = one.surface};
+    if (window.tellsScreenPositions) place.serversPixels = largestScale;
+    player.surfaces->push_back(place);
   }
   return player;
 }

@@ -8,8 +8,10 @@
 namespace vellora {
 
 // A window as the directory of players' windows has it, with all others of its process among `all`
-// that can be seen. `scale` is that of the output that it is on.
+// that can be seen. `scale` is that of the output that it is on, `largestScale` that of all
+// outputs, by which X11 programs scale themselves where they do.
 PlayerWindow locatedPlayer(const LocatedWindow& window, const std::vector<LocatedWindow>& all,
-                           std::vector<PlayerDescriptionPtr> descriptions, double scale);
+                           std::vector<PlayerDescriptionPtr> descriptions, double scale,
+                           double largestScale);
 
 }  // namespace vellora

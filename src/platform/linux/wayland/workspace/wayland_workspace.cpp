@@ -34,7 +34,10 @@ WaylandWorkspace::WaylandWorkspace(std::unique_ptr<WindowLocator> locator, Wayla
 WaylandWorkspace::~WaylandWorkspace() { locator_->whenChanged(nullptr); }
 
 std::shared_ptr<const RunningApplication> WaylandWorkspace::frontmostApplication() {
-  if (frontPlace_ && screens_.scaleUnder(*frontPlace_) != frontScale_) update();
+  const auto scales = [this](const Rect& place) {
+    return std::pair(screens_.scaleUnder(place), screens_.largestScale());
+  };
+  if (frontPlace_ && scales(*frontPlace_) != frontScales_) update();
   return frontmost_;
 }
 
@@ -48,10 +51,10 @@ void WaylandWorkspace::update() {
     const WindowIdentity identity = identityOf(*front, descriptions_);
     frontmost_ = std::make_shared<WindowOwner>(front->process, identity.identifier);
     if (identity.isPlayer()) {
-      PlayerWindow player =
-          locatedPlayer(*front, all, identity.descriptions, screens_.scaleUnder(front->content));
       frontPlace_ = front->content;
-      frontScale_ = player.scale;
+      frontScales_ = {screens_.scaleUnder(front->content), screens_.largestScale()};
+      PlayerWindow player = locatedPlayer(*front, all, identity.descriptions, frontScales_.first,
+                                          frontScales_.second);
       players.push_back(front->process);
       windows_->bringToFront(std::move(player));
     }
@@ -62,7 +65,7 @@ void WaylandWorkspace::update() {
     if (!identity.isPlayer()) continue;
     players.push_back(window.process);
     windows_->note(locatedPlayer(window, all, std::move(identity.descriptions),
-                                 screens_.scaleUnder(window.content)));
+                                 screens_.scaleUnder(window.content), screens_.largestScale()));
   }
   windows_->keepOnly(players);
   locator_->setWatched(frontPlace_.has_value());

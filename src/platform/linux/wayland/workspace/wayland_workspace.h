@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/rect.h"
@@ -17,6 +18,7 @@ namespace vellora {
 struct WaylandScreens {
   std::function<std::optional<double>()> primaryHeight;  // points
   std::function<std::optional<double>()> primaryScale;   // pixels per point
+  std::function<double()> largestScale;                  // of all outputs; 1 without any
   // Of the output on which most of a rectangle of the layout lies.
   std::function<double(const Rect& place)> scaleUnder;
 };
@@ -51,9 +53,9 @@ class WaylandWorkspace final : public Workspace {
   const std::vector<PlayerDescriptionPtr> descriptions_;
   const std::shared_ptr<PlayerWindows> windows_;
   std::shared_ptr<const RunningApplication> frontmost_;
-  std::optional<Rect> frontPlace_;  // of a player in front
-  double frontScale_ = 1;
-  bool isAwaited_ = false;  // the first answer, once
+  std::optional<Rect> frontPlace_;               // of a player in front
+  std::pair<double, double> frontScales_{1, 1};  // of its output, and the largest
+  bool isAwaited_ = false;                       // the first answer, once
 };
 
 }  // namespace vellora

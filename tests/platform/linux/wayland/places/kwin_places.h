@@ -34,11 +34,12 @@ class KWinPlaces : public PlacesFixture {
     const int fd = open(file.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     const GObjectPtr<GUnixFDList> files(g_unix_fd_list_new());
     const int index = g_unix_fd_list_append(files.get(), fd, nullptr);
-    GVariantDict none;
-    g_variant_dict_init(&none, nullptr);
+    GVariantDict options;
+    g_variant_dict_init(&options, nullptr);
+    g_variant_dict_insert(&options, "native-resolution", "b", TRUE);
     const GVariantPtr answer(g_dbus_connection_call_with_unix_fd_list_sync(
         bus.get(), "org.kde.KWin", "/org/kde/KWin/ScreenShot2", "org.kde.KWin.ScreenShot2",
-        "CaptureActiveScreen", g_variant_new("(@a{sv}h)", g_variant_dict_end(&none), index),
+        "CaptureActiveScreen", g_variant_new("(@a{sv}h)", g_variant_dict_end(&options), index),
         G_VARIANT_TYPE("(a{sv})"), G_DBUS_CALL_FLAGS_NONE, -1, files.get(), nullptr, nullptr,
         nullptr));
     close(fd);

@@ -107,6 +107,7 @@ PlacesFixture::PlacesFixture() : accessibility(makeLinuxAccessibility(usualMemor
       std::move(locator),
       WaylandScreens{.primaryHeight = [] { return 800; },
                      .primaryScale = [this] { return scale; },
+                     .largestScale = [this] { return scale; },
                      .scaleUnder = [this](const Rect&) { return scale; }},
       std::vector<PlayerDescriptionPtr>{placedDescription()}, windows);
 }
@@ -179,7 +180,8 @@ bool PlacesFixture::eventuallyRight(const std::function<bool(const Rect& marker)
     seen = redBox(picture());
     // A marker that is not whole points away from the corner covers parts of pixels.
     const auto isNear = [&](double points, double pixels) {
-      return std::abs(points * scale - pixels) < (std::fmod(scale, 1) == 0 ? 0.01 : 1.01);
+      const bool isSharp = std::fmod(scale, 1) == 0 && !isSmoothed;
+      return std::abs(points * scale - pixels) < (isSharp ? 0.01 : 1.01);
     };
     return asked && seen && isNear(asked->x, seen->x) && isNear(asked->y, seen->y) &&
            isNear(asked->maxX(), seen->maxX()) && isNear(asked->maxY(), seen->maxY()) &&

@@ -67,7 +67,8 @@ class PlacesFixture : public testing::Test {
   // Whether the condition comes true in good time, while the loop runs.
   static bool eventually(const std::function<bool()>& condition);
 
-  double scale = 1;  // of the output
+  double scale = 1;         // of the output
+  bool isSmoothed = false;  // the compositor scales the window's picture, and so the marker's edges
   std::shared_ptr<PlayerWindows> windows = std::make_shared<PlayerWindows>();
   std::shared_ptr<Accessibility> accessibility;
   std::unique_ptr<WaylandWorkspace> workspace;

@@ -43,6 +43,7 @@ class WaylandWorkspaceTest : public testing::Test {
         std::move(made),
         WaylandScreens{.primaryHeight = [] { return 800; },
                        .primaryScale = [] { return 2; },
+                       .largestScale = [this] { return largest; },
                        .scaleUnder = [this](const Rect&) { return scale; }},
         std::vector<PlayerDescriptionPtr>{description}, windows);
   }
@@ -68,6 +69,7 @@ class WaylandWorkspaceTest : public testing::Test {
   }
 
   double scale = 1;
+  double largest = 1;
   std::shared_ptr<PlayerWindows> windows = std::make_shared<PlayerWindows>();
   FakeLocator* locator = nullptr;
   std::unique_ptr<WaylandWorkspace> workspace;
@@ -127,6 +129,19 @@ TEST_F(WaylandWorkspaceTest, AnX11ProgramKnowsWhereItIs) {
   ASSERT_TRUE(known.has_value());
   EXPECT_FALSE(known->surfaces.has_value());
   EXPECT_EQ(known->clientArea, x11.content);
+}
+
+TEST_F(WaylandWorkspaceTest, AnX11ProgramMayScaleItselfByTheLargestScaleOfAll) {
+  LocatedWindow x11 = window(6, "", true);
+  x11.names.classPart = "org.example.Player";
+  x11.tellsScreenPositions = true;
+  tell({x11});
+  largest = 2;
+  workspace->frontmostApplication();
+  const auto known = windows->find(6);
+  ASSERT_TRUE(known && known->surfaces && known->surfaces->size() == 1);
+  EXPECT_EQ(known->surfaces->front().serversPixels, 2);
+  EXPECT_EQ(known->scale, 1);
 }
 
 TEST_F(WaylandWorkspaceTest, NamesInLowerCaseAreThoseOfTheDescriptions) {
