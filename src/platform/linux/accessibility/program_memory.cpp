@@ -100,7 +100,8 @@ void ProgramMemory::endReading() {
   bus_.allowDirect(false);
   const auto found = windows();
   if (!found.empty()) lastWindow_ = store_[found.front()].reference;
-  if (const std::string address = changes_.takeAddress(); program_ && !address.empty()) {
+  const std::string address = changes_.takeAddress();
+  if (program_ && !address.empty() && mayGoDirect_) {
     bus_.linkDirectly(program_->root.bus, program_->root.path, address, processIdentifier_);
   }
   if (!program_ || !changes_.isTold(program_->root.bus) || store_.size() > mostRemembered) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/environment.h"
 #include "platform/linux/accessibility/accessible_store.h"
 #include "platform/linux/accessibility/bus_connection.h"
 #include "platform/linux/accessibility/change_watch.h"
@@ -17,9 +18,13 @@ namespace vellora {
 class ProgramMemory {
  public:
   // `longest` is how long something is believed without having been asked again, for changes that
-  // nobody signals.
+  // nobody signals. With VELLORA_DIRECT_LINK=off all questions go over the bus.
   ProgramMemory(BusConnection& bus, std::int32_t processIdentifier, Steady::duration longest)
-      : bus_(bus), processIdentifier_(processIdentifier), longest_(longest), changes_(bus) {}
+      : bus_(bus),
+        processIdentifier_(processIdentifier),
+        longest_(longest),
+        mayGoDirect_(environmentVariable("VELLORA_DIRECT_LINK") != "off"),
+        changes_(bus) {}
   ~ProgramMemory() { bus_.endDirectLink(); }
   ProgramMemory(const ProgramMemory&) = delete;
   ProgramMemory& operator=(const ProgramMemory&) = delete;
@@ -72,6 +77,7 @@ class ProgramMemory {
   BusConnection& bus_;
   std::int32_t processIdentifier_;
   Steady::duration longest_;
+  bool mayGoDirect_;
   std::optional<Program> program_;
   Steady::time_point programFound_;
   Steady::time_point lastAnswer_;

@@ -3,6 +3,7 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <string>
@@ -84,6 +85,14 @@ TEST_F(AccessibilityDirectTest, WhatIsInAWindowIsAskedDirectlyAndItsStateOverThe
   }
   EXPECT_EQ(counts().directStates, 0);
   EXPECT_EQ(counts().links, 1);
+}
+
+// Whoever looks for a fault with a monitor of the bus sees nothing of what goes past it.
+TEST_F(AccessibilityDirectTest, NothingIsAskedDirectlyWhereTheUserDoesNotWantThat) {
+  ::setenv("VELLORA_DIRECT_LINK", "off", 1);
+  start(program);
+  expectDetour();
+  ::unsetenv("VELLORA_DIRECT_LINK");
 }
 
 // The answer to the first question comes behind the signals; one that came by another way would
