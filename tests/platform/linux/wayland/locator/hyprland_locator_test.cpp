@@ -9,12 +9,13 @@
 #include "platform/linux/glib/private_bus.h"
 #include "platform/linux/wayland/locator/fake_hyprland.h"
 #include "platform/linux/wayland/locator/hyprland_text.h"
+#include "platform/linux/wayland/locator/locator_fixture.h"
 #include "support/temporary_folder.h"
 
 namespace vellora {
 namespace {
 
-class HyprlandLocatorTest : public testing::Test {
+class HyprlandLocatorTest : public LocatorFixture {
  protected:
   void start() {
     compositor = std::make_unique<FakeHyprland>(folder.path());
@@ -31,19 +32,9 @@ class HyprlandLocatorTest : public testing::Test {
     compositor->answers["j/activewindow"] = hyprlandClient({.process = process, .address = "0xa"});
   }
   void locate() { locator = std::make_unique<HyprlandLocator>(folder.path()); }
-  bool eventuallyFront(int process) {
-    return runLoopUntil([&] {
-      const auto front = locator->frontWindow();
-      return front && front->process == process;
-    });
-  }
-  bool eventuallyUnknown() {
-    return runLoopUntil([&] { return !locator->isKnown(); });
-  }
 
   TemporaryFolder folder;
   std::unique_ptr<FakeHyprland> compositor;
-  std::unique_ptr<HyprlandLocator> locator;
 };
 
 TEST_F(HyprlandLocatorTest, AsksAtTheStartAndAfterEachEvent) {

@@ -8,31 +8,22 @@
 #include "platform/linux/glib/private_bus.h"
 #include "platform/linux/wayland/locator/fake_i3.h"
 #include "platform/linux/wayland/locator/i3_text.h"
+#include "platform/linux/wayland/locator/locator_fixture.h"
 #include "support/temporary_folder.h"
 
 namespace vellora {
 namespace {
 
-class I3LocatorTest : public testing::Test {
+class I3LocatorTest : public LocatorFixture {
  protected:
   void start() {
     compositor = std::make_unique<FakeI3>(path);
     compositor->tree = i3OneWindow(11);
   }
-  bool eventuallyFront(int process) {
-    return runLoopUntil([&] {
-      const auto front = locator->frontWindow();
-      return front && front->process == process;
-    });
-  }
-  bool eventuallyUnknown() {
-    return runLoopUntil([&] { return !locator->isKnown(); });
-  }
 
   TemporaryFolder folder;
   const std::string path = folder / "ipc.sock";
   std::unique_ptr<FakeI3> compositor;
-  std::unique_ptr<I3Locator> locator;
 };
 
 TEST_F(I3LocatorTest, AsksAtTheStartAndAfterEachEvent) {

@@ -9,12 +9,13 @@
 
 #include "platform/linux/glib/private_bus.h"
 #include "platform/linux/wayland/locator/fake_kwin.h"
+#include "platform/linux/wayland/locator/locator_fixture.h"
 #include "support/temporary_folder.h"
 
 namespace vellora {
 namespace {
 
-class KWinLocatorTest : public testing::Test {
+class KWinLocatorTest : public LocatorFixture {
  protected:
   KWinLocatorTest() {
     g_setenv("XDG_RUNTIME_DIR", folder.path().c_str(), TRUE);
@@ -33,21 +34,11 @@ class KWinLocatorTest : public testing::Test {
   static std::string report(int process) {
     return "[" + kwinWindow(process, "org.example.Player", true, "[1,2,3,4]", "[1,2,3,4]") + "]";
   }
-  bool eventuallyFront(int process) {
-    return runLoopUntil([&] {
-      const auto front = locator->frontWindow();
-      return front && front->process == process;
-    });
-  }
-  bool eventuallyUnknown() {
-    return runLoopUntil([&] { return !locator->isKnown(); });
-  }
 
   TemporaryFolder folder;
   const std::string name = "vellora-kwin-" + std::to_string(getpid());
   PrivateBus bus;
   std::unique_ptr<FakeKWin> kwin;
-  std::unique_ptr<KWinLocator> locator;
 };
 
 TEST_F(KWinLocatorTest, LoadsItsScriptFromAPrivateFileAndTakesItsReports) {
