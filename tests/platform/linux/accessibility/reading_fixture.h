@@ -3,6 +3,7 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,8 +28,11 @@ inline constexpr std::uint32_t window = 69;  // of GTK, one that pops up
 }  // namespace FakeRole
 
 // For tests that are run with the accessibility bus alone, and with a program's own beside it.
+inline void PrintTo(OwnBus way, std::ostream* out) {
+  *out << (way == OwnBus::open ? "OwnBus" : "BusAlone");
+}
 inline std::string nameOfWay(const testing::TestParamInfo<OwnBus>& way) {
-  return way.param == OwnBus::open ? "OwnBus" : "BusAlone";
+  return testing::PrintToString(way.param);
 }
 
 // A session with its services, and the reading of a fake program's windows.

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 
+#include "platform/linux/glib/private_bus.h"
 #include "platform/linux/glib/run_program.h"
 #include "platform/linux/wayland/places/places_fixture.h"
 #include "support/temporary_folder.h"
@@ -16,11 +17,16 @@ class SwayPlaces : public PlacesFixture {
  protected:
   ~SwayPlaces() override {
     program.reset();
-    command("output HEADLESS-1 scale 1, workspace 1, layout splith, gaps inner current set 0");
+    // Where the window still floats, its workspace has no layout to be chosen.
+    EXPECT_TRUE(runLoopUntil([] {
+      return accepts(
+          "output HEADLESS-1 scale 1, workspace 1, layout splith, gaps inner current set 0");
+    }));
   }
-  static void command(const std::string& words) {
-    EXPECT_EQ(runProgram({"swaymsg", words}).status, 0) << words;
+  static bool accepts(const std::string& words) {
+    return runProgram({"swaymsg", words}).status == 0;
   }
+  static void command(const std::string& words) { EXPECT_TRUE(accepts(words)) << words; }
   ScreenPicture picture() override {
     const std::string file = folder / "screen.ppm";
     if (runProgram({"grim", "-t", "ppm", file}).status != 0) return {};
