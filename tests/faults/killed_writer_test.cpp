@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <random>
@@ -62,9 +63,8 @@ class KilledWriterTest : public testing::Test {
   }
 
   void expectWholeFiles() {
-    const auto snapshot = readExchangeFile<OverlaySnapshot>(folder / "snapshot.json");
-    ASSERT_TRUE(snapshot);
-    EXPECT_EQ(encode(*snapshot), snapshots.at(snapshot->lines.size()));
+    const std::string snapshot = readWholeFile(folder / "snapshot.json").value_or("");
+    EXPECT_NE(std::find(snapshots.begin(), snapshots.end(), snapshot), snapshots.end());
     EXPECT_TRUE(readExchangeFile<NowPlayingTrack>(folder / "nowplaying.json"));
     EXPECT_TRUE(readExchangeFile<OverlayStatus>(folder / "status.json"));
   }

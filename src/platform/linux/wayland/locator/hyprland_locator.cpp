@@ -1,8 +1,10 @@
 #include "platform/linux/wayland/locator/hyprland_locator.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -29,10 +31,6 @@ void closeSocket(int& fd) {
   fd = -1;
 }
 
-std::string validText(const std::string& text) {
-  return GCharPtr(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()))).get();
-}
-
 }  // namespace
 
 HyprlandLocator::HyprlandLocator(std::string folder) : folder_(std::move(folder)) { connect(); }
@@ -42,10 +40,10 @@ HyprlandLocator::~HyprlandLocator() { HyprlandLocator::close(); }
 std::string HyprlandLocator::servedFolder() {
   const auto signature = environmentVariable("HYPRLAND_INSTANCE_SIGNATURE");
   if (!signature) return {};
-  // The second is that of versions before 0.40.
-  for (const std::string& root :
-       {environmentVariable("XDG_RUNTIME_DIR").value_or("/nowhere"), std::string("/tmp")}) {
-    std::string folder = root + "/hypr/" + *signature;
+  std::vector<std::filesystem::path> roots = {"/tmp"};  // of versions before 0.40
+  if (auto runtime = environmentFolder("XDG_RUNTIME_DIR")) roots.insert(roots.begin(), *runtime);
+  for (const auto& root : roots) {
+    std::string folder = root / "hypr" / *signature;
     int fd = connectToLocalSocket(folder + eventSocket);
     if (fd < 0) continue;
     closeSocket(fd);
@@ -111,10 +109,7 @@ void HyprlandLocator::readAnswer() {
     return;
   }
   // Titles of X11 programs are passed on as they are, which need not be UTF-8.
-  const std::string monitors = validText(answers_[0]);
-  const std::string clients = validText(answers_[1]);
-  const std::string active = validText(answers_[2]);
-  takeAnswer(windowsInHyprlandAnswers({monitors, clients, active}));
+  takeAnswer(windowsInHyprlandAnswers({answers_[0], answers_[1], answers_[2]}));
 }
 
 }  // namespace vellora

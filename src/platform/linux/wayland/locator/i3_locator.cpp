@@ -27,11 +27,7 @@ bool I3Locator::putQuestion() { return connection_->send(I3Message::getTree); }
 
 void I3Locator::take(const I3Message& message) {
   if (message.isEvent()) return takeEvent();
-  if (message.type != I3Message::getTree) return;
-  // Titles of X11 programs are passed on as they are, which need not be UTF-8.
-  const GCharPtr text(
-      g_utf8_make_valid(message.payload.data(), static_cast<gssize>(message.payload.size())));
-  takeAnswer(windowsInI3Tree(text.get()));
+  if (message.type == I3Message::getTree) takeAnswer(windowsInI3Tree(message.payload));
 }
 
 }  // namespace vellora

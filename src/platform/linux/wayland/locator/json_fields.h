@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "base/rect.h"
+#include "platform/linux/glib/glib_ptr.h"
 
 namespace vellora::JsonFields {
 
@@ -17,9 +18,11 @@ namespace vellora::JsonFields {
 // of another kind. None of these throws. Any thread.
 using Json = nlohmann::json;
 
-// Null where the text is no JSON.
+// Null where the text is no JSON. Bytes that are no UTF-8 become U+FFFD: compositors pass titles of
+// X11 programs on as they are.
 inline Json parse(std::string_view text) {
-  Json parsed = Json::parse(text, nullptr, false);
+  const GCharPtr valid(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())));
+  Json parsed = Json::parse(valid.get(), nullptr, false);
   // Never copied: that would go as deep as the text does.
   if (parsed.is_discarded()) parsed = nullptr;
   return parsed;
