@@ -47,7 +47,7 @@ class CompanionOnTheDesk : public Desk {
     words.insert(words.end(), {"--exchange", exchange});
     const auto log = folder / ("command-" + std::to_string(++runs_) + ".log");
     Process process(words, log);
-    waitFor([&] { return !process.running(); }, 20);
+    waitFor([&] { return !process.running(); });
     std::ifstream file(log);
     std::ostringstream text;
     text << file.rdbuf();

@@ -123,7 +123,7 @@ TEST_F(Online, AnEndDuringARequestIsNoSlower) {
   startOverlay();
   ASSERT_TRUE(waitFor([&] { return server.requestCount() == 1; }));
   companion->signal(SIGTERM);
-  EXPECT_TRUE(waitFor([&] { return !companion->running(); }, 5)) << "the request takes fifteen";
+  EXPECT_TRUE(waitFor([&] { return !companion->running(); }, 12)) << "the request takes fifteen";
   EXPECT_EQ(companion->exitStatus(), 0);
 }
 

@@ -100,6 +100,7 @@ TEST_F(CaptionsOnTheDesk, NeverTakeTheKeyboard) {
 }
 
 TEST_F(CaptionsOnTheDesk, ComeBackWhenAHungPlayerWakes) {
+  environment.erase("VELLORA_PLAYER_PATIENCE");
   ASSERT_NO_FATAL_FAILURE(follow());
   keepSync();
   ASSERT_TRUE(waitFor([&] { return nowPlaying().has_value(); }));

@@ -52,7 +52,7 @@ TEST_F(TheExampleOnTheDesk, DrivesTheOverlayFromTheCommandToTheCaptions) {
   ASSERT_TRUE(waitFor([&] { return nowPlaying() && nowPlaying()->title == wanted.musicTitle; }))
       << "the command did not reach the player: " << said();
   EXPECT_FALSE(fileExists(exchange / commandFileName));
-  ASSERT_TRUE(waitFor([&] { return following(); }, 25)) << said();
+  ASSERT_TRUE(waitFor([&] { return following(); })) << said();
   // The rows stand still in a paused player, and can be compared with the captions.
   send(MusicCommand(now(), MusicCommand::Action::playPause, ""));
   ASSERT_TRUE(waitFor([&] { return nowPlaying() && !nowPlaying()->playing; }));
@@ -70,12 +70,12 @@ TEST_F(TheExampleOnTheDesk, SwitchesTheCaptionsOffForAnotherSongAndAtItsEnd) {
   const OverlaySnapshot wanted = snapshotOfPlayer();
   startCompanion(wanted);
   startOverlay();
-  ASSERT_TRUE(waitFor([&] { return following(); }, 25)) << said();
+  ASSERT_TRUE(waitFor([&] { return following(); })) << said();
   send(MusicCommand(now(), MusicCommand::Action::next, ""));
   EXPECT_TRUE(waitFor([&] { return snapshot() && !snapshot()->enabled; })) << said();
   EXPECT_TRUE(waitFor([&] { return statusIs("Following Music for Tessaly"); }));
   send(MusicCommand(now(), MusicCommand::Action::play, wanted.musicTitle, "", 12));
-  EXPECT_TRUE(waitFor([&] { return following(); }, 25)) << said();
+  EXPECT_TRUE(waitFor([&] { return following(); })) << said();
   companion->signal(SIGTERM);
   EXPECT_TRUE(waitFor([&] { return !companion->running(); }));
   EXPECT_EQ(companion->exitStatus(), 0) << said();

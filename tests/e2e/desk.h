@@ -31,8 +31,8 @@ class Desk : public testing::Test {
   void startPlayer(std::vector<std::string> options = {});
   void startOverlay(std::vector<std::string> options = {});
 
-  // Waits, 15 s at most unless said otherwise, and renews what `keep…` asked for meanwhile.
-  bool waitFor(const std::function<bool()>& condition, double seconds = 15);
+  // Waits, a minute at most unless said otherwise, and renews what `keep…` asked for meanwhile.
+  bool waitFor(const std::function<bool()>& condition, double seconds = 60);
 
   // The companion's side. While kept, both files are rewritten twice a second by `waitFor`.
   void keepSnapshot(OverlaySnapshot snapshot);

@@ -58,14 +58,14 @@ TEST_F(LifeOnTheDesk, OpeningAUrlStartsAnOverlayWhereNoneRuns) {
   Process open({"gio", "open", url}, folder / "open.log");
   EXPECT_TRUE(waitFor([&] { return status().has_value(); })) << "no overlay came up";
   // It has no folder to be asked through any more once the snapshot stays away; it ends by itself.
-  EXPECT_TRUE(waitFor([&] { return status() && status()->stopped; }, 40));
+  EXPECT_TRUE(waitFor([&] { return status() && status()->stopped; }));
 }
 
 TEST_F(LifeOnTheDesk, EndsByItselfFifteenSecondsAfterTheLastSnapshot) {
   startOverlay();
   const double started = now();
   ASSERT_TRUE(waitFor([&] { return statusIs("Waiting for fresh lyrics from Tessaly"); }));
-  ASSERT_TRUE(waitFor([&] { return !overlay->running(); }, 40)) << "it goes on and on";
+  ASSERT_TRUE(waitFor([&] { return !overlay->running(); })) << "it goes on and on";
   EXPECT_GE(now() - started, 14.9);
   EXPECT_EQ(overlay->exitStatus(), 0);
   ASSERT_TRUE(status());
@@ -77,11 +77,11 @@ TEST_F(LifeOnTheDesk, StaysWhileSyncIsActive) {
   keepSync();
   startOverlay();
   const double started = now();
-  waitFor([&] { return now() - started > 19; }, 30);
+  waitFor([&] { return now() - started > 19; });
   EXPECT_TRUE(overlay->running());
   EXPECT_TRUE(statusIs("Following Music for Tessaly"));
   dropSync();
-  EXPECT_TRUE(waitFor([&] { return !overlay->running(); }, 40));
+  EXPECT_TRUE(waitFor([&] { return !overlay->running(); }));
 }
 
 TEST_F(LifeOnTheDesk, AFifoInTheSnapshotsPlaceDoesNotHoldItUp) {

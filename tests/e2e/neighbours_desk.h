@@ -15,6 +15,10 @@ namespace vellora::e2e {
 // that takes. The seconds are printed; docs/reliability.md has them.
 class Neighbours : public Desk {
  protected:
+  void SetUp() override {
+    ASSERT_NO_FATAL_FAILURE(Desk::SetUp());
+    environment.erase("VELLORA_PLAYER_PATIENCE");  // as people have it
+  }
   void startSong(const std::vector<std::string>& options = {}) {
     std::vector<std::string> all{"--song", "1", "--paused", "--position", "12"};
     all.insert(all.end(), options.begin(), options.end());

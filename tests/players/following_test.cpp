@@ -39,18 +39,18 @@ TEST_P(FollowingABrowser, TheSongAndWhatIsDoneWithIt) {
   EXPECT_TRUE(waitFor([&] { return nowPlaying()->playing; })) << "not playing";
   command(MusicCommand::Action::playPause);
   EXPECT_TRUE(waitFor([&] { return !nowPlaying()->playing; })) << "not paused";
-  EXPECT_TRUE(waitFor([&] { return captionsRight(); }, 30));
+  EXPECT_TRUE(waitFor([&] { return captionsRight(); }));
 
   // By the player's own control, and then because the song is over.
   command(MusicCommand::Action::next);
   EXPECT_TRUE(waitFor([&] { return nowPlays(2); })) << "no next song";
-  EXPECT_TRUE(waitFor([&] { return statusIs(otherSong) && nothingOverPlayer(); }, 30));
+  EXPECT_TRUE(waitFor([&] { return statusIs(otherSong) && nothingOverPlayer(); }));
   command(MusicCommand::Action::seek, song(2).length - 1);
-  EXPECT_TRUE(waitFor([&] { return nowPlays(3); }, 30)) << "no song after the second";
+  EXPECT_TRUE(waitFor([&] { return nowPlays(3); })) << "no song after the second";
   command(MusicCommand::Action::playPause);
   EXPECT_TRUE(waitFor([&] { return !nowPlaying()->playing; })) << "not paused";
   keepSnapshot(snapshotOf(3));
-  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }, 30));
+  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }));
 }
 
 TEST_P(FollowingABrowser, TheRowsWhereverTheyGo) {
@@ -86,14 +86,14 @@ TEST_P(FollowingABrowser, OnlyWhileItIsInFront) {
     EXPECT_TRUE(waitFor([&] { return statusIs(notInFront) && nothingOverPlayer(); }));
   }
   bringToFront();
-  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }, 30));
+  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }));
 
   player->signal(SIGKILL);
-  EXPECT_TRUE(waitFor([&] { return statusIs(notInFront); }, 30));
+  EXPECT_TRUE(waitFor([&] { return statusIs(notInFront); }));
   EXPECT_TRUE(overlay->running());
 
   ASSERT_NO_FATAL_FAILURE(open({"labelled.html?song=1&at=11.1&paused"}));
-  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }, 60)) << whatIsSeen();
+  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); })) << whatIsSeen();
 }
 
 TEST_P(FollowingABrowser, AtTwiceTheScale) {
@@ -108,7 +108,7 @@ TEST_P(FollowingABrowser, NoPageThatPlaysNothing) {
   keepSync();
   keepSnapshot(snapshotOf(1));
   startOverlay();
-  ASSERT_TRUE(waitFor([&] { return statusIs(noLyrics); }, 30));
+  ASSERT_TRUE(waitFor([&] { return statusIs(noLyrics); }));
   EXPECT_FALSE(waitFor([&] { return !statusIs(noLyrics); }, 4)) << "it says: " << status()->message;
   EXPECT_TRUE(nothingOverWindow());
   EXPECT_FALSE(nowPlaying());
@@ -124,13 +124,13 @@ TEST_P(FollowingATab, OnlyWhileItIsShown) {
   keepSync();
   keepSnapshot(snapshotOf(1));
   startOverlay();
-  ASSERT_TRUE(waitFor([&] { return following(); }, 60)) << "no captions";
-  EXPECT_TRUE(waitFor([&] { return captionsRight(); }, 30)) << "not under the rows";
+  ASSERT_TRUE(waitFor([&] { return following(); })) << "no captions";
+  EXPECT_TRUE(waitFor([&] { return captionsRight(); })) << "not under the rows";
   bringToFront();
   outputOf({"xdotool", "key", "ctrl+Tab"});
-  EXPECT_TRUE(waitFor([&] { return statusIs(noLyrics) && nothingOverWindow(); }, 30));
+  EXPECT_TRUE(waitFor([&] { return statusIs(noLyrics) && nothingOverWindow(); }));
   outputOf({"xdotool", "key", "ctrl+Tab"});
-  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }, 30));
+  EXPECT_TRUE(waitFor([&] { return following() && captionsRight(); }));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, FollowingATab, testing::Values(chromium, firefox),

@@ -67,7 +67,7 @@ class LinuxPlatform final : public Platform {
     return windowSystem().makeWorkspace(readPlayers(), playerWindows_);
   }
   std::unique_ptr<MusicScripting> makeMusicScripting() override {
-    return std::make_unique<MprisScripting>(playerWindows_);
+    return std::make_unique<MprisScripting>(playerWindows_, MprisScripting::chosenPatience());
   }
   std::unique_ptr<CaptionPainter> makeCaptionPainter() override {
     return std::make_unique<PangoPainter>();

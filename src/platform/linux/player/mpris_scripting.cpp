@@ -1,8 +1,12 @@
 #include "platform/linux/player/mpris_scripting.h"
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 #include <string>
 
+#include "base/environment.h"
+#include "base/number_text.h"
 #include "platform/linux/player/player_actions.h"
 #include "platform/linux/player/player_request.h"
 #include "platform/player.h"
@@ -32,6 +36,14 @@ ScriptOutcome withoutBus(const ScriptRequest& request) {
 }
 
 }  // namespace
+
+std::chrono::milliseconds MprisScripting::chosenPatience() {
+  constexpr double longest = 60;
+  const auto chosen = environmentVariable("VELLORA_PLAYER_PATIENCE");
+  const auto seconds = chosen ? parseDecimal(*chosen) : std::nullopt;
+  if (!seconds || !(*seconds > 0)) return defaultPatience;
+  return std::chrono::milliseconds(std::lround(std::min(*seconds, longest) * 1000));
+}
 
 void MprisScripting::useBus(const SessionBus& present) {
   bus_ = shareObject(present.get());

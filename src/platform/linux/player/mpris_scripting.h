@@ -22,6 +22,9 @@ namespace vellora {
 class MprisScripting : public MusicScripting {
  public:
   static constexpr std::chrono::milliseconds defaultPatience{250};
+  // The seconds that VELLORA_PLAYER_PATIENCE asks for, a minute at most; the default where it is
+  // not set or says nothing of use.
+  static std::chrono::milliseconds chosenPatience();
 
   // `windows` are those of players; null: none.
   explicit MprisScripting(std::shared_ptr<const PlayerWindows> windows = nullptr,

@@ -354,7 +354,8 @@ TEST_F(AccessibilityReadingTest, VolleysReadWhatOneCallAtATimeReads) {
     // A busy machine may cut a reading short, which is then taken again.
     std::string volleys;
     eventually([&] {
-      volleys = dump(readMusic(player->pid(), *accessibility, StoppedClock()));
+      volleys =
+          dump(readMusic(player->pid(), *accessibility, StoppedClock(), musicPlayer, patient));
       return volleys == dump(plain);
     });
     EXPECT_EQ(volleys, dump(plain)) << seed;

@@ -1,4 +1,5 @@
 #include <chrono>
+#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <string>
@@ -170,6 +171,22 @@ TEST_F(MprisTest, StoppedProcessIsGivenUpAfterAQuarterOfASecond) {
   EXPECT_GE(question, std::chrono::milliseconds(240));
   EXPECT_LT(question, longest);
   player.wake();
+}
+
+TEST(MprisPatienceTest, TheEnvironmentMayAskForMore) {
+  using std::chrono::milliseconds;
+  const auto chosen = [](const char* text) {
+    ::setenv("VELLORA_PLAYER_PATIENCE", text, 1);
+    return MprisScripting::chosenPatience();
+  };
+  EXPECT_EQ(chosen("10"), milliseconds(10'000));
+  EXPECT_EQ(chosen("1.5"), milliseconds(1500));
+  EXPECT_EQ(chosen("1e300"), milliseconds(60'000));
+  for (const char* useless : {"", "0", "-0", "-3", "soon", "nan", "inf", "3 s"}) {
+    EXPECT_EQ(chosen(useless), MprisScripting::defaultPatience) << useless;
+  }
+  ::unsetenv("VELLORA_PLAYER_PATIENCE");
+  EXPECT_EQ(MprisScripting::chosenPatience(), MprisScripting::defaultPatience);
 }
 
 TEST_F(MprisSilenceTest, StoppedProcessDelaysOneRequestOnlyAndFindsNoHeapWhenItWakes) {
