@@ -1,5 +1,6 @@
 #include "base/utf8.h"
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -55,15 +56,17 @@ char32_t decode(std::string_view text, std::size_t& offset, bool& wrong) {
 
 }  // namespace
 
-char32_t nextCharacter(std::string_view text, std::size_t& offset) {
+char32_t Utf8::decodeCharacter(std::string_view text, std::size_t& offset) {
   bool wrong = false;
   return decode(text, offset, wrong);
 }
 
 void appendCharacter(std::string& text, char32_t character) {
-  const auto byte = [&text](char32_t value) { text.push_back(static_cast<char>(value)); };
+  std::array<char, 4> bytes;
+  std::size_t count = 0;
+  const auto byte = [&](char32_t value) { bytes[count++] = static_cast<char>(value); };
   if (character < 0x80) {
-    byte(character);
+    text.push_back(static_cast<char>(character));
     return;
   }
   if (character < 0x800) {
@@ -78,6 +81,7 @@ void appendCharacter(std::string& text, char32_t character) {
     byte(0x80 | (character >> 6 & 0x3F));
   }
   byte(0x80 | (character & 0x3F));
+  text.append(bytes.data(), count);
 }
 
 bool isAscii(std::string_view text) {
@@ -97,7 +101,9 @@ bool isAscii(std::string_view text) {
 bool isWellFormed(std::string_view text) {
   if (isAscii(text)) return true;
   bool wrong = false;
-  for (std::size_t at = 0; at < text.size() && !wrong;) decode(text, at, wrong);
+  for (std::size_t at = 0; at < text.size() && !wrong;) {
+    if (Utf8::commonCharacter(text, at) == 0) decode(text, at, wrong);
+  }
   return !wrong;
 }
 

@@ -9,7 +9,7 @@ namespace vellora {
 
 std::optional<std::string> TextServices::simplified(std::string_view) { return std::nullopt; }
 
-std::string TextServices::folded(std::string_view text) { return "<" + std::string(text) + ">"; }
+std::string TextServices::folded(std::string_view text) { return "【" + std::string(text) + "】"; }
 
 bool TextServices::isAlphanumeric(char32_t character) { return character != U' '; }
 
@@ -22,7 +22,7 @@ bool TextServices::beginsWith(std::string_view text, std::string_view prefix) {
 namespace {
 
 TEST(WithoutSimplifierTest, TextGoesOnUnchangedWhereTheTransformYieldsNothing) {
-  EXPECT_EQ(OverlayMatching::normalized("我愛 你"), "<我愛你>");
+  EXPECT_EQ(OverlayMatching::normalized("我愛 你"), "【我愛你】");
 }
 
 }  // namespace

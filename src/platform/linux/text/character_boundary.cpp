@@ -11,8 +11,17 @@ namespace vellora {
 
 namespace {
 
-bool hasNoBreakProperty(UChar32 character) {
-  return u_getIntPropertyValue(character, UCHAR_GRAPHEME_CLUSTER_BREAK) == U_GCB_OTHER;
+// Of two such neighbours no rule but GB999 speaks: whole syllables of Hangul join with single
+// letters only (GB6 to GB8).
+bool standsAlone(UChar32 character) {
+  switch (u_getIntPropertyValue(character, UCHAR_GRAPHEME_CLUSTER_BREAK)) {
+    case U_GCB_OTHER:
+    case U_GCB_LV:
+    case U_GCB_LVT:
+      return true;
+    default:
+      return false;
+  }
 }
 
 // Never asked itself, only copied: what an iterator is asked changes it.
@@ -29,12 +38,17 @@ const icu::BreakIterator& prototype() {
 
 }  // namespace
 
+bool standAlone(char32_t before, char32_t after) {
+  return standsAlone(static_cast<UChar32>(before)) && standsAlone(static_cast<UChar32>(after));
+}
+
 bool isCharacterBoundary(const icu::UnicodeString& text, int32_t offset) {
   if (offset <= 0 || offset >= text.length()) return true;
-  const UChar32 before = text.char32At(offset - 1);
-  const UChar32 after = text.char32At(offset);
-  // Rule GB999; most texts need no iterator, which takes longer.
-  if (hasNoBreakProperty(before) && hasNoBreakProperty(after)) return true;
+  // Most texts need no iterator, which takes longer.
+  if (standAlone(static_cast<char32_t>(text.char32At(offset - 1)),
+                 static_cast<char32_t>(text.char32At(offset)))) {
+    return true;
+  }
   const std::unique_ptr<icu::BreakIterator> iterator(prototype().clone());
   iterator->setText(text);
   return iterator->isBoundary(offset);

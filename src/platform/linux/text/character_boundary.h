@@ -9,4 +9,8 @@ namespace vellora {
 // Both ends of the text are boundaries. Any thread.
 bool isCharacterBoundary(const icu::UnicodeString& text, int32_t offset);
 
+// Whether a user-perceived character ends between these two whatever stands before and behind them.
+// False only says that this is not known. Any thread.
+bool standAlone(char32_t before, char32_t after);
+
 }  // namespace vellora

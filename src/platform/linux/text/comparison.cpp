@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <unicode/bytestream.h>
 #include <unicode/uchar.h>
 
@@ -27,10 +29,36 @@ std::string canonicalForm(std::string_view text) {
   return U_SUCCESS(error) ? result : given;
 }
 
+namespace {
+
+// The last character of `text`, which must not be empty; U+FFFD where it is ill-formed.
+char32_t lastCharacter(std::string_view text) {
+  constexpr std::size_t longest = 4;
+  const std::size_t lowest = text.size() - std::min(text.size(), longest);
+  std::size_t at = text.size() - 1;
+  while (at > lowest && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80) --at;
+  const char32_t character = nextCharacter(text, at);
+  return at == text.size() ? character : replacementCharacter;
+}
+
+// Whether it is plain that nothing before and behind this place changes with what stands on its
+// other side: neither in its canonical form nor in its characters.
+bool isSeam(std::string_view before, std::string_view behind) {
+  const char32_t last = lastCharacter(before);
+  std::size_t at = 0;
+  const char32_t first = nextCharacter(behind, at);
+  return last != replacementCharacter && first != replacementCharacter &&
+         normalizer(Normalization::composed).hasBoundaryBefore(static_cast<UChar32>(first)) &&
+         standAlone(last, first);
+}
+
+}  // namespace
+
 // Canonical equivalents have their character boundaries at the same places, and nothing composes
 // across one; so whole characters agree where the canonical forms do and a boundary follows.
 bool beginsWith(std::string_view text, std::string_view prefix) {
-  if (prefix.empty()) return true;
+  if (prefix.empty() || text == prefix) return true;
+  if (text.starts_with(prefix) && isSeam(prefix, text.substr(prefix.size()))) return true;
   const std::string whole = canonicalForm(text);
   const std::string begin = canonicalForm(prefix);
   if (!whole.starts_with(begin)) return false;

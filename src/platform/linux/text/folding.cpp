@@ -17,13 +17,29 @@ namespace {
 // in these scripts only.
 constexpr char32_t firstBeyondMarkedScripts = 0x510;
 
+// Ideographs and syllables of kana and Hangul: without case and width, kept as they are where they
+// decompose, and no extenders, which makes most questions needless.
+bool isSyllable(char32_t character) {
+  return (character >= 0x309B && character <= 0x9FFF) ||
+         (character >= 0xAC00 && character <= 0xD7A3) ||
+         (character >= 0x3041 && character <= 0x3096);
+}
+
+// The scripts from Hebrew to Burmese have no case and no width either, and what decomposes there
+// does so into letters of theirs.
+bool foldsToItself(char32_t character) {
+  return isSyllable(character) || (character >= 0x590 && character <= 0x109F);
+}
+
+char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+
 bool isSkinTone(char32_t character) { return character >= 0x1F3FB && character <= 0x1F3FF; }
 
 // Marks and what else extends a character to the left. The joiner is never one here, whatever a
 // release of Unicode makes of it.
 bool isExtender(char32_t character) {
   constexpr char32_t zeroWidthJoiner = 0x200D;
-  if (character < 0x300 || character == zeroWidthJoiner) return false;
+  if (character < 0x300 || character == zeroWidthJoiner || isSyllable(character)) return false;
   return u_hasBinaryProperty(static_cast<UChar32>(character), UCHAR_GRAPHEME_EXTEND) ||
          isSkinTone(character);
 }
@@ -38,9 +54,13 @@ UChar32 withoutWidth(UChar32 character) {
   return parts.countChar32() == 1 ? parts.char32At(0) : character;
 }
 
+bool decomposes(UChar32 character) {
+  return u_getIntPropertyValue(character, UCHAR_NFD_QUICK_CHECK) != UNORM_YES;
+}
+
 // The letter below the marks of Latin, Greek and Cyrillic letters.
 UChar32 withoutMarks(UChar32 character) {
-  if (u_getIntPropertyValue(character, UCHAR_NFD_QUICK_CHECK) == UNORM_YES) return character;
+  if (!decomposes(character)) return character;
   icu::UnicodeString parts;
   if (!normalizer(Normalization::decomposed).getDecomposition(character, parts)) return character;
   const UChar32 first = parts.char32At(0);
@@ -52,11 +72,19 @@ struct FoldedBase {
   bool changed;
 };
 
-FoldedBase appendFoldedBase(std::string& result, char32_t base) {
+// Appends the character that begins at `at`, and moves that behind it.
+FoldedBase appendFoldedBase(std::string& result, std::string_view text, std::size_t& at) {
+  const std::size_t begin = at;
+  const char32_t base = nextCharacter(text, at);
+  if (foldsToItself(base)) {
+    result += text.substr(begin, at - begin);
+    return {base, false};
+  }
   if (base < 0x80) {
-    const char32_t lower = base >= U'A' && base <= U'Z' ? base + (U'a' - U'A') : base;
-    result.push_back(static_cast<char>(lower));
-    return {lower, lower != base};
+    const char given = static_cast<char>(base);
+    const char lower = lowerAscii(given);
+    result.push_back(lower);
+    return {static_cast<char32_t>(lower), lower != given};
   }
   const UChar32 plain = withoutMarks(withoutWidth(static_cast<UChar32>(base)));
   if (!u_hasBinaryProperty(plain, UCHAR_CASED)) {
@@ -74,7 +102,13 @@ FoldedBase appendFoldedBase(std::string& result, char32_t base) {
 void appendExtenders(std::string& result, std::string_view extenders, bool baseChanged) {
   std::size_t at = 0;
   const char32_t first = nextCharacter(extenders, at);
-  if (!baseChanged && first < firstBeyondMarkedScripts) extenders.remove_prefix(at);
+  const bool isAlone = at == extenders.size();
+  if (!baseChanged && first < firstBeyondMarkedScripts) {
+    extenders.remove_prefix(at);
+  } else if (isAlone && !decomposes(static_cast<UChar32>(first))) {
+    result += extenders;  // as most are, and never ill-formed
+    return;
+  }
   appendText(result, normalized(Normalization::decomposed, extenders));
 }
 
@@ -83,8 +117,15 @@ void appendExtenders(std::string& result, std::string_view extenders, bool baseC
 std::string folded(std::string_view text) {
   std::string result;
   result.reserve(text.size());
+  const auto isAsciiAt = [text](std::size_t at) {
+    return at >= text.size() || static_cast<unsigned char>(text[at]) < 0x80;
+  };
   for (std::size_t at = 0; at < text.size();) {
-    const FoldedBase base = appendFoldedBase(result, nextCharacter(text, at));
+    if (isAsciiAt(at) && isAsciiAt(at + 1)) {
+      result.push_back(lowerAscii(text[at++]));
+      continue;
+    }
+    const FoldedBase base = appendFoldedBase(result, text, at);
     const std::size_t begin = at;
     for (std::size_t next = at; at < text.size(); at = next) {
       if (!isExtender(nextCharacter(text, next))) break;

@@ -65,17 +65,26 @@ const ReplacementRules::Rule* ReplacementRules::fitting(char32_t first,
 std::string ReplacementRules::apply(std::string_view text) const {
   std::string result;
   result.reserve(text.size());
+  std::size_t kept = 0;  // up to here the text is in the result
   for (std::size_t at = 0; at < text.size();) {
+    if (static_cast<unsigned char>(text[at]) < 0x80) {  // no rule begins so
+      ++at;
+      continue;
+    }
     const std::size_t begin = at;
     const char32_t character = nextCharacter(text, at);
-    if (const Rule* rule = fitting(character, text.substr(begin))) {
+    const Rule* const rule = fitting(character, text.substr(begin));
+    if (rule == nullptr && character != replacementCharacter) continue;
+    result += text.substr(kept, begin - kept);
+    if (rule != nullptr) {
       result += rule->replacement;
       at = begin + rule->piece.size();
     } else {
       appendCharacter(result, character);
     }
+    kept = at;
   }
-  return result;
+  return result += text.substr(kept);
 }
 
 }  // namespace vellora

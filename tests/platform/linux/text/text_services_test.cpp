@@ -9,7 +9,9 @@
 #include <gtest/gtest.h>
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>
+#include <unicode/normalizer2.h>
 #include <unicode/translit.h>
+#include <unicode/uchar.h>
 #include <unicode/uniset.h>
 #include <unicode/unistr.h>
 
@@ -35,6 +37,12 @@ std::unique_ptr<icu::Transliterator> transliterator() {
 std::string utf8(const icu::UnicodeString& text) {
   std::string result;
   return text.toUTF8String(result);
+}
+
+std::string decomposed(const std::string& text) {
+  UErrorCode error = U_ZERO_ERROR;
+  return utf8(icu::Normalizer2::getNFDInstance(error)->normalize(icu::UnicodeString::fromUTF8(text),
+                                                                 error));
 }
 
 TEST(SimplifiedTest, AgreesWithTheWholeTransliterationOnRandomTexts) {
@@ -91,6 +99,19 @@ TEST(FoldedTest, FirstLowMarkAfterAnUnchangedLetterIsDropped) {
   EXPECT_EQ(TextServices::folded("か\u3099\u0301"), "か\u3099\u0301");
   // The letter before the mark is changed here, so the mark stays.
   EXPECT_EQ(TextServices::folded("ｶ\u0301"), "カ\u0301");
+}
+
+TEST(FoldedTest, MarksAndNothingElseAreDroppedBehindLatinLettersAndStayBehindIdeographs) {
+  for (UChar32 character = 0x510; character <= UCHAR_MAX_VALUE; ++character) {
+    if (!u_isdefined(character) || U_IS_SURROGATE(character)) continue;
+    const std::string alone = utf8(icu::UnicodeString(character));
+    const bool isMark = u_hasBinaryProperty(character, UCHAR_GRAPHEME_EXTEND) != 0 ||
+                        (character >= 0x1F3FB && character <= 0x1F3FF);  // tones of skin
+    const std::string folded = isMark ? decomposed(alone) : TextServices::folded(alone);
+    ASSERT_EQ(TextServices::folded("a" + alone), isMark ? "a" : "a" + folded)
+        << std::hex << character;
+    ASSERT_EQ(TextServices::folded("我" + alone), "我" + folded) << std::hex << character;
+  }
 }
 
 TEST(FoldedTest, SkinTonesAreMarksAndJoinersAreNot) {
@@ -153,6 +174,22 @@ TEST(BeginsWithTest, ComparesCharacterByCharacter) {
   }
   EXPECT_GT(begins, 2000);
   EXPECT_LT(begins, 18000);
+}
+
+TEST(BeginsWithTest, EveryCharacterIsComparedWithWhatItIsJoinedTo) {
+  for (const std::string before : {"か", "가"}) {
+    const std::vector<std::string> begin = charactersOf(before);
+    for (UChar32 character = 1; character <= UCHAR_MAX_VALUE; ++character) {
+      if (!u_isdefined(character) || U_IS_SURROGATE(character)) continue;
+      const int8_t kind = u_charType(character);
+      if (kind == U_PRIVATE_USE_CHAR) continue;
+      // Han characters and syllables of Hangul, most of all there are, by a sample.
+      if (kind == U_OTHER_LETTER && character > 0x3400 && character % 50 != 0) continue;
+      const std::string text = before + utf8(icu::UnicodeString(character));
+      ASSERT_EQ(TextServices::beginsWith(text, before), charactersOf(text).front() == begin.front())
+          << before << " before U+" << std::hex << character;
+    }
+  }
 }
 
 TEST(BeginsWithTest, ConsonantsJoinedByALinkerAreOneCharacter) {
