@@ -182,7 +182,8 @@ def tick(figures, _):
 
 def growth(figures, _):
     lines, rows, scales = (60, 600, 5000, 50000), (15, 60, 150, 300), (1, 2, 3)
-    kinds = {"decode a snapshot": "decodeLines", "RapidJSON decodes it": "peerRapidJson", "index, English": "indexLines/English",
+    kinds = {"decode a snapshot": "decodeLines", "RapidJSON decodes it": "peerRapidJson",
+             "nlohmann/json parses it": "floorNlohmannJson", "index, English": "indexLines/English",
              "index, Traditional": "indexLines/Traditional", "look a row up, English": "lookUpAmongLines/English",
              "look a row up, Traditional": "lookUpAmongLines/Traditional"}
     text = [table(["", *(f"{count:,} lines" for count in lines)],

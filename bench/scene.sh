@@ -1,5 +1,5 @@
 # What bench/following and bench/glide watch: the overlay, following the stand-in player and fed with
-# the demonstration's songs. Sourced, within a session. Sets work, exchange, player, overlay and pids;
+# the demonstration's songs. Sourced, within a session. Sets work, exchange, player, companion, overlay and pids;
 # all is stopped and removed when the script ends.
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -11,6 +11,7 @@ stop_all() {
   local i
   for ((i = ${#pids[@]} - 1; i >= 0; i--)); do
     kill -TERM "${pids[i]}" 2>/dev/null
+    kill -CONT "${pids[i]}" 2>/dev/null
     wait "${pids[i]}" 2>/dev/null
   done
   rm -rf "$work"
@@ -27,7 +28,7 @@ start_scene() {
   "$bin/demo/vellora-demo-player" --song 1 "$@" >"$work/player.log" 2>&1 &
   pids+=($!) player=$!
   "$bin/src/main/vellora-companion" --plain --exchange "$exchange" "$here/demo/songs" >"$work/companion.log" 2>&1 &
-  pids+=($!)
+  pids+=($!) companion=$!
   env "${overlay_environment[@]}" "${OVERLAY:-$bin/src/main/vellora}" --snapshot "$exchange/snapshot.json" >"$work/overlay.log" 2>&1 &
   pids+=($!) overlay=$!
   for _ in {1..300}; do

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <tuple>
+#include <utility>
 
 #include "base/text.h"
 #include "matching/normalization.h"
@@ -17,15 +18,15 @@ namespace vellora {
 // Then the canonical form of the joined key is the canonical forms of the lines' keys in a row,
 // because no mark is reordered and nothing composes across the seam. So all runs can be listed
 // beforehand.
-TranslationIndex::TranslationIndex(const std::vector<OverlayLine>& given) {
-  addLines(given);
+TranslationIndex::TranslationIndex(OverlayLines lines) : given_(std::move(lines)) {
+  addLines();
   addRuns();
 }
 
-void TranslationIndex::addLines(const std::vector<OverlayLine>& given) {
-  lines_.reserve(given.size());
+void TranslationIndex::addLines() {
+  lines_.reserve(given_.size());
   bool adjacent = false;
-  for (const OverlayLine& line : given) {
+  for (const OverlayLine& line : given_) {
     const std::string_view translation = OverlayMatching::trimmed(line.translation);
     const std::string key =
         translation.empty() ? std::string()
@@ -38,9 +39,8 @@ void TranslationIndex::addLines(const std::vector<OverlayLine>& given) {
       const std::string_view before = keyOf(lines_.size() - 1, 1);
       lines_.back().runsOn = textBeginsWith(std::string(before) + key, before);
     }
-    const std::size_t begin = keys_.size();
     keys_ += key;
-    lines_.push_back({begin, keys_.size(), std::string(translation), false});
+    lines_.push_back({keys_.size(), translation, false});
     adjacent = true;
   }
 }
@@ -48,8 +48,8 @@ void TranslationIndex::addLines(const std::vector<OverlayLine>& given) {
 void TranslationIndex::addRuns() {
   runs_.reserve(lines_.size() * longestRun);
   const std::hash<std::string_view> hash;
-  for (std::size_t first = 0; first < lines_.size(); ++first) {
-    for (std::size_t count = 1; count <= longestRun; ++count) {
+  for (std::uint32_t first = 0; first < lines_.size(); ++first) {
+    for (std::uint32_t count = 1; count <= longestRun; ++count) {
       runs_.push_back({hash(keyOf(first, count)), first, count});
       if (!lines_[first + count - 1].runsOn) break;
     }
@@ -60,7 +60,7 @@ void TranslationIndex::addRuns() {
 }
 
 std::string_view TranslationIndex::keyOf(std::size_t first, std::size_t count) const {
-  const std::size_t begin = lines_[first].keyBegin;
+  const std::size_t begin = first == 0 ? 0 : lines_[first - 1].keyEnd;
   return std::string_view(keys_).substr(begin, lines_[first + count - 1].keyEnd - begin);
 }
 
@@ -76,7 +76,7 @@ std::optional<std::string> TranslationIndex::translationForKey(std::string_view 
   for (auto run = std::ranges::lower_bound(runs_, hash, {}, &Run::hash);
        run != runs_.end() && run->hash == hash; ++run) {
     if (keyOf(run->first, run->count) != target) continue;
-    std::string result = lines_[run->first].translation;
+    std::string result(lines_[run->first].translation);
     for (std::size_t line = run->first + 1; line < run->first + run->count; ++line) {
       result += ' ';
       result += lines_[line].translation;

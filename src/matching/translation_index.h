@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,7 +13,7 @@
 
 namespace vellora {
 
-// The lines of one snapshot, prepared for looking up rows: a plain value that holds what it needs.
+// The lines of one snapshot, prepared for looking up rows: a plain value that shares the lines.
 // Whoever keeps a set of lines keeps the index beside it and replaces both together:
 //
 //   if (snapshot.lines != lastLines) {
@@ -30,7 +31,7 @@ class TranslationIndex {
 
   // Of no lines: every lookup gives nothing.
   TranslationIndex() = default;
-  explicit TranslationIndex(const std::vector<OverlayLine>& lines);
+  explicit TranslationIndex(OverlayLines lines);
 
   // The same as OverlayMatching::translation(row, lines).
   std::optional<std::string> translation(std::string_view row) const;
@@ -39,25 +40,25 @@ class TranslationIndex {
   std::optional<std::string> translationForKey(std::string_view key) const;
 
  private:
-  // A line that may be part of a run. Its key stands in `keys_`, so that the joined key of a run is
-  // one stretch of that text.
+  // A line that may be part of a run. Its key stands in `keys_` behind that of the line before, so
+  // that the joined key of a run is one stretch of that text.
   struct Line {
-    std::size_t keyBegin;
     std::size_t keyEnd;
-    std::string translation;
-    bool runsOn;  // the next line may follow in the same run
+    std::string_view translation;  // in `given_`
+    bool runsOn;                   // the next line may follow in the same run
   };
 
   struct Run {
     std::size_t hash;  // of the joined key
-    std::size_t first;
-    std::size_t count;
+    std::uint32_t first;
+    std::uint32_t count;
   };
 
-  void addLines(const std::vector<OverlayLine>& given);
+  void addLines();
   void addRuns();
   std::string_view keyOf(std::size_t first, std::size_t count) const;
 
+  OverlayLines given_;
   std::string keys_;
   std::vector<Line> lines_;
   std::vector<Run> runs_;  // by hash, then by first line, then by length

@@ -144,7 +144,8 @@ bool read(JsonValue& json, MusicCommand::Action& field) {
   return action.has_value();
 }
 
-bool read(JsonValue& json, OverlayLines& lines);
+// The lines themselves are taken one by one, as they are parsed.
+bool read(JsonValue& json, OverlayLines&) { return std::holds_alternative<JsonArray>(json.value); }
 
 template <typename Record>
 bool readRecord(JsonValue& json, Record& record) {
@@ -159,18 +160,6 @@ bool readRecord(JsonValue& json, Record& record) {
                     Format<Record>::fields);
 }
 
-bool read(JsonValue& json, OverlayLines& lines) {
-  auto* const array = std::get_if<JsonArray>(&json.value);
-  if (array == nullptr) return false;
-  std::vector<OverlayLine> values;
-  values.reserve(array->size());
-  for (JsonValue& element : *array) {
-    if (!readRecord(element, values.emplace_back())) return false;
-  }
-  lines = std::move(values);
-  return true;
-}
-
 }  // namespace
 
 std::optional<std::string> encode(const OverlayLine& record) { return encodeRecord(record); }
@@ -180,6 +169,28 @@ std::optional<std::string> encode(const SyncRequest& record) { return encodeReco
 std::optional<std::string> encode(const MusicCommand& record) { return encodeRecord(record); }
 std::optional<std::string> encode(const OverlayStatus& record) { return encodeRecord(record); }
 
+std::optional<OverlaySnapshot> decodeSnapshot(std::string_view json, JsonPlace& linesPlace) {
+  std::vector<OverlayLine> lines;
+  JsonElements elements{
+      .key = "lines",
+      .take = [&lines](JsonValue& line) { return readRecord(line, lines.emplace_back()); },
+      .place = {}};
+  std::optional<JsonValue> tree = parseJson(json, elements);
+  OverlaySnapshot snapshot;
+  linesPlace = {};
+  if (!tree || !readRecord(*tree, snapshot)) return std::nullopt;
+  lines.shrink_to_fit();
+  snapshot.lines = std::move(lines);
+  linesPlace = elements.place;
+  return snapshot;
+}
+
+template <>
+std::optional<OverlaySnapshot> decode<OverlaySnapshot>(std::string_view json) {
+  JsonPlace ignored;
+  return decodeSnapshot(json, ignored);
+}
+
 template <typename Record>
 std::optional<Record> decode(std::string_view json) {
   std::optional<JsonValue> tree = parseJson(json);
@@ -188,16 +199,7 @@ std::optional<Record> decode(std::string_view json) {
   return record;
 }
 
-std::optional<OverlaySnapshot> decodeSnapshot(std::string_view json, JsonPlace& linesPlace) {
-  std::optional<JsonValue> tree = parseJson(json, "lines", linesPlace);
-  OverlaySnapshot snapshot;
-  if (tree && readRecord(*tree, snapshot)) return snapshot;
-  linesPlace = {};
-  return std::nullopt;
-}
-
 template std::optional<OverlayLine> decode<OverlayLine>(std::string_view);
-template std::optional<OverlaySnapshot> decode<OverlaySnapshot>(std::string_view);
 template std::optional<NowPlayingTrack> decode<NowPlayingTrack>(std::string_view);
 template std::optional<SyncRequest> decode<SyncRequest>(std::string_view);
 template std::optional<MusicCommand> decode<MusicCommand>(std::string_view);

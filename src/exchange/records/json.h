@@ -25,12 +25,14 @@ std::optional<std::string> encode(const OverlayLine& record);
 template <typename Record>
 std::optional<Record> decode(std::string_view json);
 
+template <>
+std::optional<OverlaySnapshot> decode<OverlaySnapshot>(std::string_view json);
+
 // decode<OverlaySnapshot>, with the place in the text where the array stands that the lines were
 // read from; empty where there is no snapshot.
 std::optional<OverlaySnapshot> decodeSnapshot(std::string_view json, JsonPlace& linesPlace);
 
 extern template std::optional<OverlayLine> decode<OverlayLine>(std::string_view);
-extern template std::optional<OverlaySnapshot> decode<OverlaySnapshot>(std::string_view);
 extern template std::optional<NowPlayingTrack> decode<NowPlayingTrack>(std::string_view);
 extern template std::optional<SyncRequest> decode<SyncRequest>(std::string_view);
 extern template std::optional<MusicCommand> decode<MusicCommand>(std::string_view);

@@ -46,13 +46,13 @@ class TrackingIterator {
 // Builds the tree from the parser's events.
 class TreeBuilder : public Library::json_sax_t {
  public:
-  TreeBuilder(const char* begin, const char* end, std::string_view soughtKey)
-      : position_(begin), begin_(begin), end_(end), soughtKey_(soughtKey) {}
+  // `elements` may be null.
+  TreeBuilder(const char* begin, const char* end, JsonElements* elements)
+      : position_(begin), begin_(begin), end_(end), elements_(elements) {}
 
   TrackingIterator first() { return {begin_, &position_}; }
   TrackingIterator last() { return {end_, &position_}; }
   std::optional<JsonValue> takeRoot() { return std::move(root_); }
-  JsonPlace soughtPlace() const { return soughtPlace_; }
 
   bool null() override { return add({nullptr}); }
   bool boolean(bool value) override { return add({value}); }
@@ -65,8 +65,8 @@ class TreeBuilder : public Library::json_sax_t {
   bool start_object(std::size_t) override { return open({JsonObject{}}); }
   bool key(string_t& value) override {
     if (stack_.size() == 1) {
-      atSought_ = seeking_ && value == soughtKey_;
-      if (atSought_) seeking_ = false;
+      atElements_ = elements_ != nullptr && !wasThere_ && value == elements_->key;
+      wasThere_ = wasThere_ || atElements_;
     }
     std::get<JsonObject>(stack_.back()->value).members.emplace_back(std::move(value), JsonValue{});
     return true;
@@ -74,11 +74,17 @@ class TreeBuilder : public Library::json_sax_t {
   bool end_object() override { return close(); }
   bool start_array(std::size_t) override {
     // The parser has seen the bracket and nothing behind it.
-    if (atSought_ && stack_.size() == 1) soughtPlace_.begin = offset() - 1;
+    if (atElements_ && stack_.size() == 1) {
+      elements_->place.begin = offset() - 1;
+      areElements_ = true;
+    }
     return open({JsonArray{}});
   }
   bool end_array() override {
-    if (atSought_ && stack_.size() == 2) soughtPlace_.end = offset();
+    if (areElements_ && stack_.size() == 2) {
+      elements_->place.end = offset();
+      areElements_ = false;
+    }
     return close();
   }
 
@@ -101,7 +107,7 @@ class TreeBuilder : public Library::json_sax_t {
 
   bool add(JsonValue value) {
     place(std::move(value));
-    return true;
+    return giveElement();
   }
 
   bool open(JsonValue container) {
@@ -112,7 +118,16 @@ class TreeBuilder : public Library::json_sax_t {
 
   bool close() {
     stack_.pop_back();
-    return true;
+    return giveElement();
+  }
+
+  // Hands on the value that has just been read where it is one of the elements, and drops it.
+  bool giveElement() {
+    if (!areElements_ || stack_.size() != 2) return true;
+    auto& array = std::get<JsonArray>(stack_.back()->value);
+    const bool goesOn = elements_->take(array.back());
+    array.clear();
+    return goesOn;
   }
 
   std::size_t offset() const { return static_cast<std::size_t>(position_ - begin_); }
@@ -134,11 +149,23 @@ class TreeBuilder : public Library::json_sax_t {
   const char* end_;
   std::optional<JsonValue> root_;
   std::vector<JsonValue*> stack_;
-  std::string_view soughtKey_;
-  bool seeking_ = true;    // until the key was met in the outermost object
-  bool atSought_ = false;  // the last key there was it, for the first time
-  JsonPlace soughtPlace_;
+  JsonElements* elements_;
+  bool wasThere_ = false;     // the elements' key was met in the outermost object
+  bool atElements_ = false;   // the last key there was it, for the first time
+  bool areElements_ = false;  // their array is open
 };
+
+std::optional<JsonValue> parse(std::string_view text, JsonElements* elements) {
+  // The library takes U+0000 between two values for the end of the text.
+  if (text.find('\0') != std::string_view::npos) return std::nullopt;
+  try {
+    TreeBuilder builder(text.data(), text.data() + text.size(), elements);
+    if (!Library::sax_parse(builder.first(), builder.last(), &builder)) return std::nullopt;
+    return builder.takeRoot();
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
 
 }  // namespace
 
@@ -149,23 +176,13 @@ JsonValue* JsonObject::find(std::string_view key) {
   return nullptr;
 }
 
-std::optional<JsonValue> parseJson(std::string_view text) {
-  JsonPlace ignored;
-  return parseJson(text, {}, ignored);
-}
+std::optional<JsonValue> parseJson(std::string_view text) { return parse(text, nullptr); }
 
-std::optional<JsonValue> parseJson(std::string_view text, std::string_view key, JsonPlace& place) {
-  place = {};
-  // The library takes U+0000 between two values for the end of the text.
-  if (text.find('\0') != std::string_view::npos) return std::nullopt;
-  try {
-    TreeBuilder builder(text.data(), text.data() + text.size(), key);
-    if (!Library::sax_parse(builder.first(), builder.last(), &builder)) return std::nullopt;
-    place = builder.soughtPlace();
-    return builder.takeRoot();
-  } catch (const std::exception&) {
-    return std::nullopt;
-  }
+std::optional<JsonValue> parseJson(std::string_view text, JsonElements& elements) {
+  elements.place = {};
+  std::optional<JsonValue> root = parse(text, &elements);
+  if (!root) elements.place = {};
+  return root;
 }
 
 }  // namespace vellora

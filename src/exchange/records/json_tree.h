@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -46,8 +47,17 @@ struct JsonPlace {
 // Any thread.
 std::optional<JsonValue> parseJson(std::string_view text);
 
-// The same. Where the value is an object and the first of its members `key` an array, `place` tells
-// where that array stands; else it is empty.
-std::optional<JsonValue> parseJson(std::string_view text, std::string_view key, JsonPlace& place);
+// An array whose values are wanted one by one, so that not all of them need room at once: that of
+// the first member `key` of the outermost object.
+struct JsonElements {
+  std::string_view key;
+  // Called for each value, in order; false ends the reading without a result. What was taken is of
+  // no use where the text turns out to be ill-formed behind it.
+  std::function<bool(JsonValue&)> take;
+  JsonPlace place;  // set by the reading: where the array stands; empty where that member is none
+};
+
+// The same, but the array of `elements` stays empty in the result.
+std::optional<JsonValue> parseJson(std::string_view text, JsonElements& elements);
 
 }  // namespace vellora
