@@ -1,14 +1,11 @@
 #include "platform/linux/accessibility/direct_link.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cstddef>
-#include <cstring>
 #include <optional>
 #include <string_view>
 
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
+#include "platform/linux/socket/local_socket.h"
 
 namespace vellora {
 
@@ -56,61 +53,23 @@ std::optional<std::string> socketName(std::string_view address) {
   return name;
 }
 
-class Socket {
- public:
-  Socket() : number_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
-  ~Socket() {
-    if (number_ >= 0) close(number_);
-  }
-  Socket(const Socket&) = delete;
-  Socket& operator=(const Socket&) = delete;
-
-  bool connectTo(const std::string& name) const {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (number_ < 0 || name.size() >= sizeof(address.sun_path)) return false;
-    std::memcpy(address.sun_path, name.data(), name.size());
-    // An abstract name has no end but the address's.
-    const auto size =
-        offsetof(sockaddr_un, sun_path) + name.size() + (name.front() != '\0' ? 1 : 0);
-    return connect(number_, reinterpret_cast<const sockaddr*>(&address),
-                   static_cast<socklen_t>(size)) == 0;
-  }
-
-  // The process that listens there.
-  bool isOf(std::int32_t processIdentifier) const {
-    ucred listener{};
-    socklen_t size = sizeof(listener);
-    return getsockopt(number_, SOL_SOCKET, SO_PEERCRED, &listener, &size) == 0 &&
-           listener.pid == processIdentifier;
-  }
-
-  // Has the bus use it, and close it in the end.
-  bool giveTo(sd_bus* bus) {
-    if (sd_bus_set_fd(bus, number_, number_) < 0) return false;
-    number_ = -1;
-    return true;
-  }
-
- private:
-  int number_;
-};
-
 }  // namespace
 
 BusPtr openDirectLink(const std::string& address, std::int32_t processIdentifier) {
   const auto name = socketName(address);
   if (!name || processIdentifier <= 0) return nullptr;
-  Socket socket;
+  LocalSocket socket;
   if (!socket.connectTo(*name) || !socket.isOf(processIdentifier)) return nullptr;
   sd_bus* made = nullptr;
   if (sd_bus_new(&made) < 0) return nullptr;
   BusPtr link(made);
   // Nobody has to send us descriptors.
   if (sd_bus_set_bus_client(made, 0) < 0 || sd_bus_negotiate_fds(made, 0) < 0 ||
-      !socket.giveTo(made) || sd_bus_start(made) < 0) {
+      sd_bus_set_fd(made, socket.fd(), socket.fd()) < 0) {
     return nullptr;
   }
+  socket.release();  // it is closed with the link
+  if (sd_bus_start(made) < 0) return nullptr;
   return link;
 }
 

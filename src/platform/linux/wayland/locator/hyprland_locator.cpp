@@ -10,8 +10,8 @@
 #include <unistd.h>
 
 #include "base/environment.h"
+#include "platform/linux/socket/local_socket.h"
 #include "platform/linux/wayland/locator/hyprland_words.h"
-#include "platform/linux/wayland/locator/local_socket.h"
 #include "platform/linux/wayland/locator/readable_source.h"
 
 namespace vellora {

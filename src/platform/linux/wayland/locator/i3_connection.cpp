@@ -7,7 +7,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "platform/linux/wayland/locator/local_socket.h"
+#include "platform/linux/socket/local_socket.h"
 #include "platform/linux/wayland/locator/readable_source.h"
 
 namespace vellora {

@@ -4,33 +4,14 @@
 #include <cerrno>
 #include <cstddef>
 #include <string>
-#include <utility>
 
 #include <poll.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include "base/environment.h"
+#include "platform/linux/socket/local_socket.h"
 
 namespace vellora {
 namespace {
-
-class Socket {
- public:
-  Socket() : fd_(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)) {}
-  ~Socket() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  Socket(const Socket&) = delete;
-  Socket& operator=(const Socket&) = delete;
-
-  int fd() const { return fd_; }
-  int release() { return std::exchange(fd_, -1); }
-
- private:
-  int fd_;
-};
 
 std::string pathOf(const std::string& name) {
   if (name.empty() || name.front() == '/') return name;
@@ -42,13 +23,9 @@ std::string pathOf(const std::string& name) {
 
 WlDisplayPtr connectToCompositor(const char* name, const Deadline& deadline) {
   const std::string path = pathOf(name == nullptr ? "" : name);
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (path.empty() || path.size() >= sizeof address.sun_path) return nullptr;
-  path.copy(address.sun_path, path.size());
-  Socket socket;
-  if (socket.fd() < 0) return nullptr;
-  while (::connect(socket.fd(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+  if (path.empty()) return nullptr;
+  LocalSocket socket;
+  while (!socket.connectTo(path)) {
     // Too many wait to be taken in already; there is nothing by which to see that one was.
     constexpr int lookAgain = 20;
     if ((errno != EAGAIN && errno != EINTR) || deadline.passed()) return nullptr;
