@@ -20,6 +20,17 @@ trap stop_all EXIT
 
 follows() { grep -q '"Following Music • ' "$exchange/status.json" 2>/dev/null; }
 
+# Whether captions are shown at the end. A song's end or one slow second of the machine takes them away
+# for a moment: they have five seconds to be there again.
+still_follows() {
+  for _ in {1..50}; do
+    follows && return 0
+    sleep 0.1
+  done
+  echo "the captions went away meanwhile"
+  return 1
+}
+
 # start_scene BUILD_FOLDER [PLAYER_OPTION...]: until captions are shown. OVERLAY may name the overlay
 # of another build; overlay_environment has NAME=VALUEs for it alone.
 overlay_environment=()
