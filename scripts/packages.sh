@@ -31,8 +31,11 @@ packages_test=(
   appstream mandoc dpkg-dev lintian systemd libfaketime x11-xserver-utils valgrind
 )
 
-# Wayland compositors that need no screen, what takes pictures of them, and their X server.
-packages_wayland=(sway kwin-wayland mutter grim xwayland x11-xserver-utils)
+# Wayland compositors that need no screen, what takes pictures of them, their X server, a terminal to
+# click at, what unplugs KWin's outputs, and what Qt's programs need there.
+packages_wayland=(
+  sway kwin-wayland mutter grim xwayland x11-xserver-utils foot libkf5screen-bin qtwayland5
+)
 
 # Real browsers, for their tests and for ./run --browser, and a sound server that needs no device: a
 # page's player shows itself only where its sound can be played. About 200 MB to download.
