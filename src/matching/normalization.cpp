@@ -12,8 +12,18 @@ bool isLetterOrDigit(char ascii) {
          (ascii >= 'A' && ascii <= 'Z');
 }
 
-bool isAsciiAt(std::string_view text, std::size_t at) {
-  return static_cast<unsigned char>(text[at]) < 0x80;
+// Ideographs, syllables of Hangul and of kana that were letters from Unicode's first versions on:
+// most characters of the texts that have any.
+bool isOldLetter(char32_t character) {
+  return (character >= 0x4E00 && character <= 0x9FA5) ||
+         (character >= 0xAC00 && character <= 0xD7A3) ||
+         (character >= 0x3041 && character <= 0x3094) ||
+         (character >= 0x30A1 && character <= 0x30FA);
+}
+
+bool isKept(char32_t character) {
+  if (character < 0x80) return isLetterOrDigit(static_cast<char>(character));
+  return isOldLetter(character) || TextServices::isAlphanumeric(character);
 }
 
 // Nothing of ASCII is Chinese, marked or wide.
@@ -36,17 +46,14 @@ std::string OverlayMatching::normalized(std::string_view text) {
       TextServices::folded(simplified ? std::string_view(*simplified) : text);
   std::string key;
   key.reserve(folded.size());
+  std::size_t kept = 0;  // where what is kept, and not yet in the key, begins
   for (std::size_t at = 0; at < folded.size();) {
-    if (isAsciiAt(folded, at)) {
-      if (isLetterOrDigit(folded[at])) key.push_back(folded[at]);
-      ++at;
-      continue;
-    }
     const std::size_t begin = at;
-    if (TextServices::isAlphanumeric(nextCharacter(folded, at))) {
-      key.append(folded, begin, at - begin);
-    }
+    if (isKept(nextCharacter(folded, at))) continue;
+    key.append(folded, kept, begin - kept);
+    kept = at;
   }
+  key.append(folded, kept);
   return key;
 }
 

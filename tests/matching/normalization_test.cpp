@@ -1,10 +1,12 @@
 #include "matching/normalization.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "base/utf8.h"
 #include "platform/text_services.h"
 
 namespace vellora::OverlayMatching {
@@ -89,6 +91,25 @@ TEST(NormalizationTest, MarksOfScriptsThatNeedThemAreKept) {
   EXPECT_EQ(normalized("が"), "が");
   EXPECT_EQ(normalized("สวัสดี"), "สวัสดี");
   EXPECT_NE(normalized("שָׁלוֹם"), normalized("שלום"));
+}
+
+TEST(NormalizationTest, OfEachCharacterExactlyLettersMarksAndNumbersAreKept) {
+  for (char32_t character = 1; character <= 0x10FFFF; ++character) {
+    if (character >= 0xD800 && character <= 0xDFFF) continue;
+    std::string text;
+    appendCharacter(text, character);
+    text += "我";
+    const std::string simplified = TextServices::simplified(text).value_or(text);
+    const std::string folded = TextServices::folded(simplified);
+    std::string key;
+    for (std::size_t at = 0; at < folded.size();) {
+      const std::size_t begin = at;
+      if (TextServices::isAlphanumeric(nextCharacter(folded, at))) {
+        key += folded.substr(begin, at - begin);
+      }
+    }
+    ASSERT_EQ(normalized(text), key) << std::hex << static_cast<std::uint32_t>(character);
+  }
 }
 
 TEST(NormalizationTest, IllFormedBytesAreDropped) {

@@ -5,6 +5,7 @@
 
 #include "base/utf8.h"
 #include "platform/linux/text/character_boundary.h"
+#include "platform/linux/text/character_facts.h"
 #include "platform/linux/text/icu_text.h"
 #include "platform/text_services.h"
 
@@ -15,10 +16,33 @@ bool isAlphanumeric(char32_t character) {
   return (U_GET_GC_MASK(static_cast<UChar32>(character)) & categories) != 0;
 }
 
+namespace {
+
+// Whether it is plain that `text` is UTF-8 and in form C: of characters that nothing composes with,
+// and no mark behind another, whose order might be another.
+bool isPlainlyComposed(std::string_view text) {
+  const RememberedFacts& remembered = RememberedFacts::shared();
+  bool wasOrdered = false;
+  for (std::size_t at = 0; at < text.size();) {
+    const char32_t character = nextCharacter(text, at);
+    if (character < 0x80 || isComposedSyllable(character)) {
+      wasOrdered = false;
+      continue;
+    }
+    if (!RememberedFacts::has(character)) return false;
+    const CharacterFacts facts = remembered.of(character);
+    if (!facts.composed || (facts.ordered && wasOrdered)) return false;
+    wasOrdered = facts.ordered;
+  }
+  return true;
+}
+
+}  // namespace
+
 // Form C, which most texts have already.
 std::string canonicalForm(std::string_view text) {
+  if (isAscii(text) || isPlainlyComposed(text)) return std::string(text);
   std::string given = wellFormed(text);
-  if (isAscii(given)) return given;
   const icu::Normalizer2& composed = normalizer(Normalization::composed);
   UErrorCode error = U_ZERO_ERROR;
   if (composed.isNormalizedUTF8(piece(given), error) && U_SUCCESS(error)) return given;

@@ -6,6 +6,7 @@
 #include <unicode/unistr.h>
 
 #include "base/utf8.h"
+#include "platform/linux/text/character_facts.h"
 #include "platform/linux/text/icu_text.h"
 #include "platform/text_services.h"
 
@@ -17,18 +18,14 @@ namespace {
 // in these scripts only.
 constexpr char32_t firstBeyondMarkedScripts = 0x510;
 
-// Ideographs and syllables of kana and Hangul: without case and width, kept as they are where they
-// decompose, and no extenders, which makes most questions needless.
-bool isSyllable(char32_t character) {
-  return (character >= 0x309B && character <= 0x9FFF) ||
-         (character >= 0xAC00 && character <= 0xD7A3) ||
-         (character >= 0x3041 && character <= 0x3096);
-}
-
 // The scripts from Hebrew to Burmese have no case and no width either, and what decomposes there
 // does so into letters of theirs.
 bool foldsToItself(char32_t character) {
-  return isSyllable(character) || (character >= 0x590 && character <= 0x109F);
+  return isSyllable(character) || RememberedFacts::has(character);
+}
+
+bool isAsciiAt(std::string_view text, std::size_t at) {
+  return at >= text.size() || static_cast<unsigned char>(text[at]) < 0x80;
 }
 
 char lowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
@@ -40,6 +37,7 @@ bool isSkinTone(char32_t character) { return character >= 0x1F3FB && character <
 bool isExtender(char32_t character) {
   constexpr char32_t zeroWidthJoiner = 0x200D;
   if (character < 0x300 || character == zeroWidthJoiner || isSyllable(character)) return false;
+  if (RememberedFacts::has(character)) return RememberedFacts::shared().of(character).extends;
   return u_hasBinaryProperty(static_cast<UChar32>(character), UCHAR_GRAPHEME_EXTEND) ||
          isSkinTone(character);
 }
@@ -112,17 +110,49 @@ void appendExtenders(std::string& result, std::string_view extenders, bool baseC
   appendText(result, normalized(Normalization::decomposed, extenders));
 }
 
+// Where the characters end that are kept as they are together with what extends them, from `at` on,
+// where one begins: each by itself, or with a single extender that does not decompose.
+std::size_t endOfKept(std::string_view text, std::size_t at) {
+  const RememberedFacts& remembered = RememberedFacts::shared();
+  std::size_t lastBase = at;
+  bool isExtended = false;
+  for (std::size_t next = at; at < text.size(); at = next) {
+    const char32_t character = nextCharacter(text, next);
+    if (isSyllable(character)) {
+      lastBase = at;
+      isExtended = false;
+      continue;
+    }
+    const bool isFirst = at == lastBase;
+    if (!RememberedFacts::has(character)) return !isFirst && isExtender(character) ? lastBase : at;
+    const CharacterFacts facts = remembered.of(character);
+    if (isFirst || !facts.extends) {
+      lastBase = at;
+      isExtended = false;
+      continue;
+    }
+    if (isExtended || facts.decomposes) return lastBase;
+    isExtended = true;
+  }
+  return at;
+}
+
 }  // namespace
 
 std::string folded(std::string_view text) {
   std::string result;
   result.reserve(text.size());
-  const auto isAsciiAt = [text](std::size_t at) {
-    return at >= text.size() || static_cast<unsigned char>(text[at]) < 0x80;
-  };
   for (std::size_t at = 0; at < text.size();) {
-    if (isAsciiAt(at) && isAsciiAt(at + 1)) {
-      result.push_back(lowerAscii(text[at++]));
+    if (isAsciiAt(text, at)) {
+      std::size_t next = at + 1;
+      if (isAsciiAt(text, next) || !isExtender(nextCharacter(text, next))) {
+        result.push_back(lowerAscii(text[at++]));
+        continue;
+      }
+    }
+    if (const std::size_t end = endOfKept(text, at); end > at) {
+      result += text.substr(at, end - at);
+      at = end;
       continue;
     }
     const FoldedBase base = appendFoldedBase(result, text, at);
