@@ -6,6 +6,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <list>
 #include <memory>
 #include <string>
 #include <vector>
@@ -182,11 +183,13 @@ void walkWithLibatspi(benchmark::State& state, pid_t pid) {
   g_object_unref(program);
 }
 
-// The messages of the cold walk alone: to the window itself, and to a process that has no window.
-void askTheSame(benchmark::State& state, sd_bus* bus, const wire::Objects* objects, pid_t pid) {
+// Messages alone, those of a cold walk or those of a reading that remembers all but places: to the
+// window itself, or to a process that has no window.
+void askTheSame(benchmark::State& state, bool (*ask)(sd_bus*, const wire::Objects&), sd_bus* bus,
+                const wire::Objects* objects, pid_t pid) {
   const double before = processorTime(pid);
   for (auto _ : state) {
-    if (!wire::askAll(bus, *objects)) {
+    if (!ask(bus, *objects)) {
       state.SkipWithError("not all was answered");
       return;
     }
@@ -259,16 +262,27 @@ int main(int argc, char** argv) {
   const wire::EmptyPeer emptyPeer;
   if (objects.all.size() == elementBudget) {
     registered.push_back(benchmark::RegisterBenchmark("same_messages_to_the_window", askTheSame,
-                                                      direct.get(), &objects, whole->pid()));
+                                                      wire::askAll, direct.get(), &objects,
+                                                      whole->pid()));
     registered.push_back(benchmark::RegisterBenchmark("same_messages_to_an_empty_peer", askTheSame,
-                                                      emptyPeer.bus(), &objects, emptyPeer.pid()));
+                                                      wire::askAll, emptyPeer.bus(), &objects,
+                                                      emptyPeer.pid()));
   } else {
     std::fprintf(stderr, "over its own bus the window has %zu elements\n", objects.all.size());
   }
+  std::vector<wire::BusPtr> buses;
+  std::list<wire::Objects> rowsOfEach;
   for (std::size_t i = 1; i < windows.size(); ++i) {
-    const std::string name = "read_rows_in_view:" + std::to_string(windows[i]->rows());
-    registered.push_back(benchmark::RegisterBenchmark(name.c_str(), walkOverTheSeam,
-                                                      windows[i].get(), std::chrono::hours(1)));
+    const WindowProcess& window = *windows[i];
+    const std::string rows = std::to_string(window.rows());
+    registered.push_back(benchmark::RegisterBenchmark(
+        ("read_rows_in_view:" + rows).c_str(), walkOverTheSeam, &window, std::chrono::hours(1)));
+    buses.push_back(wire::connectDirectly(window.pid()));
+    if (!buses.back()) continue;
+    rowsOfEach.push_back(wire::objectsOf(buses.back().get()));
+    registered.push_back(benchmark::RegisterBenchmark(("same_places:" + rows).c_str(), askTheSame,
+                                                      wire::askPlaces, buses.back().get(),
+                                                      &rowsOfEach.back(), window.pid()));
   }
   for (auto* bench : registered) bench->UseRealTime()->Unit(benchmark::kMillisecond);
   benchmark::Initialize(&argc, argv);

@@ -99,16 +99,20 @@ def walk(figures, _):
     text.append(table(["floors, over a private connection", "wall time", "the asker's CPU time",
                        "the answerer's CPU time", "the walk ÷ this", "limit", "holds"], rows))
     names = [f"read_rows_in_view:{rows}" for rows in (15, 60, 150, 300)]
+    floors = [name.replace("read_rows_in_view", "same_places") for name in names]
     text.append(table(["a reading, so many rows in view", "wall time", "the reader's CPU time",
-                       "the player's CPU time"],
+                       "the player's CPU time", "the floor: the same places asked, answers thrown away",
+                       "the asker's CPU time"],
                       [[name.rpartition(":")[2], spread(figures.values(name, "real_time")),
                         spread(figures.values(name)),
-                        spread([value * 1e-3 for value in figures.values(name, "player_ms")])]
-                       for name in names]))
+                        spread([value * 1e-3 for value in figures.values(name, "player_ms")]),
+                        spread(figures.values(floor, "real_time")), spread(figures.values(floor))]
+                       for name, floor in zip(names, floors)]))
     text.append("![with rows](accessibility_walk-rows.svg)")
     ratio = figures.ratio(names[3], names[1])
     text.append(f"300 rows in view cost the reader {number(ratio)} times what 60 cost "
-                f"(limit 1.5; {held(ratio, 1.5, '')[1]}).")
+                f"(limit 1.5; {held(ratio, 1.5, '')[1]}); asking alone costs "
+                f"{number(figures.ratio(floors[3], floors[1]))} times.")
     plots = {"rows": ("rows in view", "microseconds", {
         "the reader, CPU": points(figures, names), "the player, CPU": points(figures, names, "player_ms", 1e3)})}
     return text, plots
@@ -226,9 +230,11 @@ def start(_, result):
     times = result["figures"]
     rows = []
     for what, at, limit in (("to the mapped window", 0, 0.035), ("to the first picture in it", 1, 0.05)):
-        own, peer = ([pair[at] / 1e3 for pair in times[name]] for name in ("Vellora", "conky"))
-        rows.append([what, spread(own), spread(peer), *held(statistics.median(own), limit, span(limit))])
-    return [table(["wall time from the start", "Vellora", "conky", "limit", "holds"], rows)], {}
+        own, peer, least = ([pair[at] / 1e3 for pair in times[name]] for name in ("Vellora", "conky", "Least"))
+        rows.append([what, spread(own), spread(peer), spread(least),
+                     *held(statistics.median(own), limit, span(limit))])
+    return [table(["wall time from the start", "Vellora", "conky", "the floor: three lines through Pango",
+                   "limit", "holds"], rows)], {}
 
 
 def printed(_, result):

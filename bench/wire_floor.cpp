@@ -138,6 +138,13 @@ int answer(sd_bus_message* call, void*, sd_bus_error*) {
   }
 }
 
+void askForPlaces(Volley& volley, const Objects& objects) {
+  constexpr std::uint32_t onScreen = 0;
+  for (const std::string& path : objects.placed) {
+    volley.ask(path, component, "GetExtents", "u", onScreen);
+  }
+}
+
 }  // namespace
 
 BusPtr connectDirectly(pid_t pid) {
@@ -177,10 +184,14 @@ bool askAll(sd_bus* bus, const Objects& objects) {
     volley.ask(path, properties, "GetAll", "s", accessible);
     volley.ask(path, accessible, "GetRole", "");
   }
-  constexpr std::uint32_t onScreen = 0;
-  for (const std::string& path : objects.placed) {
-    volley.ask(path, component, "GetExtents", "u", onScreen);
-  }
+  askForPlaces(volley, objects);
+  return volley.takeIn(0);
+}
+
+bool askPlaces(sd_bus* bus, const Objects& objects) {
+  Volley volley(bus);
+  volley.ask(objects.all.front(), accessible, "GetState", "");
+  askForPlaces(volley, objects);
   return volley.takeIn(0);
 }
 

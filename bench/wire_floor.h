@@ -29,6 +29,8 @@ BusPtr connectDirectly(pid_t pid);
 Objects objectsOf(sd_bus* direct);
 // All properties and the role of each object, and the places; false when an answer is missing.
 bool askAll(sd_bus* bus, const Objects& objects);
+// The states of the first object, and the places: what a reading asks that remembers the rest.
+bool askPlaces(sd_bus* bus, const Objects& objects);
 
 // A process that answers those questions with the same words each time.
 class EmptyPeer {

@@ -67,15 +67,17 @@ class SystemTest(unittest.TestCase):
             return {"seconds": 30, "elsewhere": 0, "processes": {
                 name.replace("_", " "): {"cpu": seconds, "sleeps": 60, "waits": 30, "rss": 20, "pss": 10}
                 for name, seconds in cpu.items()}}
-        scenes = {scene: [] for scene in ("following", "alone", "background", "waiting", "conky", "dunst")}
+        scenes = {scene: [] for scene in ("following", "least_following", "alone", "background", "waiting",
+                                          "least_waiting", "conky", "dunst")}
         scenes["following"] = [run(overlay=0.2, player=0.5, accessibility_bus=0.1)]
+        scenes["least_following"] = [run(least=0.05, player=0.4)]
         scenes["alone"] = [run(player=0.3, accessibility_bus=0)]
         scenes["conky"] = [run(conky=0.1)]
-        self.results = {"scenes": scenes, "messages": [{"seconds": 20, "messages": 3000}], "memory": {},
+        self.results = {"scenes": scenes, "messages": {"following": {"seconds": 20, "messages": 3000}}, "memory": {},
                         "seconds": 30, "rounds": 1, "memory_seconds": 60, "failed": ["dunst"]}
 
     def test_whatIsAddedIsTheOverlayAndTheDifferenceOfTheOthers(self):
-        measured = {what: value for what, value, _ in system.targets(self.results)}
+        measured = {what: value for what, value, _, _ in system.targets(self.results)}
         self.assertAlmostEqual(measured["following, all that it adds to the system, CPU s in a minute"],
                                2 * (0.2 + 0.2 + 0.1))
         self.assertAlmostEqual(measured["Vellora following ÷ conky at 8 Hz, CPU"], 2)
@@ -89,6 +91,12 @@ class SystemTest(unittest.TestCase):
         self.assertIn("| switches a second, following | 3 | 90 | yes |", text)
         self.assertIn("| waiting, CPU s in a minute | not measured | 0.06 | |", text)
         self.assertIn("Failed, and not in the tables: dunst.", text)
+
+    def test_theFloorStandsBesideTheLimit(self):
+        text = system.table(self.results)
+        self.assertIn("following, all that it adds to the system, CPU s in a minute | 1.00 | 1.2 | yes | 0.30 |", text)
+        self.assertIn("| floor, following |", text)
+        self.assertIn("| the floor's program |", text)
 
 
 class MeterTest(unittest.TestCase):
