@@ -1,3 +1,5 @@
+#include <chrono>
+
 #include "companion/companion_desk.h"
 
 namespace vellora::e2e {
@@ -11,6 +13,13 @@ class CompanionCommands : public CompanionOnTheDesk {
   }
 };
 
+// The song plays on meanwhile.
+void expectPosition(double position, double from, std::chrono::steady_clock::time_point begin) {
+  const std::chrono::duration<double> since = std::chrono::steady_clock::now() - begin;
+  EXPECT_GE(position, from - 0.5);
+  EXPECT_LE(position, from + since.count() + 0.5);
+}
+
 TEST_F(CompanionCommands, SayWhatHappenedOnceItHas) {
   Answer answer = run({"next"});
   EXPECT_EQ(answer.status, 0) << answer.text;
@@ -18,16 +27,17 @@ TEST_F(CompanionCommands, SayWhatHappenedOnceItHas) {
 
   answer = run({"previous"});
   EXPECT_EQ(answer.status, 0) << answer.text;
-  EXPECT_NE(answer.text.find(" at 0:0"), std::string::npos) << answer.text;
+  EXPECT_NE(answer.text.find(" at 0:"), std::string::npos) << answer.text;
 
+  const auto begin = std::chrono::steady_clock::now();
   answer = run({"seek", "0:20"});
   EXPECT_EQ(answer.status, 0) << answer.text;
-  EXPECT_NE(answer.text.find(" at 0:2"), std::string::npos) << answer.text;
-  EXPECT_NEAR(nowPlaying()->position, 21, 2);
+  EXPECT_NE(answer.text.find(" at 0:"), std::string::npos) << answer.text;
+  expectPosition(nowPlaying()->position, 20, begin);
 
   answer = run({"seek", "-10"});
   EXPECT_EQ(answer.status, 0) << answer.text;
-  EXPECT_NEAR(nowPlaying()->position, 12, 3);
+  expectPosition(nowPlaying()->position, 10, begin);
 
   answer = run({"playpause"});
   EXPECT_EQ(answer.status, 0) << answer.text;
@@ -36,9 +46,10 @@ TEST_F(CompanionCommands, SayWhatHappenedOnceItHas) {
 }
 
 TEST_F(CompanionCommands, PlayFindsASongOfTheLibrary) {
+  const auto begin = std::chrono::steady_clock::now();
   const Answer answer = run({"play", "der mond ist aufgegangen", "--at", "0:09"});
   EXPECT_EQ(answer.status, 0) << answer.text;
-  EXPECT_NEAR(nowPlaying()->position, 10, 2);
+  expectPosition(nowPlaying()->position, 9, begin);
   EXPECT_EQ(nowPlaying()->title, "Der Mond ist aufgegangen");
 }
 

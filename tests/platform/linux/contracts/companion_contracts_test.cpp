@@ -47,7 +47,8 @@ class LinuxPlayerWatch final : public PlayerWatchSubject {
   void hang(const std::string& name) override { players_.at(name)->stop(); }
   void wake(const std::string& name) override { players_.at(name)->wake(); }
   void end(const std::string& name) override { players_.at(name)->end(); }
-  void settle() override { std::this_thread::sleep_for(std::chrono::milliseconds(5)); }
+  // Long enough that an answer comes while the looks' own time, which runs faster, still waits.
+  void settle() override { std::this_thread::sleep_for(std::chrono::milliseconds(20)); }
 
  private:
   static std::string busName(const std::string& name) { return "org.mpris.MediaPlayer2." + name; }

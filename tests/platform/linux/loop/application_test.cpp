@@ -167,7 +167,7 @@ TEST_F(ApplicationTest, QueueHasOneThreadWithTheLabelAsFarAsTheKernelKeepsIt) {
   std::string name;
   std::set<std::thread::id> threads;
   for (int i = 0; i < 20; ++i) {
-    queue->async([&, i] {
+    queue->async([&, handOff, i] {
       char own[17] = {};
       ::prctl(PR_GET_NAME, own);
       handOff([&, i, text = std::string(own), thread = std::this_thread::get_id()] {
@@ -211,7 +211,7 @@ TEST_F(ApplicationTest, HungBackgroundWorkDoesNotDelayTheEnd) {
         std::_Exit(3);
       },
       ::testing::ExitedWithCode(0), "");
-  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(5));
+  EXPECT_LT(std::chrono::steady_clock::now() - started, std::chrono::seconds(30));
 }
 
 TEST(OpenedUrlsTest, SecondInstanceRunsWithoutThem) {

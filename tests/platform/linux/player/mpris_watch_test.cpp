@@ -38,7 +38,7 @@ class MprisWatches : public ::testing::Test {
     for (int i = 0; i < 100; ++i) {
       const auto heard = look();
       if ((heard ? heard->track.title : "") != title) return false;
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     return true;
   }

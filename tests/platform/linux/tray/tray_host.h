@@ -79,7 +79,7 @@ class TrayHost {
     } answer;
     g_dbus_connection_call(
         host.get(), name.c_str(), path, interface, method, arguments, nullptr,
-        G_DBUS_CALL_FLAGS_NO_AUTO_START, 5000, nullptr,
+        G_DBUS_CALL_FLAGS_NO_AUTO_START, 20'000, nullptr,
         [](GObject* connection, GAsyncResult* result, gpointer data) {
           auto& done = *static_cast<Answer*>(data);
           done.there = true;
@@ -87,7 +87,7 @@ class TrayHost {
               g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, nullptr));
         },
         &answer);
-    EXPECT_TRUE(runLoopUntil([&] { return answer.there; }, 10));
+    EXPECT_TRUE(runLoopUntil([&] { return answer.there; }, 60));
     return std::move(answer.value);
   }
   GVariantPtr property(const std::string& name, const char* asked) {
