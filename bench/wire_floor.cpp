@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -75,6 +76,16 @@ int count(sd_bus_message*, void* left, sd_bus_error*) {
   return 0;
 }
 
+int takeTop(sd_bus_message* reply, void* tops, sd_bus_error*) {
+  std::int32_t x = 0;
+  std::int32_t y = 0;
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  sd_bus_message_read(reply, "(iiii)", &x, &y, &width, &height);
+  static_cast<std::vector<std::int32_t>*>(tops)->push_back(y);
+  return 0;
+}
+
 // Sends questions, and takes in answers where too many are under way.
 class Volley {
  public:
@@ -82,12 +93,19 @@ class Volley {
 
   void ask(const std::string& path, const char* interface, const char* member, const char* types,
            auto... values) {
+    askFor(count, &left_, path, interface, member, types, values...);
+  }
+  // The same, with another taker of the answer, which counts nothing: something must be asked after
+  // it that counts.
+  void askFor(sd_bus_message_handler_t take, void* data, const std::string& path,
+              const char* interface, const char* member, const char* types, auto... values) {
     takeIn(underWay - 1);
     sd_bus_message* made = nullptr;
     sd_bus_message_new_method_call(bus_, &made, nullptr, path.c_str(), interface, member);
     const MessagePtr message(made);
     if (*types != '\0') sd_bus_message_append(made, types, values...);
-    if (sd_bus_call_async(bus_, nullptr, made, count, &left_, patience) >= 0) ++left_;
+    const bool isSent = sd_bus_call_async(bus_, nullptr, made, take, data, patience) >= 0;
+    if (isSent && take == count) ++left_;
   }
   // Until no more than so many are under way; false when they do not come.
   bool takeIn(int most) {
@@ -147,14 +165,14 @@ void askForPlaces(Volley& volley, const Objects& objects) {
 
 }  // namespace
 
-BusPtr connectDirectly(pid_t pid) {
+Program connect(pid_t pid) {
   sd_bus* opened = nullptr;
-  if (sd_bus_open_user(&opened) < 0) return nullptr;
+  if (sd_bus_open_user(&opened) < 0) return {};
   const BusPtr session(opened);
   const std::string address =
       text(call(opened, "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress").get());
-  const BusPtr bus = openAddress(address.c_str(), true);
-  if (!bus) return nullptr;
+  BusPtr bus = openAddress(address.c_str(), true);
+  if (!bus) return {};
   const MessagePtr programs =
       call(bus.get(), "org.a11y.atspi.Registry", rootPath, accessible, "GetChildren");
   for (const auto& [name, path] : references(programs.get())) {
@@ -166,10 +184,12 @@ BusPtr connectDirectly(pid_t pid) {
     if (owner != pid) continue;
     const MessagePtr told = call(bus.get(), name.c_str(), path.c_str(),
                                  "org.a11y.atspi.Application", "GetApplicationBusAddress");
-    return openAddress(text(told.get()).c_str(), false);
+    return {std::move(bus), name, openAddress(text(told.get()).c_str(), false)};
   }
-  return nullptr;
+  return {};
 }
+
+BusPtr connectDirectly(pid_t pid) { return connect(pid).direct; }
 
 Objects objectsOf(sd_bus* direct) {
   Objects objects;
@@ -192,6 +212,23 @@ bool askPlaces(sd_bus* bus, const Objects& objects) {
   Volley volley(bus);
   volley.ask(objects.all.front(), accessible, "GetState", "");
   askForPlaces(volley, objects);
+  return volley.takeIn(0);
+}
+
+bool askReading(const Program& program, const Objects& objects,
+                const std::vector<std::string>& again, std::vector<std::int32_t>& tops) {
+  constexpr std::uint32_t onScreen = 0;
+  const std::string& window = objects.all.front();
+  if (!call(program.bus.get(), program.name.c_str(), window.c_str(), accessible, "GetState")) {
+    return false;
+  }
+  tops.clear();
+  Volley volley(program.direct.get());
+  for (const std::string& path : objects.placed) {
+    volley.askFor(takeTop, &tops, path, component, "GetExtents", "u", onScreen);
+  }
+  for (const std::string& path : again) volley.ask(path, properties, "GetAll", "s", accessible);
+  volley.ask(window, component, "GetExtents", "u", onScreen);
   return volley.takeIn(0);
 }
 

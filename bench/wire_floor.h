@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,8 +24,14 @@ struct Objects {
   std::vector<std::string> placed;
 };
 
-// A connection to the program's own bus, by the address that it tells on the accessibility bus;
-// null where it has none.
+// A program, by way of the accessibility bus and over the bus of its own whose address it tells
+// there; null where it has none.
+struct Program {
+  BusPtr bus;
+  std::string name;  // on that bus
+  BusPtr direct;
+};
+Program connect(pid_t pid);
 BusPtr connectDirectly(pid_t pid);
 // Asks the program itself, over its own bus. Empty where it does not answer.
 Objects objectsOf(sd_bus* direct);
@@ -31,6 +39,11 @@ Objects objectsOf(sd_bus* direct);
 bool askAll(sd_bus* bus, const Objects& objects);
 // The states of the first object, and the places: what a reading asks that remembers the rest.
 bool askPlaces(sd_bus* bus, const Objects& objects);
+// What following asks in one reading: the states over the accessibility bus, behind the program's
+// signals; then directly the places, which come as their upper edges, and all properties of some of
+// the objects, for what is not signalled.
+bool askReading(const Program& program, const Objects& objects,
+                const std::vector<std::string>& again, std::vector<std::int32_t>& tops);
 
 // A process that answers those questions with the same words each time.
 class EmptyPeer {

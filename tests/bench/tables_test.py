@@ -68,7 +68,7 @@ class SystemTest(unittest.TestCase):
                 name.replace("_", " "): {"cpu": seconds, "sleeps": 60, "waits": 30, "rss": 20, "pss": 10}
                 for name, seconds in cpu.items()}}
         scenes = {scene: [] for scene in ("following", "least_following", "alone", "background", "waiting",
-                                          "least_waiting", "conky", "dunst")}
+                                          "least_waiting", "least_background", "conky", "dunst")}
         scenes["following"] = [run(overlay=0.2, player=0.5, accessibility_bus=0.1)]
         scenes["least_following"] = [run(least=0.05, player=0.4)]
         scenes["alone"] = [run(player=0.3, accessibility_bus=0)]

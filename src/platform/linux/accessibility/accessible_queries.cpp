@@ -1,5 +1,6 @@
 #include "platform/linux/accessibility/accessible_queries.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -36,9 +37,7 @@ void AccessibleQueries::askRole(NodeIndex node) {
 void AccessibleQueries::askProperties(NodeIndex node) {
   store_[node].facts.properties.begin();
   if (store_[node].reference.bus != answersAll_) return askOneByOne(node);
-  BusMessagePtr question = call(node, properties, "GetAll");
-  if (question) sd_bus_message_append(question.get(), "s", accessible);
-  bus_.send(std::move(question), [this, node](sd_bus_message* reply) {
+  bus_.send(callGetAll(node), [this, node](sd_bus_message* reply) {
     store_[node].facts.properties.tell(readAllProperties(reply));
   });
 }
@@ -124,6 +123,50 @@ void AccessibleQueries::askExtents(NodeIndex node) {
   bus_.send(std::move(question), [this, node](sd_bus_message* reply) {
     store_[node].moment.extents.tell(readExtents(reply));
   });
+}
+
+void AccessibleQueries::compareRole(NodeIndex node, Comparison told) {
+  bus_.send(call(node, accessible, "GetRole"),
+            [this, node, told = std::move(told)](sd_bus_message* reply) {
+              const auto role = readNumber(reply);
+              if (!role) return;
+              told(role == store_[node].facts.role.value ? Difference::none : Difference::itself);
+            });
+}
+
+void AccessibleQueries::compareProperties(NodeIndex node, Comparison told) {
+  if (store_[node].reference.bus != answersAll_) return;
+  bus_.send(callGetAll(node), [this, node, told = std::move(told)](sd_bus_message* reply) {
+    const auto found = readAllProperties(reply);
+    const auto& known = store_[node].facts.properties.value;
+    if (!found) return;
+    if (!known || found->childCount != known->childCount) return told(Difference::children);
+    told(*found == *known ? Difference::none : Difference::itself);
+  });
+}
+
+void AccessibleQueries::compareChildren(NodeIndex node, Comparison told) {
+  const AccessibleFacts& facts = store_[node].facts;
+  const auto count = facts.properties.value ? facts.properties.value->childCount : std::nullopt;
+  if (count && *count == 0) return told(Difference::none);  // the properties have the count
+  if (count && *count > static_cast<std::int32_t>(mostChildren_)) return;
+  bus_.send(call(node, accessible, "GetChildren"),
+            [this, node, told = std::move(told)](sd_bus_message* reply) {
+              const auto found = readReferences(reply, mostChildren_);
+              if (!found) return;
+              const auto& known = store_[node].facts.children.value;
+              const auto reference = [this](NodeIndex child) -> const AccessibleReference& {
+                return store_[child].reference;
+              };
+              const bool isSame = known && std::ranges::equal(*found, *known, {}, {}, reference);
+              told(isSame ? Difference::none : Difference::children);
+            });
+}
+
+BusMessagePtr AccessibleQueries::callGetAll(NodeIndex node) {
+  BusMessagePtr question = call(node, properties, "GetAll");
+  if (question) sd_bus_message_append(question.get(), "s", accessible);
+  return question;
 }
 
 BusMessagePtr AccessibleQueries::call(NodeIndex node, const char* interface, const char* member) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -30,8 +31,18 @@ class AccessibleQueries {
   void askStates(NodeIndex node);
   void askExtents(NodeIndex node);
 
+  // Asks again what the store knows, leaves that as it is, and tells what is another now; tells
+  // nothing where there is no answer. Properties are asked of the program alone that answers all at
+  // once, children where the list was not cut.
+  enum class Difference { none, itself, children };
+  using Comparison = std::function<void(Difference found)>;
+  void compareRole(NodeIndex node, Comparison told);
+  void compareProperties(NodeIndex node, Comparison told);
+  void compareChildren(NodeIndex node, Comparison told);
+
  private:
   BusMessagePtr call(NodeIndex node, const char* interface, const char* member);
+  BusMessagePtr callGetAll(NodeIndex node);
   void askOneByOne(NodeIndex node);
   void askWholeList(NodeIndex node);
   void askListByIndex(NodeIndex node);

@@ -41,6 +41,7 @@ struct AccessibleProperties {
   std::optional<std::string> description;
   std::optional<std::string> identifier;
   std::optional<std::int32_t> childCount;
+  bool operator==(const AccessibleProperties&) const = default;
 };
 
 struct AccessibleExtents {

@@ -26,6 +26,10 @@ class AnswerPace {
   Clock::duration untilHalf(std::size_t owed) const {
     return std::min<Clock::duration>(pace_ * static_cast<Clock::rep>(owed) / 2, longest);
   }
+  // Until all of it may be there.
+  Clock::duration untilAll(std::size_t owed) const {
+    return std::min<Clock::duration>(pace_ * static_cast<Clock::rep>(owed), longest);
+  }
 
  private:
   static constexpr Clock::duration longest = std::chrono::milliseconds(1);

@@ -2,26 +2,17 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "platform/linux/accessibility/accessible_replies.h"
 #include "platform/linux/accessibility/attribute_mapping.h"
-#include "platform/linux/players/process_family.h"
+#include "platform/linux/accessibility/program_registry.h"
 
 namespace vellora {
 
 namespace {
-
-constexpr const char* registry = "org.a11y.atspi.Registry";
-constexpr const char* registryRoot = "/org/a11y/atspi/accessible/root";
-constexpr const char* driver = "org.freedesktop.DBus";
-constexpr const char* driverPath = "/org/freedesktop/DBus";
-
-// Programs that the registry is asked for.
-constexpr std::size_t mostPrograms = 1000;
 
 // Which of a program's windows is active is asked of this many.
 constexpr std::size_t mostWindows = 64;
@@ -74,18 +65,6 @@ void awaitProgram(BusConnection& bus, const AccessibleReference& window,
   bus.exchange(deadline);
 }
 
-// A program in a container may have its connection by way of another process there, a proxy. That a
-// process started another is no sign: a terminal is not what runs in it.
-std::vector<std::int64_t>::iterator findInContainer(std::vector<std::int64_t>& processes,
-                                                    std::int32_t process) {
-  const std::string container = containerOf(process);
-  if (container.empty()) return processes.end();
-  return std::ranges::find_if(processes, [&container](std::int64_t other) {
-    return other > 0 && other <= INT32_MAX &&
-           containerOf(static_cast<std::int32_t>(other)) == container;
-  });
-}
-
 std::vector<NodeIndex> listWindows(BusConnection& bus, ProgramMemory& memory,
                                    AccessibleQueries& queries, const LookupTimes& times) {
   const auto deadline = Steady::now() + times.listing;
@@ -100,30 +79,6 @@ std::vector<NodeIndex> listWindows(BusConnection& bus, ProgramMemory& memory,
 }
 
 }  // namespace
-
-std::optional<AccessibleReference> findProgram(BusConnection& bus, std::int32_t processIdentifier,
-                                               Steady::time_point deadline) {
-  AccessibleStore store;
-  AccessibleQueries queries(bus, store, mostPrograms);
-  const NodeIndex root = store.intern({registry, registryRoot}, std::nullopt);
-  queries.askChildren(root);
-  bus.exchange(deadline);
-  const auto programs = store[root].facts.children.value.value_or(std::vector<NodeIndex>());
-
-  std::vector<std::int64_t> processes(programs.size(), -1);
-  for (std::size_t i = 0; i < programs.size(); ++i) {
-    BusMessagePtr call = bus.newCall(driver, driverPath, driver, "GetConnectionUnixProcessID");
-    if (call) sd_bus_message_append(call.get(), "s", store[programs[i]].reference.bus.c_str());
-    bus.send(std::move(call), [&processes, i](sd_bus_message* reply) {
-      if (const auto found = readNumber(reply)) processes[i] = *found;
-    });
-  }
-  bus.exchange(deadline);
-  auto sought = std::ranges::find(processes, std::int64_t{processIdentifier});
-  if (sought == processes.end()) sought = findInContainer(processes, processIdentifier);
-  if (sought == processes.end()) return std::nullopt;
-  return store[programs[static_cast<std::size_t>(sought - processes.begin())]].reference;
-}
 
 std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
                                    AccessibleQueries& queries, const LookupTimes& times) {
@@ -149,10 +104,10 @@ std::vector<NodeIndex> findWindows(BusConnection& bus, ProgramMemory& memory,
   auto windows = memory.windows();
   if (!memory.program()) {
     const auto deadline = Steady::now() + times.listing;
-    auto root = findProgram(bus, memory.processIdentifier(), deadline);
-    if (!root) return {};
-    auto toolkit = askToolkit(bus, *root, deadline);
-    memory.setProgram({std::move(*root), std::move(toolkit)});
+    auto found = findProgram(bus, memory.processIdentifier(), deadline);
+    if (!found) return {};
+    auto toolkit = askToolkit(bus, found->root, deadline);
+    memory.setProgram({std::move(found->root), std::move(toolkit), std::move(found->registered)});
     bus.setPatientPeer(memory.program()->root.bus);
   }
   const bool ofGtk = isGtk(memory.program()->toolkit);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <vector>
 
 #include "platform/linux/accessibility/accessible_queries.h"
@@ -14,11 +12,6 @@ struct LookupTimes {
   Steady::duration listing;  // at most, for finding the program and for listing its windows
   Steady::duration waiting;  // at most, for each window's word on its state
 };
-
-// The root object of the process's program: of the registry's programs the first one whose
-// connection to the bus has that process identifier. Nothing when there is none.
-std::optional<AccessibleReference> findProgram(BusConnection& bus, std::int32_t processIdentifier,
-                                               Steady::time_point deadline);
 
 // The windows of the memory's process, the active one first and the others in the program's order,
 // a GTK program's popups after its frames and dialogs; none when no program of that process is on

@@ -39,6 +39,7 @@ inline constexpr std::uint32_t scrollPane = 49;
 inline constexpr std::uint32_t table = 55;
 inline constexpr std::uint32_t tree = 65;
 inline constexpr std::uint32_t treeTable = 66;
+inline constexpr std::uint32_t unknown = 67;
 inline constexpr std::uint32_t window = 69;
 inline constexpr std::uint32_t listBox = 98;
 }  // namespace AtspiRole

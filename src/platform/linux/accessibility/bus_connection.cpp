@@ -17,6 +17,9 @@ constexpr std::size_t mostUnderWay = 32;
 // So that a peer that floods the connection does not keep the caller.
 constexpr int mostPerPump = 256;
 
+// Answers over the direct link for one look at the daemon's connection, which is quiet meanwhile.
+constexpr int mostDirectAtOnce = 8;
+
 constexpr std::uint64_t noTimeout = UINT64_MAX;  // the timeouts are kept here, not by the library
 
 }  // namespace
@@ -165,16 +168,23 @@ void BusConnection::sendWaiting() {
 bool BusConnection::process() {
   const int result = sd_bus_process(bus_.get(), nullptr);
   if (result < 0) broken_ = true;
-  return processDirect() || result > 0;
+  bool hasDirect = processDirect();
+  const bool more = hasDirect || result > 0;
+  for (int i = 1; hasDirect && i < mostDirectAtOnce; ++i) hasDirect = processDirect();
+  return more;
 }
 
 // Until something arrives, or a call is overdue. Among the answers of a volley it waits for several
-// more: each time that it is woken costs more than an answer.
+// more, for the last of them at once: each time that it is woken costs more than an answer.
 void BusConnection::sleep(Steady::time_point until, std::size_t answers) {
   const auto now = Steady::now();
   pace_.hear(answers, now);
   if (answers > 0 && underWay_.size() > 1) {
-    return std::this_thread::sleep_until(std::min(until, now + pace_.untilHalf(underWay_.size())));
+    // What is left is the end of the volley where no more calls came when few were under way.
+    const std::size_t owed = underWay_.size();
+    const bool isEnd = waiting_.empty() && owed < mostUnderWay / 2;
+    const auto pause = isEnd ? pace_.untilAll(owed) : pace_.untilHalf(owed);
+    return std::this_thread::sleep_until(std::min(until, now + pause));
   }
   if (!underWay_.empty()) until = std::min(until, overdueAt(underWay_.front()).value_or(until));
   if (!waitForEither(bus_.get(), direct_.get(), until)) broken_ = true;

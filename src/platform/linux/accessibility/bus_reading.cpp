@@ -64,7 +64,7 @@ std::optional<AccessibleExtents> BusReading::extents(NodeIndex index, int depth)
   if (node(index).moment.extents.isUnasked()) {
     if (const auto until = deadline()) {
       if (depth == 0 || !walkBegin_) {
-        prefetch_.askKnownExtents(index, *until);
+        prefetch_.askKnownExtents(index, *until, [this] { access_.memory.renew(queries_); });
       } else {
         prefetch_.askExtents(index, elementsLeft(), *until);
       }

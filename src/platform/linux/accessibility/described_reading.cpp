@@ -6,9 +6,9 @@
 #include <map>
 #include <utility>
 
-#include "platform/linux/accessibility/application_lookup.h"
 #include "platform/linux/accessibility/attribute_mapping.h"
 #include "platform/linux/accessibility/content_placement.h"
+#include "platform/linux/accessibility/program_registry.h"
 #include "platform/linux/accessibility/surface_search.h"
 
 namespace vellora {
@@ -142,11 +142,11 @@ bool DescribedReading::reach() {
 }
 
 bool DescribedReading::find() {
-  auto root = findProgram(bus_, memory_.process, begin_ + listing());
-  if (!root) return false;
-  bus_.setPatientPeer(root->bus);
-  memory_.facts = std::make_unique<ElementFacts>(bus_, root->bus);
-  memory_.root = facts().intern(std::move(*root));
+  auto found = findProgram(bus_, memory_.process, begin_ + listing());
+  if (!found) return false;
+  bus_.setPatientPeer(found->root.bus);
+  memory_.facts = std::make_unique<ElementFacts>(bus_, found->root.bus);
+  memory_.root = facts().intern(std::move(found->root));
   memory_.lookedAgain = memory_.lookedAnew = memory_.lookedAfresh = begin_;
   facts().setDeadline(begin_ + steady(limits_.seconds));
   return true;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/linux/accessibility/attribute_mapping.h"
+#include "platform/linux/accessibility/program_registry.h"
 
 namespace vellora {
 
@@ -43,8 +44,8 @@ void ProgramMemory::setProgram(Program program) {
     changes_.begin(program.root);
   }
   program_ = std::move(program);
-  programFound_ = Steady::now();
-  lastAnswer_ = programFound_;
+  programAsked_ = Steady::now();
+  lastAnswer_ = programAsked_;
 }
 
 void ProgramMemory::forgetProgram() {
@@ -64,6 +65,8 @@ std::vector<NodeIndex> ProgramMemory::windows() const {
 
 void ProgramMemory::beginReading() {
   bus_.allowDirect(false);
+  renewal_.beginReading();
+  renews_ = false;
   for (NodeIndex node = 0; node < store_.size(); ++node) store_[node].moment = {};
 }
 
@@ -76,9 +79,24 @@ void ProgramMemory::goDirect() {
 }
 
 void ProgramMemory::forgetOld() {
-  if (Steady::now() - programFound_ < longest_) return;
+  renews_ = true;
+  if (Steady::now() - programAsked_ < longest_ && !renewal_.isOverdue()) return;
   program_.reset();
   forgetFacts();
+}
+
+void ProgramMemory::renew(AccessibleQueries& queries) {
+  if (!renews_ || !program_ || !changes_.isTold(program_->root.bus)) return;
+  renewal_.renew(store_, queries);
+  if (Steady::now() - programAsked_ >= longest_ * FactRenewal::spread) renewProgram();
+}
+
+// Which process a name on the bus is of never changes, nor does what it calls its toolkit.
+void ProgramMemory::renewProgram() {
+  askPrograms(bus_, [this, asked = Steady::now()](const ProgramList& registered) {
+    if (!registered) return;
+    programAsked_ = *registered == program_->registered ? asked : asked - longest_;
+  });
 }
 
 void ProgramMemory::noteSilence() {
@@ -87,7 +105,11 @@ void ProgramMemory::noteSilence() {
 
 void ProgramMemory::takeInChanges() {
   lastAnswer_ = Steady::now();
-  const AccessibleChanges changes = changes_.take();
+  forgetChanged(changes_.take());
+  forgetChanged(renewal_.take());
+}
+
+void ProgramMemory::forgetChanged(const AccessibleChanges& changes) {
   if (changes.everything) return forgetFacts();
   for (const std::string& path : changes.objects) {
     const auto node = store_.find({program_->root.bus, path});
@@ -123,9 +145,13 @@ void ProgramMemory::endReading() {
       forgetFacts(node);
     }
   }
+  renewal_.remember(store_.size());
 }
 
-void ProgramMemory::forgetFacts() { store_ = {}; }
+void ProgramMemory::forgetFacts() {
+  store_ = {};
+  renewal_.forget();
+}
 
 // Objects may have their names from what is in them, as buttons have from their labels. It also
 // leaves the window with a question open, at which the whole tree is asked at once.

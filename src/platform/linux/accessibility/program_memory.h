@@ -5,9 +5,11 @@
 #include <vector>
 
 #include "base/environment.h"
+#include "platform/linux/accessibility/accessible_queries.h"
 #include "platform/linux/accessibility/accessible_store.h"
 #include "platform/linux/accessibility/bus_connection.h"
 #include "platform/linux/accessibility/change_watch.h"
+#include "platform/linux/accessibility/fact_renewal.h"
 
 namespace vellora {
 
@@ -24,7 +26,8 @@ class ProgramMemory {
         processIdentifier_(processIdentifier),
         longest_(longest),
         mayGoDirect_(environmentVariable("VELLORA_DIRECT_LINK") != "off"),
-        changes_(bus) {}
+        changes_(bus),
+        renewal_(longest) {}
   ~ProgramMemory() { bus_.endDirectLink(); }
   ProgramMemory(const ProgramMemory&) = delete;
   ProgramMemory& operator=(const ProgramMemory&) = delete;
@@ -32,11 +35,12 @@ class ProgramMemory {
   std::int32_t processIdentifier() const { return processIdentifier_; }
   AccessibleStore& store() { return store_; }
 
-  // The program's root object, and what its toolkit calls itself; nothing when it is to be found
-  // (again).
+  // The program's root object, what its toolkit calls itself, and the roots of all programs that
+  // the registry knew when it was found; nothing when it is to be found (again).
   struct Program {
     AccessibleReference root;
     std::optional<std::string> toolkit;
+    std::vector<AccessibleReference> registered;
   };
   const std::optional<Program>& program() const { return program_; }
   // Lines up the questions that must be answered for facts of the program to be remembered, where
@@ -57,8 +61,12 @@ class ProgramMemory {
   // Has the questions take the shortest way from here on, where the program tells of every change
   // to what they are about.
   void goDirect();
-  // Forgets all that is too old.
+  // Forgets everything where something is too old, and has a part of it asked again in this
+  // reading.
   void forgetOld();
+  // Lines up the questions for that part: what may have changed without a signal. What they find
+  // changed is forgotten when changes are taken in next.
+  void renew(AccessibleQueries& queries);
   // The program owes an answer. Forgets it when it has for longer than something is believed:
   // signals of a program that is not read would gather at the bus.
   void noteSilence();
@@ -73,17 +81,21 @@ class ProgramMemory {
  private:
   void forgetFacts();
   void forgetFacts(NodeIndex node);
+  void forgetChanged(const AccessibleChanges& changes);
+  void renewProgram();
 
   BusConnection& bus_;
   std::int32_t processIdentifier_;
   Steady::duration longest_;
   bool mayGoDirect_;
   std::optional<Program> program_;
-  Steady::time_point programFound_;
+  Steady::time_point programAsked_;
   Steady::time_point lastAnswer_;
   std::optional<AccessibleReference> lastWindow_;
   ChangeWatch changes_;
   AccessibleStore store_;
+  FactRenewal renewal_;
+  bool renews_ = false;  // in this reading
 };
 
 }  // namespace vellora

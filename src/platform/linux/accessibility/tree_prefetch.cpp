@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/accessibility/attribute_mapping.h"
@@ -110,26 +111,29 @@ void TreePrefetch::askExtents(NodeIndex node, std::size_t most, Steady::time_poi
   exchangeExtents(node, volley.wanted, deadline);
 }
 
-void TreePrefetch::askKnownExtents(NodeIndex window, Steady::time_point deadline) {
+void TreePrefetch::askKnownExtents(NodeIndex window, Steady::time_point deadline,
+                                   const std::function<void()>& more) {
   std::vector<NodeIndex> known;
   for (NodeIndex node = 0; node < store_.size(); ++node) {
     if (store_[node].isFramed) known.push_back(node);
   }
-  exchangeExtents(window, known, deadline);
+  exchangeExtents(window, known, deadline, more);
 }
 
 void TreePrefetch::exchangeExtents(NodeIndex first, const std::vector<NodeIndex>& others,
-                                   Steady::time_point deadline) {
+                                   Steady::time_point deadline, const std::function<void()>& more) {
   // Half of the time is left for what a slow program does not answer in the first half.
   const auto begin = Steady::now();
   const auto end = begin + (deadline - begin) / 2;
   queries_.askExtents(first);
   auto next = others.begin();
+  bool isMoreTold = !more;
   bus_.exchange(deadline, [&] {
     for (std::size_t i = 0; i < mostPerRound && next != others.end(); ++i, ++next) {
       if (Steady::now() >= end) return;
       if (store_[*next].moment.extents.isUnasked()) queries_.askExtents(*next);
     }
+    if (next == others.end() && !std::exchange(isMoreTold, true)) more();
   });
 }
 

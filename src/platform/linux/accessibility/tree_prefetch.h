@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <vector>
 
 #include "platform/linux/accessibility/accessible_queries.h"
@@ -31,8 +32,10 @@ class TreePrefetch {
   // its parent, and, each time that this did not reach far enough, in one ancestor further up.
   void askExtents(NodeIndex node, std::size_t most, Steady::time_point deadline);
 
-  // Extents of the window, and of what earlier readings wanted the extents of.
-  void askKnownExtents(NodeIndex window, Steady::time_point deadline);
+  // Extents of the window, and of what earlier readings wanted the extents of. `more` is told when
+  // all these are lined up, and may line up what is to be asked beside them.
+  void askKnownExtents(NodeIndex window, Steady::time_point deadline,
+                       const std::function<void()>& more);
 
  private:
   struct Plan;
@@ -41,7 +44,7 @@ class TreePrefetch {
   void planFacts(NodeIndex node, int depth, Plan& plan);
   void planExtents(NodeIndex node, int depth, Volley& volley);
   void exchangeExtents(NodeIndex first, const std::vector<NodeIndex>& others,
-                       Steady::time_point deadline);
+                       Steady::time_point deadline, const std::function<void()>& more = {});
 
   BusConnection& bus_;
   AccessibleStore& store_;

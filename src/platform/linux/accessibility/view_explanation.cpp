@@ -5,10 +5,10 @@
 #include <memory>
 #include <utility>
 
-#include "platform/linux/accessibility/application_lookup.h"
 #include "platform/linux/accessibility/attribute_mapping.h"
 #include "platform/linux/accessibility/content_placement.h"
 #include "platform/linux/accessibility/element_search.h"
+#include "platform/linux/accessibility/program_registry.h"
 #include "platform/linux/accessibility/reading_connection.h"
 #include "platform/linux/accessibility/surface_search.h"
 #include "platform/linux/accessibility/view_search.h"
@@ -233,16 +233,16 @@ WindowExplanation explainWindow(const PlayerWindow& window, std::chrono::millise
     result.whyNot = "Accessibility is not switched on in this session.";
     return result;
   }
-  auto root = findProgram(access->bus, window.process, deadline);
-  if (!root) {
+  auto found = findProgram(access->bus, window.process, deadline);
+  if (!found) {
     result.whyNot =
         "The program is not on the accessibility bus. Start it again: some look for accessibility "
         "only at their start.";
     return result;
   }
-  access->bus.setPatientPeer(root->bus);
-  ElementFacts facts(access->bus, root->bus);
-  const ElementIndex top = facts.intern(std::move(*root));
+  access->bus.setPatientPeer(found->root.bus);
+  ElementFacts facts(access->bus, found->root.bus);
+  const ElementIndex top = facts.intern(std::move(found->root));
   facts.setDeadline(deadline);
   const auto track = connection.mediaPlayers().playerOf(window.process, deadline);
   do {

@@ -73,7 +73,7 @@ ScriptOutcome MprisScripting::askPlayer(const ScriptRequest& request) {
   if (silent_->isSilent(bus)) {
     return request.command ? refused("the session bus still does not answer") : replied("");
   }
-  const auto found = directory_->find(deadline);
+  const auto found = directory_->find(deadline, request.command.has_value());
   if (!found.listed) {
     silent_->note(bus);
     return refused("the session bus did not answer in time");

@@ -12,6 +12,8 @@ namespace {
 constexpr const char* playerNames = "org.mpris.MediaPlayer2";
 constexpr std::string_view playerPrefix = "org.mpris.MediaPlayer2.";
 
+constexpr std::chrono::seconds askInterval{3};
+
 // playerctl's daemon passes itself off as whichever player was active last, another one each time.
 constexpr std::string_view standIn = "org.mpris.MediaPlayer2.playerctld";
 
@@ -33,7 +35,9 @@ PlayerDirectory::PlayerDirectory(SessionBus bus, std::string desktopEntry,
            GVariant* arguments, gpointer self) {
           const gchar* name = nullptr;
           g_variant_get_child(arguments, 0, "&s", &name);
-          static_cast<PlayerDirectory*>(self)->players_.erase(name);
+          auto& directory = *static_cast<PlayerDirectory*>(self);
+          directory.players_.erase(name);
+          directory.hasNews_ = true;
         },
         this, nullptr);
   });
@@ -44,7 +48,9 @@ PlayerDirectory::~PlayerDirectory() {
   questions_.catchUp();
 }
 
-PlayerDirectory::Found PlayerDirectory::find(const Deadline& deadline) {
+PlayerDirectory::Found PlayerDirectory::find(const Deadline& deadline, bool asksBus) {
+  questions_.catchUp();
+  if (!asksBus && knowsOfNone()) return {};
   if (!list(deadline)) return {.busName = {}, .complete = false, .listed = false};
   std::vector<BusAnswerPtr> asked;
   for (auto& [name, player] : players_) {
@@ -61,7 +67,13 @@ PlayerDirectory::Found PlayerDirectory::find(const Deadline& deadline) {
   return matchByProcess(deadline);
 }
 
+bool PlayerDirectory::knowsOfNone() const {
+  return noneSince_ && !hasNews_ && std::chrono::steady_clock::now() - *noneSince_ < askInterval;
+}
+
 bool PlayerDirectory::list(const Deadline& deadline) {
+  const auto asked = std::chrono::steady_clock::now();
+  hasNews_ = false;
   const GVariantPtr reply(g_dbus_connection_call_sync(
       questions_.bus(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
       "ListNames", nullptr, G_VARIANT_TYPE("(as)"), G_DBUS_CALL_FLAGS_NONE,
@@ -78,6 +90,7 @@ bool PlayerDirectory::list(const Deadline& deadline) {
     listed.emplace(text, known == players_.end() ? Player() : known->second);
   }
   players_ = std::move(listed);
+  noneSince_ = players_.empty() ? std::optional(asked) : std::nullopt;
   return true;
 }
 

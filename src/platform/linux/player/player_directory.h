@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -15,7 +16,8 @@ namespace vellora {
 // Finds a player among those of the session: the bus names that begin with
 // "org.mpris.MediaPlayer2.", each of which is asked once for its property DesktopEntry (MPRIS D-Bus
 // Interface Specification 2.2, org.mpris.MediaPlayer2). One that does not answer holds up the
-// request that asked it, no later one; its answer counts when it comes. Main thread.
+// request that asked it, no later one; its answer counts when it comes. While there is none, the
+// bus itself tells when one comes. Main thread.
 class PlayerDirectory {
  public:
   // `desktopEntry` is the application id, the base name of a desktop file without its suffix;
@@ -34,7 +36,9 @@ class PlayerDirectory {
     bool complete = true;  // false: a player was asked now and did not answer in time
     bool listed = true;    // false: the bus did not say in time who is there
   };
-  Found find(const Deadline& deadline);
+  // `asksBus` has the bus asked who is there in any case; else, where there was no player, only
+  // when one has come, and every few seconds: a bus that hangs would not tell.
+  Found find(const Deadline& deadline, bool asksBus);
 
  private:
   struct Player {
@@ -43,6 +47,7 @@ class PlayerDirectory {
     BusAnswerPtr status;   // the last; null: never asked
   };
 
+  bool knowsOfNone() const;
   bool list(const Deadline& deadline);
   std::optional<std::string> matchByEntry() const;
   Found matchByProcess(const Deadline& deadline);
@@ -54,6 +59,8 @@ class PlayerDirectory {
   std::shared_ptr<const PlayerWindows> windows_;
   guint ownersHeard_ = 0;
   std::map<std::string, Player> players_;
+  std::optional<std::chrono::steady_clock::time_point> noneSince_;  // nothing: there was one
+  bool hasNews_ = false;  // of names, since the bus was asked for them
 };
 
 }  // namespace vellora

@@ -22,6 +22,7 @@ TEST(AnswerPaceTest, ItIsThatOfTheLastAnswersAndTheTimeThatHalfOfTheOthersTake) 
   EXPECT_EQ(pace.untilHalf(10), microseconds(250));
   pace.hear(2, begin + microseconds(220));
   EXPECT_EQ(pace.untilHalf(10), microseconds(50));
+  EXPECT_EQ(pace.untilAll(10), microseconds(100));
 }
 
 // A program may be painting before its first answer.
@@ -42,6 +43,7 @@ TEST(AnswerPaceTest, NoAnswersSayNothing) {
   pace.hear(0, begin + milliseconds(7));
   pace.hear(2, begin + milliseconds(8));
   EXPECT_EQ(pace.untilHalf(1), milliseconds(1));  // at most; half of 4 ms
+  EXPECT_EQ(pace.untilAll(1), milliseconds(1));
   pace.beginVolley();
   pace.hear(1, begin + milliseconds(9));
   pace.hear(8, begin + milliseconds(9) + microseconds(80));

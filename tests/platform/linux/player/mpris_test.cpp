@@ -112,7 +112,7 @@ TEST_F(MprisTest, StandInForOtherPlayersIsLeftAlone) {
   auto followed = playing(0);
   followed.busName = "org.mpris.MediaPlayer2.zzz";
   FakePlayer second(followed);
-  expectReply(ask(), "Der Mond ist aufgegangen|Traditional|Abends|0|playing");
+  EXPECT_TRUE(hears("Der Mond ist aufgegangen|Traditional|Abends|0|playing"));
 }
 
 TEST_F(MprisTest, PlayerThatEndsAndComesBackIsFoundAgain) {
@@ -121,7 +121,7 @@ TEST_F(MprisTest, PlayerThatEndsAndComesBackIsFoundAgain) {
   player.end();
   expectReply(ask(), "");
   FakePlayer again(playing(1));
-  expectReply(ask(), "Sakura|Choir|Spring|0|playing");
+  EXPECT_TRUE(hears("Sakura|Choir|Spring|0|playing"));
 }
 
 TEST_F(MprisTest, PlayerThatEndsInTheMiddleOfARequestIsAsGoodAsNone) {
