@@ -1,9 +1,11 @@
 #include "wire_floor.h"
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 #include <utility>
 
 #include <sys/socket.h>
@@ -86,10 +88,11 @@ int takeTop(sd_bus_message* reply, void* tops, sd_bus_error*) {
   return 0;
 }
 
-// Sends questions, and takes in answers where too many are under way.
+// Sends questions, and takes in answers where too many are under way. With a pause it does so each
+// time that it is woken, to be woken for several answers at once.
 class Volley {
  public:
-  explicit Volley(sd_bus* bus) : bus_(bus) {}
+  explicit Volley(sd_bus* bus, std::chrono::microseconds pause = {}) : bus_(bus), pause_(pause) {}
 
   void ask(const std::string& path, const char* interface, const char* member, const char* types,
            auto... values) {
@@ -112,12 +115,14 @@ class Volley {
     while (left_ > most) {
       const int done = sd_bus_process(bus_, nullptr);
       if (done < 0 || (done == 0 && sd_bus_wait(bus_, patience) <= 0)) return false;
+      if (done == 0 && pause_.count() > 0) std::this_thread::sleep_for(pause_);
     }
     return true;
   }
 
  private:
   sd_bus* bus_;
+  std::chrono::microseconds pause_;
   int left_ = 0;
 };
 
@@ -223,7 +228,7 @@ bool askReading(const Program& program, const Objects& objects,
     return false;
   }
   tops.clear();
-  Volley volley(program.direct.get());
+  Volley volley(program.direct.get(), std::chrono::milliseconds(1));
   for (const std::string& path : objects.placed) {
     volley.askFor(takeTop, &tops, path, component, "GetExtents", "u", onScreen);
   }
