@@ -208,7 +208,7 @@ TEST_P(AccessibilityMemoryTest, AListOfWhichOnlyAPartWasAnsweredIsAskedAgain) {
   start(program);
   read();
   wake();
-  readRows(697);  // 700 elements: window, title, box and its rows but the last ones
+  readRows(697, patient);  // 700 elements: window, title, box and its rows but the last ones
 }
 
 TEST_P(AccessibilityMemoryTest, AProgramThatWasSlowToTellIsRememberedLater) {

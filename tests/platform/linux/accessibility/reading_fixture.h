@@ -77,10 +77,10 @@ class ReadingFixture : public testing::Test {
   }
 
   // A reading with that many rows: a busy machine may cut one short, which is then taken again.
-  MusicLayout readRows(std::size_t count) {
+  MusicLayout readRows(std::size_t count, const ReadingLimits& limits = {}) {
     std::optional<MusicLayout> layout;
     eventually([&] {
-      layout = read();
+      layout = read(limits);
       return layout && layout->rows.size() == count;
     });
     EXPECT_TRUE(layout.has_value());
