@@ -1,9 +1,9 @@
 // What the overlay's duties take at the very least. As often as it ticks this reads
 // FOLDER/snapshot.json. With --listen it also asks the player of the session what it plays every
-// fifth time, and writes FOLDER/nowplaying.json anew, as a whole. With a PLAYER (a process) it reads
-// that one's window at each tick: its state behind the signals of the accessibility bus and the
-// places of sixteen rows, and all objects anew in turn, each within a second, for the changes that
-// are not signalled. Where rows have moved, ready-made pictures move with them. No answer is
+// fifth time, and writes FOLDER/nowplaying.json anew, as a whole. With a PLAYER (a process) it
+// reads that one's window at each tick: its state behind the signals of the accessibility bus and
+// the places of sixteen rows, and all objects anew in turn, each within a second, for the changes
+// that are not signalled. Where rows have moved, ready-made pictures move with them. No answer is
 // understood, no text is looked up, laid out or painted. Until it is ended.
 //
 //   least_follower FOLDER [--listen [PLAYER]]
